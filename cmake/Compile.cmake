@@ -1,0 +1,25 @@
+# How every target of the project is compiled. Nothing here reaches a project that uses it.
+
+set(QORTK_WARNINGS
+    -Wall -Wextra -Wpedantic
+    -Wshadow            # a name that hides another is read as the other
+    -Wconversion        # a number that doesn't fit is to be narrowed on purpose
+    -Wnon-virtual-dtor  # deleting through such a base is undefined
+    -Wold-style-cast)   # a cast is to say what it changes
+
+function(qortk_compile target)
+    target_compile_features(${target} PUBLIC cxx_std_17)
+    set_target_properties(${target} PROPERTIES CXX_STANDARD 17 CXX_EXTENSIONS OFF)
+    if(NOT CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+        return()
+    endif()
+    target_compile_options(${target} PRIVATE ${QORTK_WARNINGS})
+    if(QORTK_WARNINGS_AS_ERRORS)
+        target_compile_options(${target} PRIVATE -Werror)
+    endif()
+    if(QORTK_SANITIZE)
+        target_compile_options(${target} PRIVATE -fsanitize=${QORTK_SANITIZE}
+            -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE -fsanitize=${QORTK_SANITIZE})
+    endif()
+endfunction()

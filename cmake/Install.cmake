@@ -1,0 +1,49 @@
+# What `cmake --install` gives: headers, library, CMake package and pkg-config file.
+
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(QORTK_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/qortk)
+
+install(TARGETS qortk EXPORT qortkTargets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/qor
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+    FILES_MATCHING PATTERN "*.h")
+install(EXPORT qortkTargets NAMESPACE qortk:: DESTINATION ${QORTK_CMAKE_DIR})
+
+# Until 1.0.0, each minor version may change what programs are compiled against.
+write_basic_package_version_file(qortkConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/qortkConfig.cmake.in qortkConfig.cmake
+    INSTALL_DESTINATION ${QORTK_CMAKE_DIR})
+install(FILES
+    ${CMAKE_CURRENT_BINARY_DIR}/qortkConfig.cmake
+    ${CMAKE_CURRENT_BINARY_DIR}/qortkConfigVersion.cmake
+    DESTINATION ${QORTK_CMAKE_DIR})
+
+# Relative to the file itself, so that an installed tree can be moved.
+file(RELATIVE_PATH QORTK_PC_PREFIX
+    "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
+if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+    set(QORTK_PC_PREFIX "${CMAKE_INSTALL_PREFIX}")
+    set(QORTK_PC_LIBDIR "${CMAKE_INSTALL_LIBDIR}")
+else()
+    set(QORTK_PC_PREFIX "\${pcfiledir}/${QORTK_PC_PREFIX}")
+    set(QORTK_PC_LIBDIR "\${prefix}/${CMAKE_INSTALL_LIBDIR}")
+endif()
+if(IS_ABSOLUTE "${CMAKE_INSTALL_INCLUDEDIR}")
+    set(QORTK_PC_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}")
+else()
+    set(QORTK_PC_INCLUDEDIR "\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}")
+endif()
+set(QORTK_PC_CFLAGS "")
+set(QORTK_PC_LIBS "")
+if(QORTK_LIBRARY_TYPE STREQUAL "STATIC")
+    set(QORTK_PC_CFLAGS " -DQORTK_STATIC")
+    set(QORTK_PC_LIBS " -lstdc++")
+endif()
+configure_file(${CMAKE_CURRENT_LIST_DIR}/qortk.pc.in qortk.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/qortk.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,15 @@
+#pragma once
+
+/// @file
+/// Marks what the shared library exports. Define `QORTK_STATIC` where the library is linked
+/// statically; the CMake package and the pkg-config file do so.
+
+#if defined(QORTK_STATIC)
+#define QORTK_API
+#elif defined(_WIN32) && defined(QORTK_BUILDING)
+#define QORTK_API __declspec(dllexport)
+#elif defined(_WIN32)
+#define QORTK_API __declspec(dllimport)
+#else
+#define QORTK_API __attribute__((visibility("default")))
+#endif

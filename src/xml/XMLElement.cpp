@@ -1,0 +1,398 @@
+#include "qor/XMLElement.h"
+
+#include <charconv>
+#include <limits>
+#include <utility>
+#include <vector>
+
+#include "foundation/StreamText.h"
+#include "foundation/Whitespace.h"
+#include "qor/StringUtil.h"
+
+namespace qor
+{
+
+namespace
+{
+
+/// Asks for a text's memory before it is copied. A copy that reads and writes far memory in turns
+/// takes nearly twice as long as reading first.
+void prefetch(const std::string& text)
+{
+#if defined(__GNUC__)
+    constexpr std::size_t CACHE_LINE = 64;
+    for (std::size_t offset = 0; offset < text.size(); offset += CACHE_LINE) {
+        __builtin_prefetch(text.data() + offset);
+    }
+#endif
+}
+
+} // namespace
+
+std::string XMLElement::m_LastError;
+
+XMLElement::XMLElement(const std::string& name) : m_Name(name) {}
+
+XMLElement::XMLElement(std::string_view name, std::string_view value) : m_Name(name), m_Value(value)
+{
+}
+
+// The delegating forms are whole objects before their bodies run, so that the destructor frees what
+// was copied where memory runs out on the way.
+
+XMLElement::XMLElement(const XMLElement* other)
+    : XMLElement(other ? std::string_view(other->m_Name) : std::string_view(),
+                 other ? std::string_view(other->m_Value) : std::string_view())
+{
+    if (other) {
+        copyChildren(*other);
+    }
+}
+
+XMLElement::XMLElement(const XMLElement& other) : XMLElement(&other) {}
+
+XMLElement::XMLElement(XMLElement&& other) noexcept
+{
+    takeContent(other);
+}
+
+XMLElement::~XMLElement()
+{
+    destroy(m_FirstChild);
+}
+
+XMLElement& XMLElement::operator=(const XMLElement& other)
+{
+    // Copied before the children go: the other element may be among them.
+    XMLElement copy(&other);
+    deleteChildren();
+    takeContent(copy);
+    return *this;
+}
+
+XMLElement& XMLElement::operator=(XMLElement&& other)
+{
+    if (this == &other) {
+        return *this;
+    }
+    if (m_IsChild && other.hasDescendant(*this)) {
+        return *this = static_cast<const XMLElement&>(other);
+    }
+    // Taken before the children go: the other element may be among them.
+    XMLElement content(std::move(other));
+    deleteChildren();
+    takeContent(content);
+    return *this;
+}
+
+std::string XMLElement::getName() const
+{
+    return m_Name;
+}
+
+void XMLElement::setName(const std::string& name)
+{
+    m_Name = name;
+}
+
+std::string XMLElement::getValue() const
+{
+    return m_Value;
+}
+
+int XMLElement::getValueAsInteger() const
+{
+    return StringUtil::stringToInt(m_Value);
+}
+
+float XMLElement::getValueAsFloat() const
+{
+    return StringUtil::stringToFloat(m_Value);
+}
+
+bool XMLElement::getValueAsBoolean() const
+{
+    return readBoolean(m_Value);
+}
+
+std::string XMLElement::getValue(const std::string& path, const std::string& defaultValue) const
+{
+    const XMLElement* const element = findChild(path);
+    return element ? element->m_Value : defaultValue;
+}
+
+int XMLElement::getValueAsInteger(const std::string& path, int defaultValue) const
+{
+    const XMLElement* const element = findChild(path);
+    return element ? element->getValueAsInteger() : defaultValue;
+}
+
+float XMLElement::getValueAsFloat(const std::string& path, float defaultValue) const
+{
+    const XMLElement* const element = findChild(path);
+    return element ? element->getValueAsFloat() : defaultValue;
+}
+
+bool XMLElement::getValueAsBoolean(const std::string& path, bool defaultValue) const
+{
+    const XMLElement* const element = findChild(path);
+    return element ? element->getValueAsBoolean() : defaultValue;
+}
+
+void XMLElement::setValue(const std::string& text)
+{
+    m_Value = trimmed(text);
+}
+
+void XMLElement::setValue(const char* text)
+{
+    m_Value = trimmed(text ? text : "");
+}
+
+void XMLElement::setValue(int number)
+{
+    char digits[std::numeric_limits<int>::digits10 + 2];
+    const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, number);
+    m_Value.assign(digits, result.ptr);
+}
+
+void XMLElement::setValue(float number)
+{
+    constexpr int FRACTION_DIGITS = 6;
+    char digits[std::numeric_limits<float>::max_exponent10 + FRACTION_DIGITS + 3];
+    const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, number,
+                                                      std::chars_format::fixed, FRACTION_DIGITS);
+    m_Value.assign(digits, result.ptr);
+}
+
+void XMLElement::setValue(bool flag)
+{
+    m_Value = flag ? "true" : "false";
+}
+
+XMLElement* XMLElement::createChild(const std::string& name)
+{
+    return addChild(new XMLElement(name));
+}
+
+XMLElement* XMLElement::deleteChild(XMLElement* child)
+{
+    if (!child) {
+        return nullptr;
+    }
+    XMLElement* previous = nullptr;
+    XMLElement* current = m_FirstChild;
+    while (current && current != child) {
+        previous = current;
+        current = current->m_NextSibling;
+    }
+    if (!current) {
+        return nullptr;
+    }
+    return removeBehind(previous);
+}
+
+void XMLElement::deleteChild(const std::string& name)
+{
+    XMLElement* previous = nullptr;
+    XMLElement* current = m_FirstChild;
+    while (current) {
+        if (current->m_Name == name) {
+            current = removeBehind(previous);
+        } else {
+            previous = current;
+            current = current->m_NextSibling;
+        }
+    }
+}
+
+void XMLElement::deleteChildren()
+{
+    destroy(m_FirstChild);
+    m_FirstChild = nullptr;
+    m_LastChild = nullptr;
+}
+
+void XMLElement::clear()
+{
+    deleteChildren();
+    m_Name.clear();
+    m_Value.clear();
+}
+
+XMLElement* XMLElement::getChild(const std::string& name)
+{
+    return findFrom(m_FirstChild, name);
+}
+
+const XMLElement* XMLElement::getChild(const std::string& name) const
+{
+    return findFrom(m_FirstChild, name);
+}
+
+XMLElement* XMLElement::getNextChild(XMLElement* child, const std::string& name)
+{
+    return child ? findFrom(child->m_NextSibling, name) : nullptr;
+}
+
+const XMLElement* XMLElement::getNextChild(const XMLElement* child, const std::string& name) const
+{
+    return child ? findFrom(child->m_NextSibling, name) : nullptr;
+}
+
+XMLElement* XMLElement::findChild(const std::string& path, bool create)
+{
+    std::string_view rest = path;
+    if (!rest.empty() && rest.front() == '/') {
+        rest.remove_prefix(1);
+    }
+    if (rest.empty()) {
+        return this;
+    }
+
+    XMLElement* element = this;
+    for (;;) {
+        const std::size_t slash = rest.find('/');
+        const std::string_view name = rest.substr(0, slash);
+        XMLElement* child = findFrom(element->m_FirstChild, name);
+        if (!child && create) {
+            child = element->addChild(new XMLElement(name, {}));
+        }
+        if (!child || slash == std::string_view::npos) {
+            return child;
+        }
+        element = child;
+        rest.remove_prefix(slash + 1);
+    }
+}
+
+const XMLElement* XMLElement::findChild(const std::string& path) const
+{
+    // Without creating, the search changes nothing.
+    return const_cast<XMLElement*>(this)->findChild(path, false);
+}
+
+std::string XMLElement::getLastError()
+{
+    return m_LastError;
+}
+
+int XMLElement::fail(int result, const std::string& message)
+{
+    m_LastError = message;
+    return result;
+}
+
+/// Appends an element, which this one owns from now on.
+XMLElement* XMLElement::addChild(XMLElement* child) noexcept
+{
+    child->m_IsChild = true;
+    if (m_LastChild) {
+        m_LastChild->m_NextSibling = child;
+    } else {
+        m_FirstChild = child;
+    }
+    m_LastChild = child;
+    return child;
+}
+
+/// Deletes the child behind another one, or the first one behind null.
+/// @return the child that followed it
+XMLElement* XMLElement::removeBehind(XMLElement* previous) noexcept
+{
+    XMLElement*& link = previous ? previous->m_NextSibling : m_FirstChild;
+    XMLElement* const child = link;
+    XMLElement* const next = child->m_NextSibling;
+    link = next;
+    if (!next) {
+        m_LastChild = previous;
+    }
+    delete child;
+    return next;
+}
+
+/// The first element of that name in a list of siblings; an empty name fits all.
+XMLElement* XMLElement::findFrom(XMLElement* sibling, std::string_view name)
+{
+    if (name.empty()) {
+        return sibling;
+    }
+    while (sibling && sibling->m_Name != name) {
+        sibling = sibling->m_NextSibling;
+    }
+    return sibling;
+}
+
+void XMLElement::copyChildren(const XMLElement& other)
+{
+    struct TLevel {
+        const XMLElement* source;
+        XMLElement* copiesParent;
+    };
+    std::vector<TLevel> above;
+    const XMLElement* source = other.m_FirstChild;
+    XMLElement* parent = this;
+    while (source) {
+        prefetch(source->m_Value);
+        XMLElement* const copy = parent->addChild(new XMLElement(source->m_Name, source->m_Value));
+        if (source->m_FirstChild) {
+            above.push_back({source, parent});
+            source = source->m_FirstChild;
+            parent = copy;
+            continue;
+        }
+        while (!source->m_NextSibling && !above.empty()) {
+            source = above.back().source;
+            parent = above.back().copiesParent;
+            above.pop_back();
+        }
+        source = source->m_NextSibling;
+    }
+}
+
+bool XMLElement::hasDescendant(const XMLElement& element) const
+{
+    std::vector<const XMLElement*> lists{m_FirstChild};
+    while (!lists.empty()) {
+        const XMLElement* sibling = lists.back();
+        lists.pop_back();
+        for (; sibling; sibling = sibling->m_NextSibling) {
+            if (sibling == &element) {
+                return true;
+            }
+            if (sibling->m_FirstChild) {
+                lists.push_back(sibling->m_FirstChild);
+            }
+        }
+    }
+    return false;
+}
+
+/// Moves name, value and children here, in the place of the first two; this element has no
+/// children.
+void XMLElement::takeContent(XMLElement& other) noexcept
+{
+    m_Name = std::move(other.m_Name);
+    m_Value = std::move(other.m_Value);
+    m_FirstChild = std::exchange(other.m_FirstChild, nullptr);
+    m_LastChild = std::exchange(other.m_LastChild, nullptr);
+    other.m_Name.clear();
+    other.m_Value.clear();
+}
+
+/// Destroys a list of siblings with all below them. The children of each element are put in front
+/// of its followers, so that one list remains, whatever the depth.
+void XMLElement::destroy(XMLElement* first) noexcept
+{
+    while (first) {
+        XMLElement* const element = first;
+        first = element->m_NextSibling;
+        if (element->m_FirstChild) {
+            element->m_LastChild->m_NextSibling = first;
+            first = std::exchange(element->m_FirstChild, nullptr);
+        }
+        delete element;
+    }
+}
+
+} // namespace qor
