@@ -1,0 +1,39 @@
+#include "Command.h"
+
+#include <new>
+#include <utility>
+
+#include "Host.h"
+
+Command::Command(Host& host, TDescription description)
+    : m_Host(host), m_Description(std::move(description))
+{
+}
+
+const Command::TDescription& Command::getDescription() const
+{
+    return m_Description;
+}
+
+bool Command::execute(const std::vector<std::string>& tokens)
+{
+    bool succeeded = false;
+    try {
+        succeeded = run(tokens);
+    } catch (const std::bad_alloc&) {
+        // What the command was building is freed by now, so that the session can go on.
+        succeeded = fail("Out of memory");
+    }
+    m_Host.noteResult(succeeded);
+    return succeeded;
+}
+
+void Command::print(const std::string& line)
+{
+    m_Host.getConsole().print(line);
+}
+
+bool Command::fail(const std::string& reason)
+{
+    return m_Host.fail(reason);
+}

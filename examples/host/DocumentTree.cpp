@@ -1,0 +1,115 @@
+#include "DocumentTree.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace
+{
+
+/// On one line, whatever is in it.
+std::string flatten(std::string text)
+{
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    std::replace(text.begin(), text.end(), '\r', ' ');
+    return text;
+}
+
+std::string shorten(const std::string& value)
+{
+    constexpr std::size_t LONGEST = 60;
+    if (value.size() <= LONGEST) {
+        return value;
+    }
+    // Not within a UTF-8 sequence, whose bytes but for the first are 10xxxxxx.
+    std::size_t size = LONGEST;
+    while (size > 0 && (static_cast<unsigned char>(value[size]) & 0xC0u) == 0x80u) {
+        --size;
+    }
+    return value.substr(0, size) + "...";
+}
+
+std::size_t countChildren(const qor::XMLElement& element)
+{
+    std::size_t count = 0;
+    for (const qor::XMLElement* child = element.getChild(""); child;
+         child = element.getNextChild(child, "")) {
+        ++count;
+    }
+    return count;
+}
+
+std::string describe(const qor::XMLElement& element, std::size_t level, bool showsChildCount)
+{
+    constexpr std::size_t INDENTATION = 2;
+    constexpr std::size_t MOST_INDENTED_LEVELS = 32;
+    // Lines of a deep document would be mostly blanks otherwise.
+    std::string line(std::min(level, MOST_INDENTED_LEVELS) * INDENTATION, ' ');
+    const std::string name = flatten(element.getName());
+    const bool isComment = !name.empty() && name.front() == '!';
+    line += isComment ? "<" + name + ">" : name;
+
+    const std::string value = flatten(shorten(element.getValue()));
+    if (!value.empty()) {
+        line += " = " + value;
+    }
+    const std::size_t childCount = showsChildCount ? countChildren(element) : 0;
+    if (childCount > 0) {
+        line += " (" + std::to_string(childCount) + (childCount == 1 ? " child)" : " children)");
+    }
+    return line;
+}
+
+/// Walks over a document, parents first. The elements around the current one stand on a stack of
+/// its own: a document may be nested deeper than calls can be.
+class Walk
+{
+public:
+    Walk(const qor::XMLElement& root, std::size_t depth) : m_Depth(depth), m_Element(&root) {}
+
+    /// @return the current element; null behind the last one
+    const qor::XMLElement* getElement() const { return m_Element; }
+
+    std::size_t getLevel() const { return m_Open.size(); }
+    bool isDeepest() const { return m_Open.size() + 1 == m_Depth; }
+
+    void advance()
+    {
+        const qor::XMLElement* next = isDeepest() ? nullptr : m_Element->getChild("");
+        if (next) {
+            m_Open.push_back(m_Element);
+        }
+        while (!next && !m_Open.empty()) {
+            next = m_Open.back()->getNextChild(m_Element, "");
+            if (!next) {
+                m_Element = m_Open.back();
+                m_Open.pop_back();
+            }
+        }
+        m_Element = next;
+    }
+
+private:
+    const std::size_t m_Depth;
+    const qor::XMLElement* m_Element;
+    std::vector<const qor::XMLElement*> m_Open;
+};
+
+} // namespace
+
+void printTree(qor::Console& console, const qor::XMLElement& root, int depth, int lineCount)
+{
+    Walk walk(root, static_cast<std::size_t>(depth));
+    for (int i = 0; walk.getElement() && i < lineCount; ++i) {
+        console.print(describe(*walk.getElement(), walk.getLevel(), walk.isDeepest()));
+        walk.advance();
+    }
+    std::size_t leftOutCount = 0;
+    for (; walk.getElement(); walk.advance()) {
+        ++leftOutCount;
+    }
+    if (leftOutCount > 0) {
+        console.print("... " + std::to_string(leftOutCount) + " more");
+    }
+}

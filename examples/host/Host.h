@@ -1,0 +1,93 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include <qor/Console.h>
+#include <qor/XMLElement.h>
+
+#include "Command.h"
+
+/// What all commands share: the console and the document that is worked on.
+class Host
+{
+public:
+    /// What Console::putChar understands beyond printable characters.
+    static constexpr char ENTER = 13;
+    static constexpr char DELETE_LAST = 10;
+
+    enum class Mode { SCRIPT, FULL_SCREEN };
+
+    explicit Host(Mode mode);
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+
+    Mode getMode() const { return m_Mode; }
+    qor::Console& getConsole() { return m_Console; }
+    const std::string& getPrompt() const { return m_Prompt; }
+
+    /// Makes a command and registers it; its constructor gets the host, the description and then
+    /// the arguments.
+    template<class TCommand, class... TArguments>
+    void addCommand(const Command::TDescription& description, TArguments&&... arguments)
+    {
+        registerCommand(
+            std::make_unique<TCommand>(*this, description, std::forward<TArguments>(arguments)...));
+    }
+
+    /// @return what is known of all commands, by name, those that the console brings along included
+    const std::map<std::string, Command::TDescription>& getDescriptions() const;
+
+    /// Gives one typed character to the console and, at the end of a line, looks how that went.
+    void putChar(char character);
+
+    /// @return whether any line failed so far
+    bool hasFailed() const { return m_HasFailed; }
+
+    /// Takes down how a command of the host went.
+    void noteResult(bool succeeded) { m_Result = succeeded; }
+
+    /// Prints "Error: " and the reason.
+    /// @return false
+    bool fail(const std::string& reason);
+
+    qor::XMLElement& getDocument() { return m_Document; }
+
+    /// Starts an empty document without a file.
+    void newDocument(const std::string& name);
+
+    /// Replaces the document by that of a file. On failure it stays, and the reason is printed.
+    /// @return whether it succeeded
+    bool loadDocument(const std::string& filename);
+
+    /// @return the file that the document was loaded from; empty if there is none
+    const std::string& getFilename() const { return m_Filename; }
+
+    /// Whether the document has changes that no file has.
+    /// @{
+    bool isChanged() const { return m_IsChanged; }
+    void setChanged(bool isChanged) { m_IsChanged = isChanged; }
+    /// @}
+
+    bool isQuitting() const { return m_IsQuitting; }
+    void quit() { m_IsQuitting = true; }
+
+private:
+    void registerCommand(std::unique_ptr<Command> command);
+    bool hasLineFailed(unsigned int outputModCountBefore) const;
+
+    const Mode m_Mode;
+    std::string m_Prompt = "> ";
+    qor::XMLElement m_Document;
+    std::string m_Filename;
+    bool m_IsChanged = false;
+    bool m_IsQuitting = false;
+    bool m_HasFailed = false;
+    std::optional<bool> m_Result; ///< of the line's command, if one of the host ran
+    std::map<std::string, Command::TDescription> m_Descriptions;
+    std::map<std::string, std::unique_ptr<Command>> m_Commands;
+    qor::Console m_Console; ///< refers to members above
+};

@@ -1,0 +1,11 @@
+#include "Screen.h"
+
+bool hasScreen()
+{
+    return false;
+}
+
+bool runScreen(Host&)
+{
+    return false;
+}

@@ -1,0 +1,86 @@
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <string>
+
+#include <unistd.h>
+
+#include "DocumentCommands.h"
+#include "GeneralCommands.h"
+#include "Host.h"
+#include "Screen.h"
+#include "Script.h"
+
+namespace
+{
+
+constexpr int BAD_USAGE = 2;
+constexpr const char* USAGE =
+    "Usage: qorhost [--echo] [DOCUMENT.xml]\n"
+    "Work on a document from a console: on a terminal a full screen, else the lines of\n"
+    "standard input. The command 'help' lists all commands.\n"
+    "  --echo  print each line of standard input before its answer\n"
+    "  --help  print this text\n";
+
+struct TArguments {
+    bool isValid = true;
+    bool wantsHelp = false;
+    bool echoes = false;
+    std::string filename;
+};
+
+TArguments readArguments(int count, char** values)
+{
+    TArguments arguments;
+    for (int i = 1; i < count; ++i) {
+        const std::string value = values[i];
+        if (value == "--help") {
+            arguments.wantsHelp = true;
+        } else if (value == "--echo") {
+            arguments.echoes = true;
+        } else if (value.empty() || value.front() == '-' || !arguments.filename.empty()) {
+            arguments.isValid = false;
+        } else {
+            arguments.filename = value;
+        }
+    }
+    return arguments;
+}
+
+int runHost(const TArguments& arguments)
+{
+    const bool usesScreen = hasScreen() && isatty(STDIN_FILENO) && isatty(STDOUT_FILENO);
+    Host host(usesScreen ? Host::Mode::FULL_SCREEN : Host::Mode::SCRIPT);
+    addGeneralCommands(host);
+    addDocumentCommands(host);
+
+    const bool loaded = arguments.filename.empty() || host.loadDocument(arguments.filename);
+    if (!usesScreen) {
+        const bool succeeded = runScript(host, std::cin, std::cout, arguments.echoes);
+        return loaded && succeeded ? EXIT_SUCCESS : EXIT_FAILURE;
+    }
+    if (!runScreen(host)) {
+        std::cerr << "qorhost: this terminal cannot be used; see the variable TERM\n";
+        return EXIT_FAILURE;
+    }
+    return EXIT_SUCCESS;
+}
+
+} // namespace
+
+int main(int argumentCount, char** argumentValues)
+try {
+    const TArguments arguments = readArguments(argumentCount, argumentValues);
+    if (!arguments.isValid) {
+        std::cerr << USAGE;
+        return BAD_USAGE;
+    }
+    if (arguments.wantsHelp) {
+        std::cout << USAGE;
+        return EXIT_SUCCESS;
+    }
+    return runHost(arguments);
+} catch (const std::exception& exception) {
+    std::cerr << "qorhost: " << exception.what() << '\n';
+    return EXIT_FAILURE;
+}

@@ -1,0 +1,40 @@
+# Sourced by the other scripts: sees to the programs and packages that they need.
+
+# require PACKAGE:TEST... runs each TEST, a shell command that succeeds where its Debian package is
+# there. What is missing is installed where that is allowed; else this tells how, and ends the script.
+require() {
+    local missing="" pair
+    for pair in "$@"; do
+        eval "${pair#*:}" >/dev/null 2>&1 || missing="$missing ${pair%%:*}"
+    done
+    [ -n "$missing" ] || return 0
+
+    local become_root=""
+    if [ "$(id -u)" -ne 0 ]; then
+        become_root="sudo"
+    fi
+    local install="apt-get install -y --no-install-recommends$missing"
+    if ! command -v apt-get >/dev/null || { [ -n "$become_root" ] && ! sudo -n true 2>/dev/null; }; then
+        echo "Missing packages. Install them, here with Debian's names, and start again:" >&2
+        echo "  sudo $install" >&2
+        exit 1
+    fi
+    echo "Installing:$missing"
+    export DEBIAN_FRONTEND=noninteractive
+    # A fresh system has no package lists, or old ones.
+    if ! $become_root apt-get update -qq || ! $become_root $install -qq >/dev/null; then
+        echo "Could not install the packages. Try by hand, and start again:" >&2
+        echo "  sudo $install" >&2
+        exit 1
+    fi
+}
+
+has_header() {
+    echo "#include <$1>" | c++ -E -x c++ - >/dev/null 2>&1
+}
+
+COMPILER="g++:command -v c++"
+CMAKE="cmake:command -v cmake"
+MAKE="make:command -v make"
+GTEST="libgtest-dev:has_header gtest/gtest.h"
+CURSES="libncurses-dev:has_header curses.h"
