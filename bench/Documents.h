@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+/// The texts that the contestants work on, made anew in each run and always the same.
+namespace documents
+{
+
+/// Records of six short fields, formatted, about `size` bytes.
+std::string flatRecords(std::size_t size);
+
+/// Paragraphs of a page each, with an entity every few words, about `size` bytes.
+std::string textWithEntities(std::size_t size);
+
+/// A configuration of about 4 KB, in groups.
+std::string configuration();
+
+} // namespace documents
