@@ -1,5 +1,6 @@
 #include "qor/XMLElement.h"
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
 #include <utility>
@@ -153,7 +154,9 @@ void XMLElement::setValue(int number)
 {
     char digits[std::numeric_limits<int>::digits10 + 2];
     const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, number);
-    m_Value.assign(digits, result.ptr);
+    // Values mostly keep their length, and then this is cheaper than to assign.
+    m_Value.resize(static_cast<std::size_t>(result.ptr - digits));
+    std::copy(digits, result.ptr, &m_Value[0]);
 }
 
 void XMLElement::setValue(float number)
