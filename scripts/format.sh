@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# Formats the C++ files; with --check, only tells which ones it would change.
+set -euo pipefail
+
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+. "$here/scripts/require.sh"
+require "clang-format:command -v clang-format"
+
+cd "$here"
+files() { find include src examples tests bench -name '*.h' -o -name '*.cpp' | sort; }
+if [ "${1:-}" = --check ]; then
+    files | xargs clang-format --dry-run --Werror
+else
+    files | xargs clang-format -i
+fi

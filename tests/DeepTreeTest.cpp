@@ -1,0 +1,77 @@
+#include <string>
+
+#include <gtest/gtest.h>
+#include <pthread.h>
+
+#include "TestData.h"
+#include "qor/XMLElement.h"
+
+using qor::XMLElement;
+
+namespace
+{
+
+#ifndef __has_feature
+#define __has_feature(name) 0
+#endif
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) ||                               \
+    __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+constexpr int LEVELS = 200000;
+#else
+constexpr int LEVELS = 10000000;
+#endif
+constexpr int SIBLINGS = LEVELS / 10;
+
+/// Runs on a thread of the usual stack size, whatever the process was given.
+void runOnUsualStack(void* (*function)(void*))
+{
+    pthread_attr_t attributes;
+    pthread_t thread;
+    pthread_attr_init(&attributes);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 8 << 20), 0);
+    ASSERT_EQ(pthread_create(&thread, &attributes, function, nullptr), 0);
+    ASSERT_EQ(pthread_join(thread, nullptr), 0);
+    pthread_attr_destroy(&attributes);
+}
+
+} // namespace
+
+TEST(DeepTreeTest, DepthIsBoundedByMemoryAlone)
+{
+    runOnUsualStack([](void*) -> void* {
+        const std::string text = repeated("<a>", LEVELS) + repeated("</a>", LEVELS);
+        XMLElement tree(""), target("target");
+        EXPECT_EQ(tree.parse(text), static_cast<int>(text.size()));
+        EXPECT_TRUE(tree.toString() == text);
+        {
+            XMLElement copy(tree);
+            tree.clear();
+            target = copy;
+        }
+        EXPECT_TRUE(target.toString() == text);
+        // Assigned from far below, and searched through for what is above.
+        XMLElement* const child = target.getChild("a")->getChild("a");
+        *child->createChild("b") = std::move(*child->getChild("a"));
+        target = std::move(*child);
+        EXPECT_EQ(target.toString().size(), text.size() - 9);
+        return nullptr;
+    });
+}
+
+TEST(DeepTreeTest, FaultsDeepDownAreLocated)
+{
+    constexpr int DEPTH = 100000;
+    EXPECT_EQ(XMLElement("").parse(repeated("<a>", DEPTH) + "<>"), -3 * DEPTH - 2);
+    EXPECT_TRUE(XMLElement::getLastError() == "Empty tag at " + repeated("/a", DEPTH));
+}
+
+TEST(DeepTreeTest, ManyChildrenAreDeletedByNameInOnePass)
+{
+    XMLElement tree("r");
+    for (int i = 0; i < SIBLINGS; ++i) {
+        tree.createChild(i % 2 == 0 ? "keep" : "drop");
+    }
+    // Looking for each child from the start would take hours.
+    tree.deleteChild("drop");
+    EXPECT_EQ(tree.toString().size(), 7 + 13u * (SIBLINGS / 2));
+}

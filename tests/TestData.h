@@ -1,0 +1,43 @@
+#pragma once
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+inline std::vector<std::string> split(const std::string& text, const std::string& separator)
+{
+    std::vector<std::string> parts;
+    std::size_t begin = 0;
+    for (std::size_t end = 0; end != std::string::npos; begin = end + separator.size()) {
+        end = text.find(separator, begin);
+        parts.push_back(text.substr(begin, end - begin));
+    }
+    return parts;
+}
+
+/// Reads the table data/NAME.txt: a case a line, its cells separated by " | ". A backslash n stands
+/// for a line feed, and lines that begin with # are remarks.
+inline std::vector<std::vector<std::string>> readTable(const std::string& name)
+{
+    std::vector<std::vector<std::string>> table;
+    std::ifstream file(std::string(TEST_DATA) + "/" + name + ".txt");
+    for (std::string line; std::getline(file, line);) {
+        const std::size_t lineFeed = line.find("\\n");
+        if (lineFeed != std::string::npos) {
+            line.replace(lineFeed, 2, "\n");
+        }
+        if (line.front() != '#') {
+            table.push_back(split(line, " | "));
+        }
+    }
+    return table;
+}
+
+inline std::string repeated(const std::string& text, int count)
+{
+    std::string all;
+    for (int i = 0; i < count; ++i) {
+        all += text;
+    }
+    return all;
+}

@@ -1,0 +1,191 @@
+#include "qor/XMLElement.h"
+
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "TestData.h"
+
+using qor::XMLElement;
+
+static_assert(std::has_virtual_destructor_v<XMLElement>);
+static_assert(std::is_nothrow_move_constructible_v<XMLElement>);
+static_assert(!std::is_convertible_v<std::string, XMLElement>, "elements are not made by chance");
+
+namespace
+{
+
+/// Values stand behind children here, as the writer puts them.
+constexpr const char* DOCUMENT = "<r><a><b><c>3</c>2</b><b>5</b>1</a><d>4</d><a>6</a>0</r>";
+
+XMLElement makeTree(const std::string& text = DOCUMENT)
+{
+    XMLElement tree("");
+    EXPECT_EQ(tree.parse(text), static_cast<int>(text.size()));
+    EXPECT_EQ(tree.toString(), text);
+    return tree;
+}
+
+std::string textOf(const XMLElement* element)
+{
+    return element ? element->toString() : "null";
+}
+
+bool isWithin(const std::string& path, const std::string& outer)
+{
+    return outer.empty() || (path + '/').rfind(outer + '/', 0) == 0;
+}
+
+} // namespace
+
+TEST(XMLTreeTest, ValuesAreText)
+{
+    XMLElement element("a");
+    const auto valueOf = [&element](auto value) {
+        element.setValue(value);
+        return element.getValue();
+    };
+    EXPECT_EQ(valueOf("  word \t\r\n"), "word");
+    EXPECT_EQ(valueOf(" \n "), "");
+    EXPECT_EQ(valueOf(std::string("\fa  b\v")), "\fa  b\v");
+    EXPECT_EQ(valueOf(static_cast<const char*>(nullptr)), "");
+    EXPECT_EQ(valueOf(true), "true");
+    EXPECT_EQ(valueOf(false), "false");
+    EXPECT_EQ(valueOf(-2147483647 - 1), "-2147483648");
+    EXPECT_EQ(valueOf(1.5f), "1.500000");
+    EXPECT_EQ(valueOf(-3.4028235e38f), "-340282346638528859811704183484516925440.000000");
+}
+
+TEST(XMLTreeTest, DefaultsStandForMissingElementsOnly)
+{
+    const XMLElement tree = makeTree("<r><n>12abc</n><w>abc</w><t>true</t>own</r>");
+    EXPECT_EQ(tree.getValue("", "x") + tree.getValue("/n", "x") + tree.getValue("o", "x"),
+              "own12abcx");
+    for (const auto& [path, number] : {std::pair("n", 12), {"w", 0}, {"n/n", 7}, {"m", 7}}) {
+        EXPECT_EQ(tree.getValueAsInteger(path, 7), number);
+        EXPECT_EQ(tree.getValueAsFloat(path, 7), static_cast<float>(number));
+    }
+    EXPECT_TRUE(tree.getValueAsBoolean("t", false));
+    EXPECT_FALSE(tree.getValueAsBoolean("w", true));
+    EXPECT_TRUE(tree.getValueAsBoolean("m", true));
+}
+
+TEST(XMLTreeTest, PathsFollowFirstChildren)
+{
+    for (const auto& test : readTable("xml-paths")) {
+        XMLElement tree = makeTree(test[0]);
+        const XMLElement& constTree = tree;
+        EXPECT_EQ(textOf(constTree.findChild(test[1])), test[2]) << test[1];
+        EXPECT_EQ(textOf(tree.findChild(test[1])), test[2]) << test[1];
+        EXPECT_EQ(tree.toString(), test[0]);
+        EXPECT_EQ(textOf(tree.findChild(test[1], true)), test[3]) << test[1];
+        EXPECT_EQ(tree.toString(), test[4]) << test[1];
+    }
+}
+
+TEST(XMLTreeTest, ChildrenAreListedByName)
+{
+    XMLElement tree = makeTree();
+    const XMLElement& constTree = tree;
+    XMLElement* const first = tree.getChild("");
+    EXPECT_EQ(first, constTree.getChild("a"));
+    EXPECT_EQ(textOf(tree.getNextChild(first, "")), "<d>4</d>");
+    EXPECT_EQ(textOf(constTree.getNextChild(constTree.getChild("d"), "a")), "<a>6</a>");
+    EXPECT_EQ(textOf(constTree.getNextChild(first, "b")), "null");
+}
+
+TEST(XMLTreeTest, ChildrenAreDeleted)
+{
+    for (const auto& test : readTable("xml-deletions")) {
+        XMLElement tree = makeTree(test[0]);
+        tree.deleteChild("a");
+        tree.deleteChild("");
+        tree.createChild("n");
+        EXPECT_EQ(tree.toString(), test[1]);
+        tree.createChild("");
+        tree.deleteChild(std::string());
+        EXPECT_EQ(tree.toString(), test[1]);
+    }
+    XMLElement letters = makeTree("<r><a></a><b></b><c></c><d></d></r>");
+    EXPECT_EQ(textOf(letters.deleteChild(letters.getChild("b"))), "<c></c>");
+    EXPECT_EQ(textOf(letters.deleteChild(letters.getChild("d"))), "null");
+    letters.createChild("n");
+    EXPECT_EQ(textOf(letters.deleteChild(letters.getChild("a"))), "<c></c>");
+    EXPECT_EQ(letters.toString(), "<r><c></c><n></n></r>");
+    XMLElement tree = makeTree();
+    EXPECT_EQ(tree.deleteChild(tree.findChild("a/b")), nullptr);
+    EXPECT_EQ(tree.deleteChild(&tree), nullptr);
+    EXPECT_EQ(tree.deleteChild(static_cast<XMLElement*>(nullptr)), nullptr);
+    EXPECT_EQ(tree.toString(), DOCUMENT);
+    XMLElement* const child = tree.getChild("d");
+    EXPECT_EQ(child->deleteChild(child->createChild("x")), nullptr);
+    child->createChild("y");
+    EXPECT_EQ(child->toString(), "<d><y></y>4</d>");
+    tree.deleteChildren();
+    EXPECT_EQ(tree.toString(), "<r>0</r>");
+    tree.setName("s");
+    tree.createChild("x");
+    tree.clear();
+    EXPECT_EQ(tree.toString(), "<></>");
+}
+
+TEST(XMLTreeTest, CopiesShareNothing)
+{
+    XMLElement source = makeTree();
+    XMLElement copy(source), copyOfChild(source.getChild("a")), assigned("x");
+    assigned = source;
+    source.findChild("a/b/c")->setName("changed");
+    source.clear();
+    EXPECT_EQ(copy.toString(), DOCUMENT);
+    EXPECT_EQ(assigned.toString(), DOCUMENT);
+    EXPECT_EQ(copyOfChild.toString(), "<a><b><c>3</c>2</b><b>5</b>1</a>");
+    EXPECT_EQ(copyOfChild.getNextChild(&copyOfChild, ""), nullptr);
+    EXPECT_EQ(XMLElement(static_cast<const XMLElement*>(nullptr)).toString(), "<></>");
+}
+
+TEST(XMLTreeTest, ElementsAreAssignedWithinATree)
+{
+    const std::vector<std::string> paths{"", "a", "a/b", "a/b/c", "d"};
+    for (const std::string& targetPath : paths) {
+        for (const std::string& sourcePath : paths) {
+            for (const bool moves : {false, true}) {
+                XMLElement tree = makeTree();
+                XMLElement* const target = tree.findChild(targetPath);
+                XMLElement* const source = tree.findChild(sourcePath);
+                const std::string targetText = target->toString(), text = source->toString();
+                std::string expected = DOCUMENT;
+                const bool isApart =
+                    !isWithin(targetPath, sourcePath) && !isWithin(sourcePath, targetPath);
+                if (moves && isApart) {
+                    expected.replace(expected.find(text), text.size(), "<></>");
+                }
+                expected.replace(expected.find(targetText), targetText.size(), text);
+                XMLElement& result = moves ? * target = std::move(*source) : * target = *source;
+                EXPECT_EQ(&result, target);
+                EXPECT_EQ(tree.toString(), expected) << targetPath << " = " << sourcePath << moves;
+                target->createChild("n");
+                EXPECT_NE(tree.toString().find("<n></n>"), std::string::npos);
+            }
+        }
+    }
+}
+
+TEST(XMLTreeTest, MovesKeepAddressesAndEmptyTheSource)
+{
+    XMLElement source = makeTree();
+    XMLElement* const child = source.findChild("a/b");
+    XMLElement target(std::move(source));
+    EXPECT_EQ(target.findChild("a/b"), child);
+    EXPECT_EQ(source.toString(), "<></>");
+    source.createChild("x");
+    source = std::move(target);
+    EXPECT_EQ(source.findChild("a/b"), child);
+    EXPECT_EQ(source.toString(), DOCUMENT);
+    EXPECT_EQ(target.toString(), "<></>");
+    // A child that came by a move is still one: what is above it is copied into it.
+    *child = std::move(source);
+    EXPECT_EQ(child->toString(), DOCUMENT);
+}

@@ -1,0 +1,130 @@
+#include <cstddef>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "RandomText.h"
+#include "TemporaryFolder.h"
+#include "qor/XMLElement.h"
+
+using qor::XMLElement;
+
+namespace
+{
+
+/// Bytes that names may have anywhere and, behind these, pieces for values.
+std::string makePieces(const std::string& more)
+{
+    std::string pieces;
+    for (int code = 1; code < 256; ++code) {
+        const char byte = static_cast<char>(code);
+        pieces += byte == '>' || byte == '|' ? "" : std::string{byte, '|'};
+    }
+    return pieces + more;
+}
+
+void fill(XMLElement& element, RandomText& names, RandomText& values, std::size_t depth)
+{
+    element.setValue(values.next(depth % 2 == 0 ? 9 : 60));
+    for (std::size_t i = 0; i < depth; ++i) {
+        fill(*element.createChild("e" + names.next(20)), names, values, depth - 1);
+        element.createChild("!--" + names.next(50) + "--");
+    }
+}
+
+class XMLWriterTest : public TemporaryFolder
+{
+protected:
+    std::string formatted(const XMLElement& element)
+    {
+        const int size = element.save(path("out.xml"), true);
+        const std::string text = read(path("out.xml"));
+        EXPECT_EQ(size, static_cast<int>(text.size()));
+        return text;
+    }
+};
+
+} // namespace
+
+TEST_F(XMLWriterTest, FormattedTextHasAnElementALine)
+{
+    const std::string value(40, 'v');
+    XMLElement root("root");
+    root.createChild("item")->setValue(5);
+    root.createChild("note")->setValue(value);
+    XMLElement* const list = root.createChild("list");
+    list->setValue("text\nmore");
+    list->createChild("x")->setValue("<1>");
+    root.createChild("!-- a comment --");
+    root.createChild("empty");
+    EXPECT_EQ(formatted(root), "<root>\n\t<item>5</item>\n\t<note>\n\t\t" + value +
+                                   "\n\t</note>\n\t<list>\n\t\t<x>&lt;1&gt;</x>\n\t\ttext\nmore\n"
+                                   "\t</list>\n\t<!-- a comment -->\n\t<empty></empty>\n</root>\n");
+    const std::string compact = "<root><item>5</item><note>" + value +
+                                "</note><list><x>&lt;1&gt;</x>text\nmore</list>"
+                                "<!-- a comment --><empty></empty></root>";
+    EXPECT_EQ(root.toString(), compact);
+    EXPECT_EQ(list->getChild("x")->toString(), "<x>&lt;1&gt;</x>");
+    EXPECT_EQ(formatted(*list->getChild("x")), "<x>&lt;1&gt;</x>\n");
+    XMLElement comment("!c");
+    comment.setValue("lost");
+    EXPECT_EQ(formatted(comment), "<!c>\n");
+    comment.createChild("lost");
+    EXPECT_EQ(formatted(comment), "<!c>\n\n");
+    EXPECT_EQ(comment.toString(), "<!c>");
+}
+
+TEST_F(XMLWriterTest, ValuesAreEscapedAndLongOnesStandAlone)
+{
+    const std::string bytes = "\"&'<>a",
+                      entities[] = {"&quot;", "&amp;", "&apos;", "&lt;", "&gt;", "a"};
+    for (const unsigned int size : {1u, 8u, 38u, 39u, 40u, 41u, 8190u, 8191u, 8192u, 16384u}) {
+        std::string value, escaped;
+        for (std::size_t i = 0; i < size; ++i) {
+            const std::size_t which = (i * i + i / 7) % bytes.size();
+            value += bytes[which];
+            escaped += entities[which];
+        }
+        XMLElement element("<'&");
+        element.setValue(value);
+        EXPECT_EQ(element.toString(), "<<'&>" + escaped + "</<'&>");
+        const std::string space = size < 40 ? "" : "\n", indent = size < 40 ? "" : "\t";
+        EXPECT_EQ(formatted(element), "<<'&>" + space + indent + escaped + space + "</<'&>\n");
+    }
+}
+
+TEST_F(XMLWriterTest, SaveReplacesFilesOrTellsWhyNot)
+{
+    XMLElement element("a");
+    const std::string file = write("old.xml", std::string(100, 'x')), lost = path("no/a.xml");
+    EXPECT_EQ(element.save(lost, true), -1);
+    EXPECT_EQ(XMLElement::getLastError(), "Unable to open target file '" + lost + "'");
+    EXPECT_EQ(element.save(file, false), 7);
+    EXPECT_EQ(read(file), "<a></a>");
+    EXPECT_EQ(element.save(file, true), 8);
+    EXPECT_EQ(read(file), "<a></a>\n");
+    // A full disk is not noticed, whether in the write or only in the close.
+    EXPECT_EQ(element.save("/dev/full", false), 7);
+    element.setValue(std::string(100000, 'x'));
+    EXPECT_EQ(element.save("/dev/full", false), 100007);
+    EXPECT_EQ(XMLElement::getLastError(), "Unable to open target file '" + lost + "'");
+}
+
+TEST_F(XMLWriterTest, WhatIsWrittenIsReadBack)
+{
+    RandomText names(makePieces("<|&|;|/|-")),
+        values(makePieces(">|&|<|\"|'|&amp;|]]>|" + std::string(37, 'v') + '|' +
+                          std::string(8190, 'v')));
+    for (int i = 0; i < 50; ++i) {
+        XMLElement tree("r" + names.next(20));
+        fill(tree, names, values, 4);
+        const std::string text = tree.toString();
+        XMLElement compact(""), spaced("");
+        EXPECT_EQ(compact.parse(text), static_cast<int>(text.size()));
+        EXPECT_EQ(compact.toString(), text);
+        const std::string file = formatted(tree);
+        EXPECT_EQ(spaced.load(path("out.xml")), static_cast<int>(file.size()) - 1);
+        EXPECT_EQ(spaced.toString(), text);
+        EXPECT_EQ(XMLElement(tree).toString(), text);
+    }
+}
