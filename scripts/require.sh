@@ -22,7 +22,8 @@ require() {
     echo "Installing:$missing"
     export DEBIAN_FRONTEND=noninteractive
     # A fresh system has no package lists, or old ones.
-    if ! $become_root apt-get update -qq || ! $become_root $install -qq >/dev/null; then
+    if ! $become_root apt-get update -qq ||
+        ! $become_root $install -qq -o Dpkg::Use-Pty=0 >/dev/null; then
         echo "Could not install the packages. Try by hand, and start again:" >&2
         echo "  sudo $install" >&2
         exit 1
