@@ -35,12 +35,13 @@ TEST(MathTest, BlendFactorMovesOneStep)
     constexpr float NAN_TIME = std::numeric_limits<float>::quiet_NaN();
     // Factor, rising, rise time, fall time, elapsed time, and the factor then.
     const float CASES[][6] = {
-        {0, 1, 2, 0, 0.5f, 0.25f}, {0.875f, 1, 2, 0, 0.5f, 1},  {0.5f, 1, 0, 9, 0, 1},
-        {1.5f, 1, -1, 9, 0, 1},    {1.5f, 1, 2, 0, 0.5f, 1.5f}, {-0.5f, 1, 2, 0, 0.5f, -0.25f},
-        {1, 1, 2, 0, 0.5f, 1},     {0.5f, 1, 2, 0, 0, 0.5f},    {0.3f, 1, NAN_TIME, 1, 0, 1},
-        {1, 0, 0, 4, 1, 0.75f},    {0.125f, 0, 0, 4, 1, 0},     {0.5f, 0, 9, 0, 0, 0},
-        {0.5f, 0, 9, -1, 7, 0},    {-0.5f, 0, 9, 0, 0, 0},      {-0.5f, 0, 0, 4, 1, -0.5f},
-        {1.5f, 0, 0, 4, 1, 1.25f}, {0.5f, 0, 0, 4, 0, 0.5f},    {0.3f, 0, 1, NAN_TIME, 0, 0}};
+        {0, 1, 2, 0, 0.5f, 0.25f},   {0.875f, 1, 2, 0, 0.5f, 1},  {0.5f, 1, 0, 9, 0, 1},
+        {1.5f, 1, -1, 9, 0, 1},      {1.5f, 1, 2, 0, 0.5f, 1.5f}, {-0.5f, 1, 2, 0, 0.5f, -0.25f},
+        {1, 1, 2, 0, 0.5f, 1},       {0.5f, 1, 2, 0, 0, 0.5f},    {0.3f, 1, NAN_TIME, 1, 0, 1},
+        {1, 0, 0, 4, 1, 0.75f},      {0.125f, 0, 0, 4, 1, 0},     {0.5f, 0, 9, 0, 0, 0},
+        {0.5f, 0, 9, -1, 7, 0},      {-0.5f, 0, 9, 0, 0, 0},      {-0.5f, 0, 0, 4, 1, -0.5f},
+        {1.5f, 0, 0, 4, 1, 1.25f},   {0.5f, 0, 0, 4, 0, 0.5f},    {0.5f, 1, 1e-40f, 0, 0, 0.5f},
+        {0.3f, 0, 1, NAN_TIME, 0, 0}};
     for (const auto& [before, rising, riseTime, fallTime, elapsedTime, after] : CASES) {
         float factor = before;
         Math::adjustBlendFactor(factor, rising > 0, riseTime, fallTime, elapsedTime);

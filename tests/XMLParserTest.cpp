@@ -1,5 +1,5 @@
 #include <cstddef>
-#include <regex>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -72,11 +72,11 @@ struct TSlowParser {
         }
         location.resize(outerSize);
         // Entities are written as they were read, but for ampersands that begin none.
+        const std::set<std::string> ENTITIES{"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"};
         value = qor::StringUtil::trim(value);
         for (std::size_t i = 0; i < value.size(); ++i) {
             const std::string entity = value.substr(i, value.find(';', i) - i + 1);
-            const bool isLone = value[i] == '&' && entity != "&amp;" && entity != "&lt;" &&
-                                entity != "&gt;" && entity != "&quot;" && entity != "&apos;";
+            const bool isLone = value[i] == '&' && ENTITIES.count(entity) == 0;
             text += isLone ? "" : value[i] == '>' ? "&gt;" : value.substr(i, 1);
         }
         text += "</" + name + '>';

@@ -30,6 +30,10 @@ void Math::adjustBlendFactor(float& factor, bool rising, float riseTime, float f
     if (rising ? factor >= end : factor <= end) {
         return;
     }
+    if (elapsedTime == 0.0f) {
+        // The speed may be infinite, and infinity times nothing is not a number.
+        return;
+    }
     const float step = (1.0f / time) * elapsedTime;
     factor = rising ? factor + step : factor - step;
     if (rising ? factor > end : factor < end) {
