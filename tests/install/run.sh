@@ -4,6 +4,7 @@ set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 consumer=$here/tests/install/consumer
+version=$(sed -n 's/^ *VERSION \([0-9.]*\)$/\1/p' "$here/CMakeLists.txt")
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 
@@ -18,17 +19,19 @@ for shared in ON OFF; do
     mv "$prefix" "$prefix-moved"
     prefix=$prefix-moved
 
-    cmake -S "$consumer" -B "$folder/by-cmake-$shared" -DCMAKE_PREFIX_PATH="$prefix"
+    cmake -S "$consumer" -B "$folder/by-cmake-$shared" -DCMAKE_PREFIX_PATH="$prefix" \
+        -DQORTK_VERSION="$version"
     cmake --build "$folder/by-cmake-$shared"
     "$folder/by-cmake-$shared/consumer"
 
+    [ "$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --modversion qortk)" = "$version" ]
     flags=$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --cflags --libs qortk)
     # shellcheck disable=SC2086 # the flags are words
     c++ -std=c++17 "$consumer/main.cpp" $flags -o "$folder/by-pkg-config"
     LD_LIBRARY_PATH=$prefix/lib "$folder/by-pkg-config"
 done
 
-readelf -d "$folder/prefix-ON-moved/lib/libqortk.so" | grep -q 'SONAME.*libqortk\.so\.0\.1'
+readelf -d "$folder/prefix-ON-moved/lib/libqortk.so" | grep -q "SONAME.*libqortk\.so\.${version%.*}\]"
 
 cmake -S "$consumer" -B "$folder/subproject" -DQORTK_SOURCE="$here"
 cmake --build "$folder/subproject" --parallel "$(nproc)"
