@@ -61,18 +61,21 @@ public:
 
     ~Console() override;
 
-    /// Registers a command. A name that is taken keeps its earlier command; a null `command`
-    /// changes nothing.
+    /// Registers a command.
+    /// @param name what a line begins with; one that is taken keeps its earlier command
     /// @param help a description, kept for the host's own use
     /// @param minParameters fewest parameters that a line may give; negative: no line fits
     /// @param maxParameters most parameters that a line may give; negative: no limit
+    /// @param command the host's handler; null changes nothing
     void addCommand(const std::string& name, const std::string& help, int minParameters,
                     int maxParameters, ConsoleCommand* command);
 
     /// Removes a command, the built-in ones included. A command may remove itself while it runs.
     void removeCommand(const std::string& name);
 
-    /// Registers a variable. A name that is taken keeps its earlier variable.
+    /// Registers a variable.
+    /// @param name one that is taken keeps its earlier variable
+    /// @param type VT_STRING, or a kind that `get` and `set` refuse
     /// @param help,firstFloat,secondFloat kept, and without effect
     /// @param storage the host's variable, a `std::string` for VT_STRING. A VT_STRING variable
     ///        without storage is refused by `get` and `set` as one of another type is.

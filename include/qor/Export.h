@@ -4,6 +4,9 @@
 /// Marks what the shared library exports. Define `QORTK_STATIC` where the library is linked
 /// statically; the CMake package and the pkg-config file do so.
 
+/// @def QORTK_API
+/// Stands in front of what is exported.
+
 #if defined(QORTK_STATIC)
 #define QORTK_API
 #elif defined(_WIN32) && defined(QORTK_BUILDING)

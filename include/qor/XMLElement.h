@@ -150,8 +150,8 @@ public:
     const XMLElement* getNextChild(const XMLElement* child, const std::string& name) const;
     /// @}
 
-    /// @param create whether to create what is missing on the way, behind the children there are
-    /// @return the element at `path`
+    /// @return the element at `path`. With `create`, what is missing on the way is created, behind
+    ///         the children there are.
     /// @{
     XMLElement* findChild(const std::string& path, bool create = false);
     const XMLElement* findChild(const std::string& path) const;
@@ -173,9 +173,8 @@ public:
     ///         2 GiB or more is refused.
     int parse(const std::string& source);
 
-    /// Writes this element and all below it to a file, which is replaced.
-    /// @param formatted whether to write an element a line, indented by tabs; otherwise nothing is
-    ///        put between the tags
+    /// Writes this element and all below it to a file, which is replaced: if `formatted`, an
+    /// element a line, indented by tabs; otherwise with nothing put between the tags.
     /// @return the number of bytes of the text, at most the greatest `int`; -1 if the file cannot
     /// be
     ///         opened. Only opening is checked: a disk that fills up on the way is not noticed.
