@@ -7,21 +7,29 @@
 namespace qor
 {
 
-/// Eight bytes of a text at once. The tests mark bytes by their highest bit. They are exact up to
-/// and including the first byte that they mark, which is all that anybody asks of them.
+/// Eight bytes of a text at once, the first one lowest. The tests mark bytes by their highest bit.
+/// They are exact up to and including the first byte that they mark, which is all that is asked of
+/// them.
 class ByteWord
 {
 public:
     static constexpr std::ptrdiff_t SIZE = 8;
 
-    explicit ByteWord(const char* bytes) { std::memcpy(&m_Bytes, bytes, sizeof m_Bytes); }
+    explicit ByteWord(const char* bytes)
+    {
+        std::memcpy(&m_Bytes, bytes, sizeof m_Bytes);
+        m_Bytes = withFirstLowest(m_Bytes);
+    }
 
     bool operator!=(const ByteWord& other) const { return m_Bytes != other.m_Bytes; }
 
-    void store(char* target) const { std::memcpy(target, &m_Bytes, sizeof m_Bytes); }
+    void store(char* target) const
+    {
+        const std::uint64_t bytes = withFirstLowest(m_Bytes);
+        std::memcpy(target, &bytes, sizeof bytes);
+    }
 
-    /// Marks the bytes that are equal to `byte` but for the bits in `ignored`, which `byte` has
-    /// set.
+    /// Marks the bytes equal to `byte`, whatever their bits in `ignored`, which `byte` has set.
     std::uint64_t marksOf(char byte, unsigned char ignored = 0) const
     {
         const std::uint64_t difference =
@@ -32,13 +40,11 @@ public:
     /// How many bytes stand in front of the first one marked; there is one.
     static std::ptrdiff_t firstOf(std::uint64_t marks)
     {
-#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+#if defined(__GNUC__)
         return __builtin_ctzll(marks) / 8;
 #else
-        unsigned char bytes[SIZE];
-        std::memcpy(bytes, &marks, sizeof bytes);
         std::ptrdiff_t count = 0;
-        while (bytes[count] == 0) {
+        for (; (marks & 0xFF) == 0; marks >>= 8) {
             ++count;
         }
         return count;
@@ -52,6 +58,16 @@ private:
     static constexpr std::uint64_t repeated(unsigned char byte)
     {
         return LOWEST_BITS * byte;
+    }
+
+    /// Turns a word around where the byte that comes first in memory is the highest one.
+    static std::uint64_t withFirstLowest(std::uint64_t bytes)
+    {
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+        return __builtin_bswap64(bytes);
+#else
+        return bytes;
+#endif
     }
 
     std::uint64_t m_Bytes;
