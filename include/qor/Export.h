@@ -16,3 +16,13 @@
 #else
 #define QORTK_API __attribute__((visibility("default")))
 #endif
+
+/// @def QORTK_PRINTF
+/// Stands behind a function that takes a printf format and its arguments, with their places counted
+/// from 1, and lets the compiler check that they match.
+
+#if defined(__GNUC__)
+#define QORTK_PRINTF(text, values) __attribute__((format(printf, text, values)))
+#else
+#define QORTK_PRINTF(text, values)
+#endif

@@ -3,8 +3,15 @@
 /// @file
 /// All public classes of the library.
 
+#include "qor/Condition.h"
 #include "qor/Console.h"
 #include "qor/ConsoleCommand.h"
+#include "qor/Desktop.h"
+#include "qor/File.h"
+#include "qor/Log.h"
 #include "qor/Math.h"
+#include "qor/Mutex.h"
 #include "qor/StringUtil.h"
+#include "qor/Task.h"
+#include "qor/Thread.h"
 #include "qor/XMLElement.h"

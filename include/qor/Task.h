@@ -1,0 +1,21 @@
+#pragma once
+
+#include "qor/Export.h"
+
+namespace qor
+{
+
+/// The work of a thread. A host derives from it and hands an object to `Thread::start`.
+class QORTK_API Task
+{
+public:
+    Task();
+    Task(const Task& other);
+    Task& operator=(const Task& other);
+    virtual ~Task();
+
+    /// Does the work, on the new thread. An exception that leaves it ends the process.
+    virtual void run() = 0;
+};
+
+} // namespace qor

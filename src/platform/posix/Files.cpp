@@ -1,0 +1,175 @@
+#include "platform/Platform.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <vector>
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace qor::platform
+{
+
+namespace
+{
+
+constexpr std::intptr_t NO_HANDLE = -1;
+
+bool isPath(const std::string& path)
+{
+    return path.find('\0') == std::string::npos;
+}
+
+/// Opens a file without waiting for whoever is at the other end of a pipe or a line.
+int openAtOnce(const char* path, int flags)
+{
+    constexpr mode_t USUAL_PERMISSIONS = 0666;
+    for (;;) {
+        const int handle = open(path, flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, USUAL_PERMISSIONS);
+        if (handle >= 0 || errno != EINTR) {
+            return handle;
+        }
+    }
+}
+
+void closeIfOpen(std::intptr_t handle)
+{
+    if (handle != NO_HANDLE) {
+        close(static_cast<int>(handle));
+    }
+}
+
+std::string getVariable(const char* name)
+{
+    const char* const value = std::getenv(name);
+    return value ? value : "";
+}
+
+/// @return the home directory that the password database tells; empty if it tells none
+std::string getRegisteredHome()
+{
+    constexpr std::size_t GREATEST_SIZE = std::size_t{1} << 20;
+    std::vector<char> buffer(1024);
+    passwd user = {};
+    passwd* found = nullptr;
+    while (getpwuid_r(getuid(), &user, buffer.data(), buffer.size(), &found) == ERANGE &&
+           buffer.size() < GREATEST_SIZE) {
+        buffer.resize(buffer.size() * 2);
+    }
+    return found && user.pw_dir ? user.pw_dir : "";
+}
+
+} // namespace
+
+PathKind getPathKind(const std::string& path)
+{
+    struct stat status;
+    if (!isPath(path) || stat(path.c_str(), &status) != 0) {
+        return PathKind::NONE;
+    }
+    return S_ISDIR(status.st_mode) ? PathKind::DIRECTORY : PathKind::FILE;
+}
+
+int createDirectory(const std::string& path)
+{
+    constexpr mode_t USUAL_PERMISSIONS = 0777;
+    if (!isPath(path)) {
+        return EINVAL;
+    }
+    return mkdir(path.c_str(), USUAL_PERMISSIONS) == 0 ? 0 : errno;
+}
+
+InputFile::InputFile(const std::string& path) : m_Handle(NO_HANDLE)
+{
+    if (!isPath(path)) {
+        m_Error = EINVAL;
+        return;
+    }
+    const int handle = openAtOnce(path.c_str(), O_RDONLY);
+    if (handle < 0) {
+        m_Error = errno;
+        return;
+    }
+    m_Handle = handle;
+    // The system opens directories, too.
+    struct stat status;
+    if (fstat(handle, &status) == 0 && S_ISDIR(status.st_mode)) {
+        m_Error = EISDIR;
+    }
+}
+
+InputFile::~InputFile()
+{
+    closeIfOpen(m_Handle);
+}
+
+int InputFile::getWriteTime(std::int64_t& second) const
+{
+    struct stat status;
+    if (fstat(static_cast<int>(m_Handle), &status) != 0) {
+        return errno;
+    }
+    second = status.st_mtime;
+    return 0;
+}
+
+int InputFile::getSize(std::uint64_t& size) const
+{
+    struct stat status;
+    if (fstat(static_cast<int>(m_Handle), &status) != 0) {
+        return errno;
+    }
+    size = static_cast<std::uint64_t>(status.st_size);
+    return 0;
+}
+
+OutputFile::OutputFile(const char* path, bool append)
+    : m_Handle(openAtOnce(path, O_WRONLY | O_CREAT | O_APPEND | (append ? 0 : O_TRUNC)))
+{
+    if (isOpen()) {
+        // Once it is open, a slow reader of a pipe is to be waited for, and no text dropped.
+        const int handle = static_cast<int>(m_Handle);
+        fcntl(handle, F_SETFL, fcntl(handle, F_GETFL) & ~O_NONBLOCK);
+    }
+}
+
+OutputFile::~OutputFile()
+{
+    closeIfOpen(m_Handle);
+}
+
+bool OutputFile::isOpen() const
+{
+    return m_Handle != NO_HANDLE;
+}
+
+std::size_t OutputFile::write(const char* text, std::size_t size)
+{
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t count = ::write(static_cast<int>(m_Handle), text + done, size - done);
+        if (count > 0) {
+            done += static_cast<std::size_t>(count);
+        } else if (count == 0 || errno != EINTR) {
+            break;
+        }
+    }
+    return done;
+}
+
+std::string getUserDataFolder()
+{
+    const std::string dataHome = getVariable("XDG_DATA_HOME");
+    if (!dataHome.empty() && dataHome.front() == '/') {
+        return dataHome;
+    }
+    std::string home = getVariable("HOME");
+    if (home.empty()) {
+        home = getRegisteredHome();
+    }
+    return home.empty() ? home : home + "/.local/share";
+}
+
+} // namespace qor::platform
