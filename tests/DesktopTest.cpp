@@ -1,0 +1,150 @@
+#include "qor/Desktop.h"
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <thread>
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "TemporaryFolder.h"
+
+namespace
+{
+
+/// Puts programs of its own in the place of those of the desktop. Each writes down what it was
+/// given, its name first, and ends as told.
+class DesktopTest : public TemporaryFolder
+{
+protected:
+    void SetUp() override
+    {
+        TemporaryFolder::SetUp();
+        m_FormerPath = std::getenv("PATH");
+        m_FormerFolder = std::filesystem::current_path();
+        setenv("PATH", path("bin").c_str(), 1);
+        setenv("GIVEN", path("given").c_str(), 1);
+        setenv("DISPLAY", ":99", 1);
+        unsetenv("WAYLAND_DISPLAY");
+        std::filesystem::create_directory(path("bin"));
+        ASSERT_EQ(dup2(STDERR_FILENO, OPEN_FILE), OPEN_FILE);
+    }
+
+    void TearDown() override
+    {
+        close(OPEN_FILE);
+        std::filesystem::current_path(m_FormerFolder);
+        setenv("PATH", m_FormerPath.c_str(), 1);
+        TemporaryFolder::TearDown();
+    }
+
+    static constexpr int OPEN_FILE = 77;
+    static constexpr const char* PROGRAM = R"(#!/bin/sh
+[ ! -e /proc/$$/fd/77 ] || open=!
+for word in "${0##*/}" "$@"; do printf '[%s]' "$word"; done >> "$GIVEN"
+printf %s "$open" >> "$GIVEN"
+: > "$GIVEN.done"
+exit )";
+
+    void addProgram(const std::string& name, int status, const std::string& folder = "bin")
+    {
+        const std::string file = write(folder + "/" + name, PROGRAM + std::to_string(status));
+        chmod(file.c_str(), 0700);
+    }
+
+    /// @return what the programs were given since the last call, once one is through
+    std::string takeGiven()
+    {
+        for (int i = 0; i < 20000 && access(path("given.done").c_str(), F_OK) != 0; ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        const std::string given = read(path("given"));
+        unlink(path("given").c_str());
+        unlink(path("given.done").c_str());
+        return given;
+    }
+
+    static std::string showAndCatch(const char* text, const char* caption)
+    {
+        testing::internal::CaptureStderr();
+        qor::showErrorPopUp(text, caption);
+        return testing::internal::GetCapturedStderr();
+    }
+
+private:
+    std::string m_FormerPath;
+    std::filesystem::path m_FormerFolder;
+};
+
+TEST_F(DesktopTest, OpensAnAddressWithTheFirstOpener)
+{
+    const auto handler = std::signal(SIGCHLD, SIG_DFL);
+    const std::string address = "http://a.example/?x=1&y='$(touch b);`\\";
+    addProgram("kde-open", 0);
+    qor::launchWebBrowser(address.c_str());
+    EXPECT_EQ(takeGiven(), "[kde-open][" + address + "]");
+    addProgram("gio", 0);
+    qor::launchWebBrowser(address.c_str());
+    EXPECT_EQ(takeGiven(), "[gio][open][" + address + "]");
+    addProgram("xdg-open", 3);
+    qor::launchWebBrowser(address.c_str());
+    EXPECT_EQ(takeGiven(), "[xdg-open][" + address + "]");
+    EXPECT_EQ(std::signal(SIGCHLD, handler), SIG_DFL);
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "no child is left";
+}
+
+TEST_F(DesktopTest, OpensNothingHarmful)
+{
+    addProgram("xdg-open", 0);
+    for (const char* address : {"", "-h", "--version", static_cast<const char*>(nullptr)}) {
+        qor::launchWebBrowser(address);
+    }
+    // In the current folder, where PATH has it too.
+    addProgram("gio", 0, ".");
+    unlink(path("bin/xdg-open").c_str());
+    std::filesystem::create_directory(path("bin/kde-open5"));
+    write("bin/kde-open", "not to be run");
+    std::filesystem::current_path(path("."));
+    setenv("PATH", (":.:" + path("bin") + ":").c_str(), 1);
+    qor::launchWebBrowser("a");
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    EXPECT_EQ(read(path("given")), "");
+}
+
+TEST_F(DesktopTest, ShowsAnErrorWithTheFirstDialog)
+{
+    const char* const text = "-C:\\new <b>x</b>";
+    const char* const caption = "+cap";
+    const std::string boxes[][2] = {
+        {"xmessage", "[xmessage][-center][-buttons][OK][-title][ +cap][ -C:\\new <b>x</b>]"},
+        {"Xdialog", "[Xdialog][--title][ +cap][--msgbox][ -C:\\\\new <b>x</b>][0][0]"},
+        {"kdialog", "[kdialog][--title=+cap][--error=\n-C:\\\\new <b>x</b>]"},
+        {"zenity", "[zenity][--error][--no-markup][--title=+cap][--text=-C:\\\\new <b>x</b>]"},
+    };
+    for (const auto& [name, expected] : boxes) {
+        addProgram(name, 0);
+        EXPECT_EQ(showAndCatch(text, caption), "");
+        EXPECT_EQ(takeGiven(), expected);
+    }
+    qor::showErrorPopUp(nullptr, nullptr);
+    EXPECT_EQ(takeGiven(), "[zenity][--error][--no-markup][--title=Error][--text=]");
+}
+
+TEST_F(DesktopTest, WritesWhatNobodyHasSeenToStandardError)
+{
+    EXPECT_EQ(showAndCatch("text", "caption"), "caption: text\n");
+    addProgram("zenity", 255);
+    addProgram("kdialog", 1);
+    addProgram("xmessage", 0);
+    EXPECT_EQ(showAndCatch("text", nullptr), "Error: text\n");
+    EXPECT_EQ(takeGiven(), "[zenity][--error][--no-markup][--title=Error][--text=text]"
+                           "[kdialog][--title=Error][--error=text]");
+    unsetenv("DISPLAY");
+    EXPECT_EQ(showAndCatch("text", ""), ": text\n");
+    EXPECT_EQ(read(path("given")), "");
+}
+
+} // namespace

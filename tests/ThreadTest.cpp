@@ -1,0 +1,390 @@
+#include "qor/Thread.h"
+
+#include <atomic>
+#include <chrono>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include "qor/Condition.h"
+#include "qor/Mutex.h"
+
+using qor::Condition;
+using qor::Mutex;
+using qor::Thread;
+
+namespace
+{
+
+/// Long enough for a thread to be found where it should not be.
+constexpr unsigned int WHILE = 30;
+
+/// Waits for what other threads bring about, for a while that suffices on the busiest machine.
+bool comesTrue(const std::function<bool()>& condition)
+{
+    using namespace std::chrono;
+    const auto deadline = steady_clock::now() + seconds(30);
+    while (!condition() && steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(milliseconds(1));
+    }
+    return condition();
+}
+
+struct TTask : qor::Task {
+    explicit TTask(std::function<void()> actionArgument) : action(std::move(actionArgument)) {}
+    void run() override { action(); }
+    std::function<void()> action;
+};
+
+/// Threads that wait for an event, and how many have come and gone.
+class Waiters
+{
+public:
+    ~Waiters()
+    {
+        for (std::thread& thread : m_Threads) {
+            thread.join();
+        }
+    }
+
+    /// @return whether the thread is waiting
+    bool add(unsigned int timeOut = 0)
+    {
+        const int before = m_Waiting;
+        m_Threads.emplace_back([this, timeOut] {
+            mutex.lock();
+            ++m_Waiting;
+            condition.wait(mutex, timeOut);
+            ++m_Released;
+            mutex.unlock();
+        });
+        // Who gets the lock finds the thread waiting.
+        return comesTrue([this, before] {
+            mutex.lock();
+            const bool isWaiting = m_Waiting > before;
+            mutex.unlock();
+            return isWaiting;
+        });
+    }
+
+    bool areReleased(int count)
+    {
+        return comesTrue([this, count] { return m_Released == count; });
+    }
+
+    int getReleased() const { return m_Released; }
+
+    Mutex mutex;
+    Condition condition;
+
+private:
+    std::atomic<int> m_Waiting = 0;
+    std::atomic<int> m_Released = 0;
+    std::vector<std::thread> m_Threads;
+};
+
+TEST(MutexTest, IsFreeAfterAsManyUnlocks)
+{
+    Mutex mutex;
+    Mutex second;
+    second = mutex;
+    std::atomic<bool> hasLock = false;
+    mutex.unlock();
+    mutex.lock();
+    Mutex(second).lock();
+    std::thread other([&] {
+        second.unlock(); // Not its own.
+        second.lock();
+        hasLock = true;
+        second.unlock();
+    });
+    Thread::sleep(WHILE);
+    EXPECT_FALSE(hasLock);
+    mutex.unlock();
+    Thread::sleep(WHILE);
+    EXPECT_FALSE(hasLock);
+    second.unlock();
+    other.join();
+    EXPECT_TRUE(hasLock);
+}
+
+TEST(MutexTest, LivesAsLongAsItsLastName)
+{
+    auto first = std::make_unique<Mutex>();
+    Mutex second(*first);
+    first->lock();
+    first.reset();
+    second.unlock();
+    Mutex& alias = second;
+    second = alias;
+    second.lock();
+    second.unlock();
+}
+
+TEST(MutexTest, KeepsThreadsApart)
+{
+    Mutex mutex;
+    int count = 0;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&] {
+            for (int round = 0; round < 50000; ++round) {
+                mutex.lock();
+                mutex.lock();
+                ++count;
+                mutex.unlock();
+                mutex.unlock();
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(count, 200000);
+}
+
+TEST(ConditionTest, KeepsOneSignalForTheNextWait)
+{
+    Waiters waiters;
+    waiters.condition.signal();
+    Condition(waiters.condition).signal();
+    waiters.mutex.lock();
+    waiters.condition.wait(waiters.mutex, 0);
+    waiters.mutex.unlock();
+    ASSERT_TRUE(waiters.add());
+    Thread::sleep(WHILE);
+    EXPECT_EQ(waiters.getReleased(), 0);
+    waiters.condition.signal();
+    EXPECT_TRUE(waiters.areReleased(1));
+}
+
+TEST(ConditionTest, ReleasesThoseThatWaited)
+{
+    for (int round = 0; round < 200; ++round) {
+        Waiters waiters;
+        for (int i = 0; i < 3; ++i) {
+            ASSERT_TRUE(waiters.add());
+        }
+        // The first of the two released must not take the second's place.
+        waiters.condition.signal();
+        waiters.condition.signal();
+        ASSERT_TRUE(waiters.add());
+        ASSERT_TRUE(waiters.areReleased(2));
+        waiters.condition.signal();
+        ASSERT_TRUE(waiters.areReleased(3));
+        waiters.condition.signal();
+        ASSERT_TRUE(waiters.areReleased(4));
+    }
+}
+
+TEST(ConditionTest, HoldsTheLockAgainWhenTimeIsUp)
+{
+    Waiters waiters;
+    ASSERT_TRUE(waiters.add());
+    waiters.mutex.lock();
+    const unsigned int begin = Thread::timer();
+    waiters.condition.wait(waiters.mutex, WHILE);
+    EXPECT_GE(Thread::timer() - begin, WHILE - 1);
+    std::atomic<bool> hasLock = false;
+    std::thread other([&] {
+        waiters.mutex.lock();
+        hasLock = true;
+        waiters.mutex.unlock();
+    });
+    Thread::sleep(WHILE);
+    EXPECT_FALSE(hasLock);
+    waiters.mutex.unlock();
+    other.join();
+    // The one that gave up is not in the way of the one that still waits.
+    EXPECT_EQ(waiters.getReleased(), 0);
+    waiters.condition.signal();
+    EXPECT_TRUE(waiters.areReleased(1));
+}
+
+TEST(ConditionTest, LosesAndMakesUpNoWakeUp)
+{
+    constexpr int ROUNDS = 50000;
+    constexpr int THREADS = 4;
+    Mutex mutex;
+    Condition condition;
+    int items = 0, taken = 0, wakeUps = 0;
+    bool isEnding = false;
+    std::vector<std::thread> consumers, producers;
+    for (int i = 0; i < THREADS; ++i) {
+        consumers.emplace_back([&] {
+            mutex.lock();
+            for (;;) {
+                while (items == 0 && !isEnding) {
+                    condition.wait(mutex, 0);
+                    ++wakeUps;
+                }
+                if (items == 0) {
+                    break;
+                }
+                --items;
+                ++taken;
+            }
+            mutex.unlock();
+            condition.signal();
+        });
+        producers.emplace_back([&] {
+            for (int round = 0; round < ROUNDS; ++round) {
+                mutex.lock();
+                ++items;
+                mutex.unlock();
+                condition.signal();
+            }
+        });
+    }
+    for (std::thread& thread : producers) {
+        thread.join();
+    }
+    mutex.lock();
+    isEnding = true;
+    mutex.unlock();
+    condition.signal();
+    for (std::thread& thread : consumers) {
+        thread.join();
+    }
+    EXPECT_EQ(taken, THREADS * ROUNDS);
+    EXPECT_LE(wakeUps, THREADS * ROUNDS + THREADS + 1);
+}
+
+TEST(ConditionTest, LosesNothingWhenTimeIsUpAtASignal)
+{
+    // One thread gives up about when the signal comes; the signal is for it or for the other.
+    for (int round = 0; round < 300; ++round) {
+        Waiters waiters;
+        ASSERT_TRUE(waiters.add());
+        std::atomic<bool> isDone = false;
+        std::thread brief([&] {
+            for (int i = 0; i < 3; ++i) {
+                waiters.mutex.lock();
+                waiters.condition.wait(waiters.mutex, 1);
+                waiters.mutex.unlock();
+            }
+            isDone = true;
+        });
+        Thread::sleep(1);
+        while (!isDone) {
+            waiters.condition.signal();
+            Thread::yield();
+        }
+        brief.join();
+        waiters.condition.signal();
+        ASSERT_TRUE(waiters.areReleased(1));
+    }
+}
+
+TEST(ThreadTest, IsStartedUntilItIsWaitedFor)
+{
+    std::atomic<int> first = 0, second = 0;
+    std::atomic<std::thread::id> id;
+    TTask one([&] {
+        id = std::this_thread::get_id();
+        ++first;
+    });
+    TTask two([&] { ++second; });
+    Thread thread;
+    thread.wait();
+    thread.threadFunction();
+    ASSERT_TRUE(thread.start(&one));
+    ASSERT_TRUE(comesTrue([&] { return first == 1; }));
+    EXPECT_NE(id.load(), std::this_thread::get_id());
+    EXPECT_FALSE(thread.start(&two));
+    thread.threadFunction();
+    EXPECT_EQ(first, 2) << "the first task is kept";
+    thread.wait();
+    thread.wait();
+    thread.threadFunction();
+    ASSERT_TRUE(thread.start(&two));
+    thread.wait();
+    EXPECT_EQ(first, 2);
+    EXPECT_EQ(second, 1);
+    ASSERT_TRUE(thread.start(nullptr));
+    EXPECT_FALSE(thread.start(&one));
+    thread.wait();
+}
+
+TEST(ThreadTest, RunsOnWithoutItsObject)
+{
+    std::atomic<bool> mayEnd = false, hasEnded = false;
+    TTask task([&] {
+        comesTrue([&] { return mayEnd.load(); });
+        hasEnded = true;
+    });
+    Thread copy;
+    {
+        Thread thread;
+        ASSERT_TRUE(thread.start(&task));
+        copy = thread;
+    }
+    EXPECT_FALSE(copy.start(&task));
+    Thread second(copy);
+    mayEnd = true;
+    copy.wait();
+    EXPECT_TRUE(hasEnded);
+    second.wait();
+    mayEnd = hasEnded = false;
+    {
+        Thread thread;
+        ASSERT_TRUE(thread.start(&task));
+    }
+    mayEnd = true;
+    EXPECT_TRUE(comesTrue([&] { return hasEnded.load(); }));
+}
+
+TEST(ThreadTest, TellsWhenTheSystemRefuses)
+{
+#ifdef QORTK_SANITIZED
+    GTEST_SKIP() << "sanitizers need the memory themselves";
+#endif
+    std::atomic<bool> mayEnd = false;
+    std::atomic<int> runs = 0;
+    TTask task([&] {
+        comesTrue([&] { return mayEnd.load(); });
+        ++runs;
+    });
+    // The system may have kept a few stacks of threads that have ended.
+    std::vector<Thread> threads(100);
+    rlimit former = {};
+    getrlimit(RLIMIT_AS, &former);
+    rlimit limit = former;
+    limit.rlim_cur = 1;
+    setrlimit(RLIMIT_AS, &limit);
+    std::size_t started = 0;
+    while (started < threads.size() && threads[started].start(&task)) {
+        ++started;
+    }
+    setrlimit(RLIMIT_AS, &former);
+    ASSERT_LT(started, threads.size());
+    mayEnd = true;
+    threads[started].threadFunction();
+    EXPECT_TRUE(threads[started].start(&task)) << "still idle, with a task";
+    for (Thread& thread : threads) {
+        thread.wait();
+    }
+    EXPECT_EQ(runs, static_cast<int>(started) + 2);
+}
+
+TEST(ThreadTest, CountsTimeSinceTheSystemStarted)
+{
+    const unsigned int begin = Thread::timer();
+    Thread::sleep(WHILE);
+    Thread::sleep(0);
+    const unsigned int duration = Thread::timer() - begin;
+    EXPECT_GE(duration, WHILE - 1);
+    EXPECT_LT(duration, 10000u);
+    double uptime = 0;
+    if (std::ifstream("/proc/uptime") >> uptime) {
+        const auto expected = static_cast<unsigned int>(static_cast<std::int64_t>(uptime * 1000));
+        EXPECT_LT(Thread::timer() - expected + 1000, 11000u);
+    }
+}
+
+} // namespace
