@@ -3,6 +3,7 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
+get_target_property(QORTK_TYPE qortk TYPE)
 set(QORTK_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/qortk)
 
 install(TARGETS qortk EXPORT qortkTargets
@@ -40,9 +41,9 @@ else()
 endif()
 set(QORTK_PC_CFLAGS "")
 set(QORTK_PC_LIBS "")
-if(QORTK_LIBRARY_TYPE STREQUAL "STATIC")
+if(QORTK_TYPE STREQUAL "STATIC_LIBRARY")
     set(QORTK_PC_CFLAGS " -DQORTK_STATIC")
-    set(QORTK_PC_LIBS " -lstdc++")
+    set(QORTK_PC_LIBS " -lstdc++ -pthread")
 endif()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/qortk.pc.in qortk.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/qortk.pc

@@ -28,6 +28,15 @@ bool Command::execute(const std::vector<std::string>& tokens)
     return succeeded;
 }
 
+std::string Command::joinWords(const std::vector<std::string>& tokens, std::size_t first)
+{
+    std::string text;
+    for (std::size_t i = first; i < tokens.size(); ++i) {
+        text += i == first ? tokens[i] : " " + tokens[i];
+    }
+    return text;
+}
+
 void Command::print(const std::string& line)
 {
     m_Host.getConsole().print(line);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,9 @@ protected:
     /// @param tokens the command's name, then as many parameters as its description allows
     /// @return whether it succeeded; where not, one line that begins with "Error: " was printed
     virtual bool run(const std::vector<std::string>& tokens) = 0;
+
+    /// @return the tokens from the first one on, with a blank between two
+    static std::string joinWords(const std::vector<std::string>& tokens, std::size_t first);
 
     void print(const std::string& line);
 

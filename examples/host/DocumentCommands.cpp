@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include <qor/Log.h>
 #include <qor/StringUtil.h>
 #include <qor/XMLElement.h>
 
@@ -13,15 +14,6 @@
 
 namespace
 {
-
-std::string joinWords(const std::vector<std::string>& tokens, std::size_t first)
-{
-    std::string text;
-    for (std::size_t i = first; i < tokens.size(); ++i) {
-        text += i == first ? tokens[i] : " " + tokens[i];
-    }
-    return text;
-}
 
 std::string quote(const std::string& text)
 {
@@ -77,6 +69,9 @@ public:
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
+        if (!m_Host.mayUseFiles()) {
+            return false;
+        }
         if (!isElementName(tokens[1])) {
             return fail("Not a name for an element: " + quote(tokens[1]));
         }
@@ -93,11 +88,7 @@ public:
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
-        if (!m_Host.loadDocument(tokens[1])) {
-            return false;
-        }
-        print("Loaded " + quote(tokens[1]));
-        return true;
+        return m_Host.loadDocument(tokens[1]);
     }
 };
 
@@ -112,6 +103,9 @@ public:
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
+        if (!m_Host.mayUseFiles()) {
+            return false;
+        }
         const std::string filename = tokens.size() > 1 ? tokens[1] : m_Host.getFilename();
         if (filename.empty()) {
             return fail("The document has no file yet; name one");
@@ -121,6 +115,7 @@ private:
             return fail(qor::XMLElement::getLastError());
         }
         m_Host.setChanged(false);
+        qor::Log::info("Saved " + quote(filename));
         print("Saved " + quote(filename) + " (" + std::to_string(size) + " bytes)");
         return true;
     }
@@ -136,6 +131,9 @@ public:
 private:
     bool run(const std::vector<std::string>&) override
     {
+        if (!m_Host.mayUseFiles()) {
+            return false;
+        }
         const std::string error = qor::XMLElement::getLastError();
         print(error.empty() ? "Nothing has failed so far" : error);
         return true;

@@ -2,12 +2,15 @@
 
 #include <vector>
 
+#include <qor/Thread.h>
+
 namespace
 {
 
 constexpr int KEEP_ALL_LINES = -1;
 constexpr int SCREEN_LINES = 2000;
 constexpr const char* FAILURE = "Error: ";
+constexpr unsigned int PROGRESS_INTERVAL = 500;
 
 } // namespace
 
@@ -20,6 +23,11 @@ Host::Host(Mode mode)
     // The console has these two already, but does not give their help texts out.
     m_Descriptions["get"] = {"get", "VARIABLE", "Show a console variable", 1, 1};
     m_Descriptions["set"] = {"set", "VARIABLE VALUE", "Set a console variable", 2, 2};
+}
+
+Host::~Host()
+{
+    qor::Log::close();
 }
 
 void Host::registerCommand(std::unique_ptr<Command> command)
@@ -44,6 +52,9 @@ void Host::putChar(char character)
 {
     const unsigned int outputModCount = m_Console.getOutputModCount();
     m_Result.reset();
+    if (character == ENTER) {
+        qor::Log::debug(m_Prompt + m_Console.getCommandLine());
+    }
     m_Console.putChar(character);
     if (character == ENTER && hasLineFailed(outputModCount)) {
         m_HasFailed = true;
@@ -67,6 +78,7 @@ bool Host::hasLineFailed(unsigned int outputModCountBefore) const
 bool Host::fail(const std::string& reason)
 {
     m_Console.print(FAILURE + reason);
+    qor::Log::error(reason);
     return false;
 }
 
@@ -79,16 +91,80 @@ void Host::newDocument(const std::string& name)
 
 bool Host::loadDocument(const std::string& filename)
 {
-    // A failed load leaves its element with a part of the file.
-    qor::XMLElement document("");
-    const int result = document.load(filename);
-    if (result < 0) {
-        // -1 may stand for the file as a whole, all else is a position in it.
-        const std::string place = result == -1 ? "code -1" : "position " + std::to_string(-result);
-        return fail(filename + ": " + qor::XMLElement::getLastError() + " (" + place + ")");
+    if (!mayUseFiles()) {
+        return false;
     }
-    m_Document = std::move(document);
+    if (!m_Loader.start(filename)) {
+        return fail("The system has no thread to load with");
+    }
+    m_ProgressTime = qor::Thread::timer();
+    if (m_Mode == Mode::FULL_SCREEN) {
+        return true;
+    }
+    while (!m_Loader.getProgress().isDone) {
+        m_Loader.waitForProgress(PROGRESS_INTERVAL);
+        showProgress(m_Loader.getProgress());
+    }
+    return takeDocument();
+}
+
+void Host::update()
+{
+    if (!m_Loader.isBusy()) {
+        return;
+    }
+    const Loader::TProgress progress = m_Loader.getProgress();
+    showProgress(progress);
+    if (progress.isDone) {
+        takeDocument();
+    }
+}
+
+bool Host::mayUseFiles()
+{
+    return !m_Loader.isBusy() || fail("Wait until '" + m_Loader.getFilename() + "' is loaded");
+}
+
+/// Prints how far the loading is, unless that was done a moment ago or the end is here.
+void Host::showProgress(const Loader::TProgress& progress)
+{
+    const unsigned int now = qor::Thread::timer();
+    if (progress.isDone || now - m_ProgressTime < PROGRESS_INTERVAL) {
+        return;
+    }
+    m_ProgressTime = now;
+    std::string stage = "parsing";
+    if (!progress.isParsing) {
+        constexpr unsigned int HUNDRED = 100;
+        stage = progress.size == 0
+                    ? std::to_string(progress.bytesRead) + " bytes"
+                    : std::to_string(progress.bytesRead * HUNDRED / progress.size) + " % read";
+    }
+    m_Console.print("Loading '" + m_Loader.getFilename() + "': " + stage);
+}
+
+/// Ends a load.
+/// @return whether it succeeded
+bool Host::takeDocument()
+{
+    Loader::TResult result = m_Loader.takeResult();
+    const std::string& filename = m_Loader.getFilename();
+    if (result.code < 0) {
+        // -1 may stand for the file as a whole, all else is a position in it.
+        const std::string place =
+            result.code == -1 ? "code -1" : "position " + std::to_string(-result.code);
+        return fail(filename + ": " + result.reason + " (" + place + ")");
+    }
+    m_Document = std::move(result.document);
     m_Filename = filename;
     m_IsChanged = false;
+    m_Console.print("Loaded '" + filename + "'");
+    qor::Log::info("Loaded '" + filename + "'");
     return true;
+}
+
+void Host::setLogLevel(qor::Log::Level level)
+{
+    m_LogLevel = level;
+    qor::Log::setLevel(level);
 }

@@ -7,9 +7,11 @@
 #include <utility>
 
 #include <qor/Console.h>
+#include <qor/Log.h>
 #include <qor/XMLElement.h>
 
 #include "Command.h"
+#include "Loader.h"
 
 /// What all commands share: the console and the document that is worked on.
 class Host
@@ -24,6 +26,9 @@ public:
     explicit Host(Mode mode);
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
+
+    /// Closes the log.
+    ~Host();
 
     Mode getMode() const { return m_Mode; }
     qor::Console& getConsole() { return m_Console; }
@@ -59,9 +64,20 @@ public:
     /// Starts an empty document without a file.
     void newDocument(const std::string& name);
 
-    /// Replaces the document by that of a file. On failure it stays, and the reason is printed.
-    /// @return whether it succeeded
+    /// Replaces the document by that of a file. On failure it stays, and the reason is printed. On
+    /// a full screen this begins the work, and `update` goes on with it.
+    /// @return whether it succeeded, or has begun
     bool loadDocument(const std::string& filename);
+
+    /// Whether a document is being loaded. Nothing else may load, parse or save then.
+    bool isLoading() const { return m_Loader.isBusy(); }
+
+    /// Shows how far the loading is, and takes the document over when it is there.
+    void update();
+
+    /// Prints an error if a document is being loaded.
+    /// @return false then
+    bool mayUseFiles();
 
     /// @return the file that the document was loaded from; empty if there is none
     const std::string& getFilename() const { return m_Filename; }
@@ -72,18 +88,29 @@ public:
     void setChanged(bool isChanged) { m_IsChanged = isChanged; }
     /// @}
 
+    /// The level of the log.
+    /// @{
+    qor::Log::Level getLogLevel() const { return m_LogLevel; }
+    void setLogLevel(qor::Log::Level level);
+    /// @}
+
     bool isQuitting() const { return m_IsQuitting; }
     void quit() { m_IsQuitting = true; }
 
 private:
     void registerCommand(std::unique_ptr<Command> command);
     bool hasLineFailed(unsigned int outputModCountBefore) const;
+    void showProgress(const Loader::TProgress& progress);
+    bool takeDocument();
 
     const Mode m_Mode;
     std::string m_Prompt = "> ";
     qor::XMLElement m_Document;
     std::string m_Filename;
     bool m_IsChanged = false;
+    qor::Log::Level m_LogLevel = qor::Log::DEBUG;
+    Loader m_Loader;
+    unsigned int m_ProgressTime = 0; ///< when progress was shown last, as of Thread::timer
     bool m_IsQuitting = false;
     bool m_HasFailed = false;
     std::optional<bool> m_Result; ///< of the line's command, if one of the host ran

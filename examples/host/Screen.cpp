@@ -68,15 +68,15 @@ public:
         sigprocmask(SIG_SETMASK, &m_FormerMask, nullptr);
     }
 
-    /// Waits for input or a signal.
+    /// Waits for input or a signal, but not for longer than the time limit if there is one.
     /// @return whether there is input, or its end
-    bool waitForInput() const
+    bool waitForInput(const timespec* timeLimit) const
     {
         fd_set input;
         FD_ZERO(&input);
         FD_SET(STDIN_FILENO, &input);
         const int count =
-            pselect(STDIN_FILENO + 1, &input, nullptr, nullptr, nullptr, &m_FormerMask);
+            pselect(STDIN_FILENO + 1, &input, nullptr, nullptr, timeLimit, &m_FormerMask);
         if (count < 0 && errno != EINTR) {
             throw std::system_error(errno, std::generic_category(), "pselect");
         }
@@ -131,11 +131,14 @@ public:
     {
         while (!m_IsLeaving) {
             draw();
-            const bool hasInput = signals.waitForInput();
+            // The work that goes on meanwhile is looked at now and then.
+            constexpr timespec INTERVAL = {0, 50000000};
+            const bool hasInput = signals.waitForInput(m_Host.isLoading() ? &INTERVAL : nullptr);
             if (arrivedSignal != 0) {
                 return;
             }
             const bool hasRead = readKeys();
+            m_Host.update();
             if (hasInput && !hasRead) {
                 // The terminal has gone.
                 return;

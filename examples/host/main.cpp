@@ -8,6 +8,7 @@
 #include "DocumentCommands.h"
 #include "GeneralCommands.h"
 #include "Host.h"
+#include "LogCommands.h"
 #include "Screen.h"
 #include "Script.h"
 
@@ -16,16 +17,18 @@ namespace
 
 constexpr int BAD_USAGE = 2;
 constexpr const char* USAGE =
-    "Usage: qorhost [--echo] [DOCUMENT.xml]\n"
+    "Usage: qorhost [--echo] [--log FILE] [DOCUMENT.xml]\n"
     "Work on a document from a console: on a terminal a full screen, else the lines of\n"
     "standard input. The command 'help' lists all commands.\n"
-    "  --echo  print each line of standard input before its answer\n"
-    "  --help  print this text\n";
+    "  --echo      print each line of standard input before its answer\n"
+    "  --log FILE  log into this file, and not into that in the user's data directory\n"
+    "  --help      print this text\n";
 
 struct TArguments {
     bool isValid = true;
     bool wantsHelp = false;
     bool echoes = false;
+    std::string log;
     std::string filename;
 };
 
@@ -38,6 +41,8 @@ TArguments readArguments(int count, char** values)
             arguments.wantsHelp = true;
         } else if (value == "--echo") {
             arguments.echoes = true;
+        } else if (value == "--log" && i + 1 < count) {
+            arguments.log = values[++i];
         } else if (value.empty() || value.front() == '-' || !arguments.filename.empty()) {
             arguments.isValid = false;
         } else {
@@ -53,6 +58,7 @@ int runHost(const TArguments& arguments)
     Host host(usesScreen ? Host::Mode::FULL_SCREEN : Host::Mode::SCRIPT);
     addGeneralCommands(host);
     addDocumentCommands(host);
+    addLogCommands(host, openLog(host, arguments.log));
 
     const bool loaded = arguments.filename.empty() || host.loadDocument(arguments.filename);
     if (!usesScreen) {

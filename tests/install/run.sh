@@ -26,6 +26,7 @@ for shared in ON OFF; do
 
     [ "$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --modversion qortk)" = "$version" ]
     flags=$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --cflags --libs qortk)
+    [ $shared = ON ] || [[ $flags == *-DQORTK_STATIC*-pthread* ]]
     # shellcheck disable=SC2086 # the flags are words
     c++ -std=c++17 "$consumer/main.cpp" $flags -o "$folder/by-pkg-config"
     LD_LIBRARY_PATH=$prefix/lib "$folder/by-pkg-config"

@@ -1,0 +1,112 @@
+#include "Loader.h"
+
+#include <cstddef>
+#include <fstream>
+#include <new>
+#include <utility>
+
+#include <qor/File.h>
+
+namespace
+{
+
+constexpr std::size_t BLOCK_SIZE = std::size_t{1} << 20;
+
+} // namespace
+
+Loader::~Loader()
+{
+    m_Mutex.lock();
+    m_IsGivenUp = true;
+    m_Mutex.unlock();
+    m_Thread.wait();
+}
+
+bool Loader::start(const std::string& filename)
+{
+    if (m_IsBusy) {
+        return false;
+    }
+    m_Filename = filename;
+    m_Progress = {};
+    m_IsBusy = m_Thread.start(this);
+    return m_IsBusy;
+}
+
+Loader::TProgress Loader::getProgress()
+{
+    m_Mutex.lock();
+    const TProgress progress = m_Progress;
+    m_Mutex.unlock();
+    return progress;
+}
+
+void Loader::waitForProgress(unsigned int timeOut)
+{
+    m_Mutex.lock();
+    if (!m_Progress.isDone) {
+        m_HasProgress.wait(m_Mutex, timeOut);
+    }
+    m_Mutex.unlock();
+}
+
+Loader::TResult Loader::takeResult()
+{
+    m_Thread.wait();
+    m_IsBusy = false;
+    return std::exchange(m_Result, TResult());
+}
+
+void Loader::run()
+{
+    try {
+        const std::optional<std::string> source = readSource();
+        // Of a file that cannot be read, load tells why.
+        m_Result.code =
+            source ? m_Result.document.parse(*source) : m_Result.document.load(m_Filename);
+        if (m_Result.code < 0) {
+            m_Result.reason = qor::XMLElement::getLastError();
+        }
+    } catch (const std::bad_alloc&) {
+        m_Result.code = -1;
+        m_Result.reason = "Out of memory";
+    }
+    TProgress progress;
+    progress.isDone = true;
+    tellProgress(progress);
+}
+
+/// @return the file's bytes; empty if the load was given up; none if the file cannot be read
+std::optional<std::string> Loader::readSource()
+{
+    if (!qor::File::fileExists(m_Filename)) {
+        return std::nullopt;
+    }
+    std::ifstream file(m_Filename, std::ios::binary);
+    TProgress progress;
+    progress.size = qor::File::fileSize(m_Filename);
+    std::string source;
+    source.reserve(progress.size + BLOCK_SIZE);
+    while (file) {
+        source.resize(source.size() + BLOCK_SIZE);
+        file.read(&source[source.size() - BLOCK_SIZE], BLOCK_SIZE);
+        source.resize(source.size() - BLOCK_SIZE + static_cast<std::size_t>(file.gcount()));
+        progress.bytesRead = source.size();
+        progress.isParsing = file.eof();
+        if (!tellProgress(progress)) {
+            return std::string();
+        }
+    }
+    return file.eof() ? std::optional<std::string>(std::move(source)) : std::nullopt;
+}
+
+/// @return false if the load was given up
+bool Loader::tellProgress(const TProgress& progress)
+{
+    m_Mutex.lock();
+    m_Progress = progress;
+    const bool isGivenUp = m_IsGivenUp;
+    m_Mutex.unlock();
+    m_HasProgress.signal();
+    return !isGivenUp;
+}
