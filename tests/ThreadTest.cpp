@@ -56,10 +56,11 @@ public:
     bool add(unsigned int timeOut = 0)
     {
         const int before = m_Waiting;
-        m_Threads.emplace_back([this, timeOut] {
+        m_Threads.emplace_back([this, before, timeOut] {
             mutex.lock();
             ++m_Waiting;
             condition.wait(mutex, timeOut);
+            m_LastReleased = before;
             ++m_Released;
             mutex.unlock();
         });
@@ -79,12 +80,16 @@ public:
 
     int getReleased() const { return m_Released; }
 
+    /// @return which one was released last, counted from 0
+    int getLastReleased() const { return m_LastReleased; }
+
     Mutex mutex;
     Condition condition;
 
 private:
     std::atomic<int> m_Waiting = 0;
     std::atomic<int> m_Released = 0;
+    std::atomic<int> m_LastReleased = -1;
     std::vector<std::thread> m_Threads;
 };
 
@@ -175,10 +180,11 @@ TEST(ConditionTest, ReleasesThoseThatWaited)
         waiters.condition.signal();
         ASSERT_TRUE(waiters.add());
         ASSERT_TRUE(waiters.areReleased(2));
-        waiters.condition.signal();
-        ASSERT_TRUE(waiters.areReleased(3));
-        waiters.condition.signal();
-        ASSERT_TRUE(waiters.areReleased(4));
+        for (const int next : {2, 3}) {
+            waiters.condition.signal();
+            ASSERT_TRUE(waiters.areReleased(next + 1));
+            EXPECT_EQ(waiters.getLastReleased(), next) << "the one that has waited longest";
+        }
     }
 }
 
@@ -204,6 +210,9 @@ TEST(ConditionTest, HoldsTheLockAgainWhenTimeIsUp)
     EXPECT_EQ(waiters.getReleased(), 0);
     waiters.condition.signal();
     EXPECT_TRUE(waiters.areReleased(1));
+    waiters.condition.signal();
+    ASSERT_TRUE(waiters.add());
+    EXPECT_TRUE(waiters.areReleased(2)) << "by the signal that nobody waited for";
 }
 
 TEST(ConditionTest, LosesAndMakesUpNoWakeUp)

@@ -190,6 +190,7 @@ public:
     /// @}
 
 private:
+    friend class ElementFinder;
     class Parser;
     class Writer;
 

@@ -4,6 +4,7 @@
 /// All public classes of the library.
 
 #include "qor/Condition.h"
+#include "qor/Configuration.h"
 #include "qor/Console.h"
 #include "qor/ConsoleCommand.h"
 #include "qor/Desktop.h"

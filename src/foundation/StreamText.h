@@ -1,6 +1,9 @@
 #pragma once
 
+#include <charconv>
+#include <optional>
 #include <string_view>
+#include <system_error>
 
 namespace qor
 {
@@ -24,10 +27,39 @@ inline std::string_view withoutLeadingSpace(std::string_view text)
     return text;
 }
 
-/// Reads a boolean word from the start of the text, whatever follows it.
-inline bool readBoolean(std::string_view text)
+/// Drops a plus sign, which streams take and std::from_chars does not.
+inline std::string_view withoutPlus(std::string_view text)
 {
-    return withoutLeadingSpace(text).substr(0, 4) == "true";
+    if (!text.empty() && text.front() == '+') {
+        text.remove_prefix(1);
+        if (!text.empty() && text.front() == '-') {
+            return {};
+        }
+    }
+    return text;
+}
+
+/// Reads a whole number from the start of the text, whatever follows it.
+inline std::optional<int> readInteger(std::string_view text)
+{
+    const std::string_view digits = withoutPlus(withoutLeadingSpace(text));
+    int number = 0;
+    const std::from_chars_result result =
+        std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    return result.ec == std::errc() ? std::optional<int>(number) : std::nullopt;
+}
+
+/// Reads a number from the start of the text, whatever follows it.
+std::optional<float> readFloat(std::string_view text);
+
+/// Reads a boolean word from the start of the text, whatever follows it.
+inline std::optional<bool> readBoolean(std::string_view text)
+{
+    const std::string_view word = withoutLeadingSpace(text);
+    if (word.substr(0, 4) == "true") {
+        return true;
+    }
+    return word.substr(0, 5) == "false" ? std::optional<bool>(false) : std::nullopt;
 }
 
 } // namespace qor

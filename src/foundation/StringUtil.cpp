@@ -17,23 +17,10 @@ namespace qor
 namespace
 {
 
-/// Drops a plus sign, which streams take and std::from_chars does not.
-std::string_view withoutPlus(std::string_view text)
+unsigned int readUnsigned(std::string_view digits)
 {
-    if (!text.empty() && text.front() == '+') {
-        text.remove_prefix(1);
-        if (!text.empty() && text.front() == '-') {
-            return {};
-        }
-    }
-    return text;
-}
-
-template<typename TNumber>
-TNumber readDecimal(std::string_view text)
-{
-    TNumber number = 0;
-    std::from_chars(text.data(), text.data() + text.size(), number);
+    unsigned int number = 0;
+    std::from_chars(digits.data(), digits.data() + digits.size(), number);
     return number;
 }
 
@@ -125,40 +112,22 @@ std::string StringUtil::versionNumberToString(unsigned int version)
 
 float StringUtil::stringToFloat(const std::string& text)
 {
-    const std::string_view number = withoutPlus(withoutLeadingSpace(text));
-    // std::from_chars knows "inf" and "nan"; as for a stream, these are no numbers here.
-    const std::size_t first = !number.empty() && number.front() == '-' ? 1 : 0;
-    if (number.size() == first || !(isDigit(number[first]) || number[first] == '.')) {
-        return 0.0f;
-    }
-
-    const char* const end = number.data() + number.size();
-    float value = 0.0f;
-    const std::from_chars_result result = std::from_chars(number.data(), end, value);
-    if (result.ec != std::errc() || std::isinf(value)) {
-        return 0.0f;
-    }
-    if (result.ptr != end && (*result.ptr == 'e' || *result.ptr == 'E')) {
-        // An exponent without digits spoils the number; a second exponent merely ends it.
-        const auto isExponent = [](char character) { return character == 'e' || character == 'E'; };
-        return std::any_of(number.data(), result.ptr, isExponent) ? value : 0.0f;
-    }
-    return value;
+    return readFloat(text).value_or(0.0f);
 }
 
 int StringUtil::stringToInt(const std::string& text)
 {
-    return readDecimal<int>(withoutPlus(withoutLeadingSpace(text)));
+    return readInteger(text).value_or(0);
 }
 
 unsigned int StringUtil::stringToUInt(const std::string& text)
 {
     const std::string_view number = withoutPlus(withoutLeadingSpace(text));
     if (number.empty() || number.front() != '-') {
-        return readDecimal<unsigned int>(number);
+        return readUnsigned(number);
     }
     const std::string_view digits = number.substr(1);
-    return digits.empty() || !isDigit(digits.front()) ? 0 : 0 - readDecimal<unsigned int>(digits);
+    return digits.empty() || !isDigit(digits.front()) ? 0 : 0 - readUnsigned(digits);
 }
 
 std::string StringUtil::timeStampToString(std::int64_t timeStamp, bool withDate)

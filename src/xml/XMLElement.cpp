@@ -113,7 +113,7 @@ float XMLElement::getValueAsFloat() const
 
 bool XMLElement::getValueAsBoolean() const
 {
-    return readBoolean(m_Value);
+    return readBoolean(m_Value).value_or(false);
 }
 
 std::string XMLElement::getValue(const std::string& path, const std::string& defaultValue) const

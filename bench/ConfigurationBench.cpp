@@ -1,0 +1,344 @@
+#include <benchmark/benchmark.h>
+
+#include <climits>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "qor/Configuration.h"
+#include "qor/XMLElement.h"
+
+#ifdef HAVE_BOOST
+#include <boost/property_tree/ptree.hpp>
+#include <boost/property_tree/xml_parser.hpp>
+#endif
+
+#ifdef HAVE_PUGIXML
+#include <pugixml.hpp>
+#endif
+
+// A table of parameters: one value by name, and all values to and from XML text, beside a property
+// tree and beside an XML library with a path per value.
+
+namespace
+{
+
+enum class Shape { FLAT, GROUPS };
+
+/// @return names of parameters, all in one place or ten in a group
+std::vector<std::string> makeNames(std::size_t count, Shape shape)
+{
+    constexpr std::size_t GROUP_SIZE = 10;
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string group =
+            shape == Shape::FLAT ? "" : "group" + std::to_string(i / GROUP_SIZE) + "/";
+        names.push_back(group + "parameter" + std::to_string(i));
+    }
+    return names;
+}
+
+/// Gives the names in an order of its own, so that no contestant finds them one after the other.
+class Walk
+{
+public:
+    explicit Walk(const std::vector<std::string>& names) : m_Names(names) {}
+
+    const std::string& next()
+    {
+        constexpr std::size_t STEP = 7919;
+        m_Index = (m_Index + STEP) % m_Names.size();
+        return m_Names[m_Index];
+    }
+
+private:
+    const std::vector<std::string>& m_Names;
+    std::size_t m_Index = 0;
+};
+
+std::vector<std::string> makeNames(const benchmark::State& state)
+{
+    return makeNames(static_cast<std::size_t>(state.range(0)), Shape::FLAT);
+}
+
+std::unique_ptr<qor::Configuration> makeTable(const std::vector<std::string>& names)
+{
+    auto table = std::make_unique<qor::Configuration>(1);
+    int number = 0;
+    for (const std::string& name : names) {
+        table->addIntegerParameter(name, ++number, 0, INT_MAX, 0);
+    }
+    return table;
+}
+
+void getOwn(benchmark::State& state)
+{
+    const std::vector<std::string> names = makeNames(state);
+    const auto table = makeTable(names);
+    Walk walk(names);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(table->getInteger(walk.next()));
+    }
+}
+
+void setOwn(benchmark::State& state)
+{
+    const std::vector<std::string> names = makeNames(state);
+    const auto table = makeTable(names);
+    Walk walk(names);
+    int number = 0;
+    for (auto _ : state) {
+        table->setInteger(walk.next(), ++number);
+    }
+}
+
+std::map<std::string, int> makeMap(const std::vector<std::string>& names)
+{
+    std::map<std::string, int> map;
+    for (const std::string& name : names) {
+        map.emplace(name, static_cast<int>(map.size()));
+    }
+    return map;
+}
+
+void getFromMap(benchmark::State& state)
+{
+    const std::vector<std::string> names = makeNames(state);
+    const std::map<std::string, int> map = makeMap(names);
+    Walk walk(names);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(map.find(walk.next())->second);
+    }
+}
+
+void setInMap(benchmark::State& state)
+{
+    const std::vector<std::string> names = makeNames(state);
+    std::map<std::string, int> map = makeMap(names);
+    Walk walk(names);
+    int number = 0;
+    for (auto _ : state) {
+        map.find(walk.next())->second = ++number;
+    }
+}
+
+/// The XML work alone: the elements are found once, and then only made to text and back.
+void saveElements(benchmark::State& state, Shape shape)
+{
+    const auto table = makeTable(makeNames(1000, shape));
+    qor::XMLElement root("configuration");
+    table->save(&root);
+    for (auto _ : state) {
+        const qor::XMLElement copy(root);
+        benchmark::DoNotOptimize(copy.toString().size());
+    }
+}
+
+void loadElements(benchmark::State& state, Shape shape)
+{
+    const auto table = makeTable(makeNames(1000, shape));
+    qor::XMLElement root("configuration");
+    table->save(&root);
+    const std::string text = root.toString();
+    for (auto _ : state) {
+        qor::XMLElement element("");
+        benchmark::DoNotOptimize(element.parse(text));
+    }
+}
+
+void saveOwn(benchmark::State& state, Shape shape)
+{
+    const auto table = makeTable(makeNames(1000, shape));
+    for (auto _ : state) {
+        qor::XMLElement root("configuration");
+        table->save(&root);
+        benchmark::DoNotOptimize(root.toString().size());
+    }
+}
+
+void loadOwn(benchmark::State& state, Shape shape)
+{
+    const std::vector<std::string> names = makeNames(1000, shape);
+    const auto table = makeTable(names);
+    qor::XMLElement source("configuration");
+    table->save(&source);
+    const std::string text = source.toString();
+    for (auto _ : state) {
+        qor::XMLElement root("");
+        root.parse(text);
+        table->load(&root);
+    }
+    if (table->getInteger(names.back()) != 1000) {
+        state.SkipWithError("the last value was not read");
+    }
+}
+
+void registerWork(const std::string& contestant, void (*save)(benchmark::State&, Shape),
+                  void (*load)(benchmark::State&, Shape))
+{
+    for (const Shape shape : {Shape::FLAT, Shape::GROUPS}) {
+        const std::string source = shape == Shape::FLAT ? "flat/" : "groups/";
+        benchmark::RegisterBenchmark(("save/" + source + contestant).c_str(), save, shape);
+        benchmark::RegisterBenchmark(("load/" + source + contestant).c_str(), load, shape);
+    }
+}
+
+/// Each number of parameters is a work of its own.
+void registerAccess(const std::string& contestant, void (*get)(benchmark::State&),
+                    void (*set)(benchmark::State&))
+{
+    for (const int count : {10, 100, 1000}) {
+        const std::string source = "of " + std::to_string(count) + "/";
+        benchmark::RegisterBenchmark(("get/" + source + contestant).c_str(), get)->Arg(count);
+        benchmark::RegisterBenchmark(("set/" + source + contestant).c_str(), set)->Arg(count);
+    }
+}
+
+#ifdef HAVE_BOOST
+
+using TTree = boost::property_tree::ptree;
+
+TTree::path_type makePath(const std::string& name)
+{
+    return TTree::path_type(name, '/');
+}
+
+TTree makeTree(const std::vector<std::string>& names)
+{
+    TTree tree;
+    int number = 0;
+    for (const std::string& name : names) {
+        tree.put(makePath("configuration/" + name), ++number);
+    }
+    return tree;
+}
+
+void getBoost(benchmark::State& state)
+{
+    const std::vector<std::string> names = makeNames(state);
+    const TTree tree = makeTree(names);
+    const TTree& root = tree.get_child("configuration");
+    Walk walk(names);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(root.get<int>(walk.next()));
+    }
+}
+
+void setBoost(benchmark::State& state)
+{
+    const std::vector<std::string> names = makeNames(state);
+    TTree tree = makeTree(names);
+    TTree& root = tree.get_child("configuration");
+    Walk walk(names);
+    int number = 0;
+    for (auto _ : state) {
+        root.put(walk.next(), ++number);
+    }
+}
+
+void saveBoost(benchmark::State& state, Shape shape)
+{
+    const std::vector<std::string> names = makeNames(1000, shape);
+    for (auto _ : state) {
+        std::ostringstream text;
+        write_xml(text, makeTree(names));
+        benchmark::DoNotOptimize(text.str().size());
+    }
+}
+
+void loadBoost(benchmark::State& state, Shape shape)
+{
+    const std::vector<std::string> names = makeNames(1000, shape);
+    std::ostringstream text;
+    write_xml(text, makeTree(names));
+    int number = 0;
+    for (auto _ : state) {
+        std::istringstream source(text.str());
+        TTree tree;
+        read_xml(source, tree);
+        for (const std::string& name : names) {
+            number = tree.get<int>(makePath("configuration/" + name));
+        }
+    }
+    if (number != 1000) {
+        state.SkipWithError("the last value was not read");
+    }
+}
+
+#endif
+
+#ifdef HAVE_PUGIXML
+
+pugi::xml_node findOrCreate(pugi::xml_node node, const std::string& path)
+{
+    for (std::size_t begin = 0; begin != std::string::npos;) {
+        const std::size_t slash = path.find('/', begin);
+        const std::string name = path.substr(begin, slash - begin);
+        const pugi::xml_node child = node.child(name.c_str());
+        node = child ? child : node.append_child(name.c_str());
+        begin = slash == std::string::npos ? slash : slash + 1;
+    }
+    return node;
+}
+
+std::string savePugi(const std::vector<std::string>& names)
+{
+    pugi::xml_document document;
+    const pugi::xml_node root = document.append_child("configuration");
+    int number = 0;
+    for (const std::string& name : names) {
+        findOrCreate(root, name).text().set(++number);
+    }
+    std::ostringstream text;
+    document.save(text, "\t");
+    return text.str();
+}
+
+void savePugi(benchmark::State& state, Shape shape)
+{
+    const std::vector<std::string> names = makeNames(1000, shape);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(savePugi(names).size());
+    }
+}
+
+void loadPugi(benchmark::State& state, Shape shape)
+{
+    const std::vector<std::string> names = makeNames(1000, shape);
+    const std::string text = savePugi(names);
+    int number = 0;
+    for (auto _ : state) {
+        pugi::xml_document document;
+        document.load_buffer(text.data(), text.size());
+        const pugi::xml_node root = document.child("configuration");
+        for (const std::string& name : names) {
+            number = root.first_element_by_path(name.c_str()).text().as_int();
+        }
+    }
+    if (number != 1000) {
+        state.SkipWithError("the last value was not read");
+    }
+}
+
+#endif
+
+} // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    registerAccess("qortk", getOwn, setOwn);
+    registerAccess("std::map", getFromMap, setInMap);
+    registerWork("qortk", saveOwn, loadOwn);
+    registerWork("XML alone", saveElements, loadElements);
+#ifdef HAVE_BOOST
+    registerAccess("Boost.PropertyTree", getBoost, setBoost);
+    registerWork("Boost.PropertyTree", saveBoost, loadBoost);
+#endif
+#ifdef HAVE_PUGIXML
+    registerWork("pugixml", savePugi, loadPugi);
+#endif
+    benchmark::Initialize(&argumentCount, arguments);
+    benchmark::RunSpecifiedBenchmarks();
+}

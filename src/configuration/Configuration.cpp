@@ -1,0 +1,365 @@
+#include "qor/Configuration.h"
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+#include <utility>
+
+#include "foundation/StreamText.h"
+#include "qor/Log.h"
+#include "qor/StringUtil.h"
+
+namespace qor
+{
+
+Configuration* Configuration::m_Instance = nullptr;
+
+Configuration::Listener::~Listener() = default;
+
+inline bool Configuration::TByteOrder::operator()(const std::string& left,
+                                                  const std::string& right) const
+{
+    const int order = std::memcmp(left.data(), right.data(), std::min(left.size(), right.size()));
+    return order != 0 ? order < 0 : left.size() < right.size();
+}
+
+// These come first and inline: every access by name goes through them.
+
+/// @return the parameter's index; -1 if there is none of that name
+inline int Configuration::findParameter(const std::string& name) const
+{
+    const auto found = m_ParameterIndex.find(name);
+    if (found == m_ParameterIndex.end()) {
+        Log::debug("Access to non-existing configuration parameter '%s'", name.c_str());
+        return -1;
+    }
+    return found->second;
+}
+
+/// @return null if there is no parameter of that name and type
+inline const Configuration::TParameter* Configuration::findParameter(const std::string& name,
+                                                                     ParameterType type) const
+{
+    const int index = findParameter(name);
+    if (index < 0) {
+        return nullptr;
+    }
+    const TParameter& parameter = m_Parameters[static_cast<std::size_t>(index)];
+    if (parameter.type != type) {
+        Log::debug("Configuration parameter type conflict '%s'", name.c_str());
+        return nullptr;
+    }
+    return &parameter;
+}
+
+inline Configuration::TParameter* Configuration::findParameter(const std::string& name,
+                                                               ParameterType type)
+{
+    return const_cast<TParameter*>(std::as_const(*this).findParameter(name, type));
+}
+
+Configuration::Configuration(unsigned int version) : m_Version(version)
+{
+    if (!m_Instance) {
+        m_Instance = this;
+    }
+}
+
+Configuration::Configuration(const Configuration& other) = default;
+
+Configuration& Configuration::operator=(const Configuration& other) = default;
+
+Configuration::~Configuration()
+{
+    if (m_Instance == this) {
+        m_Instance = nullptr;
+    }
+}
+
+Configuration* Configuration::getInstance()
+{
+    return m_Instance;
+}
+
+// The record is a copy of all arguments, and the value is set from it: adding it moves the texts
+// that they may refer to.
+
+bool Configuration::addBooleanParameter(const std::string& name, bool defaultValue,
+                                        unsigned int version)
+{
+    const TParameter parameter{name, BOOLEAN, "", 0.0, 0.0, 1.0, version};
+    if (addParameter(parameter) < 0) {
+        return false;
+    }
+    setBoolean(parameter.name, defaultValue);
+    return true;
+}
+
+bool Configuration::addIntegerParameter(const std::string& name, int defaultValue, int minimum,
+                                        int maximum, unsigned int version)
+{
+    const TParameter parameter{
+        name,   INTEGER, "", 0.0, static_cast<double>(minimum), static_cast<double>(maximum),
+        version};
+    if (addParameter(parameter) < 0) {
+        return false;
+    }
+    setInteger(parameter.name, defaultValue);
+    return true;
+}
+
+bool Configuration::addFloatParameter(const std::string& name, float defaultValue, float minimum,
+                                      float maximum, unsigned int version)
+{
+    const TParameter parameter{
+        name, FLOAT, "", 0.0, static_cast<double>(minimum), static_cast<double>(maximum), version};
+    if (addParameter(parameter) < 0) {
+        return false;
+    }
+    setFloat(parameter.name, defaultValue);
+    return true;
+}
+
+bool Configuration::addStringParameter(const std::string& name, const std::string& defaultValue,
+                                       int minimumLength, int maximumLength, unsigned int version)
+{
+    const TParameter parameter{name,
+                               STRING,
+                               defaultValue,
+                               0.0,
+                               static_cast<double>(minimumLength),
+                               static_cast<double>(maximumLength),
+                               version};
+    if (addParameter(parameter) < 0) {
+        return false;
+    }
+    // It is there already, but its length has not been looked at.
+    setString(parameter.name, parameter.stringValue);
+    return true;
+}
+
+bool Configuration::setBoolean(const std::string& name, bool value)
+{
+    TParameter* const parameter = findParameter(name, BOOLEAN);
+    if (parameter) {
+        setBoolean(*parameter, value);
+    }
+    return parameter;
+}
+
+bool Configuration::setInteger(const std::string& name, int value)
+{
+    TParameter* const parameter = findParameter(name, INTEGER);
+    if (parameter) {
+        setInteger(*parameter, value);
+    }
+    return parameter;
+}
+
+bool Configuration::setFloat(const std::string& name, float value)
+{
+    TParameter* const parameter = findParameter(name, FLOAT);
+    if (parameter) {
+        setFloat(*parameter, value);
+    }
+    return parameter;
+}
+
+bool Configuration::setString(const std::string& name, const std::string& value)
+{
+    TParameter* const parameter = findParameter(name, STRING);
+    if (parameter) {
+        setString(*parameter, value);
+    }
+    return parameter;
+}
+
+void Configuration::setBoolean(TParameter& parameter, bool value)
+{
+    storeNumber(parameter, value ? 1.0 : 0.0);
+}
+
+void Configuration::setInteger(TParameter& parameter, int value)
+{
+    int clipped = value;
+    if (parameter.minimum <= parameter.maximum) {
+        if (value > parameter.maximum) {
+            clipped = static_cast<int>(parameter.maximum);
+            Log::debug("Too high value for configration parameter '%s' clipped to %d",
+                       parameter.name.c_str(), clipped);
+        } else if (value < parameter.minimum) {
+            clipped = static_cast<int>(parameter.minimum);
+            Log::debug("Too low value for configuration parameter '%s' clipped to %d",
+                       parameter.name.c_str(), clipped);
+        }
+    }
+    storeNumber(parameter, clipped);
+}
+
+void Configuration::setFloat(TParameter& parameter, float value)
+{
+    double clipped = static_cast<double>(value);
+    // Limits that are not-a-number clip nothing.
+    if (!(parameter.minimum > parameter.maximum)) {
+        if (clipped > parameter.maximum) {
+            clipped = parameter.maximum;
+            Log::debug("Too high value for configuration parameter '%s' clipped to %f",
+                       parameter.name.c_str(), clipped);
+        } else if (clipped < parameter.minimum) {
+            clipped = parameter.minimum;
+            Log::debug("Too low value for configuration parameter '%s' clipped to %f",
+                       parameter.name.c_str(), clipped);
+        }
+    }
+    storeNumber(parameter, clipped);
+}
+
+void Configuration::setString(TParameter& parameter, const std::string& value)
+{
+    const double length = static_cast<double>(value.size());
+    if (length > parameter.maximum) {
+        Log::debug("Too long value for configuration parameter '%s' bytes", parameter.name.c_str());
+    } else if (length < parameter.minimum) {
+        Log::debug("Too short value for configuration parameter '%s'", parameter.name.c_str());
+    }
+    if (value != parameter.stringValue) {
+        parameter.stringValue = value;
+        notify(parameter.name);
+    }
+}
+
+bool Configuration::set(const std::string& name, const std::string& text)
+{
+    const int index = findParameter(name);
+    if (index < 0) {
+        return false;
+    }
+    switch (m_Parameters[static_cast<std::size_t>(index)].type) {
+    case BOOLEAN: {
+        const std::optional<bool> flag = readBoolean(text);
+        return flag && setBoolean(name, *flag);
+    }
+    case INTEGER: {
+        const std::optional<int> number = readInteger(text);
+        return number && setInteger(name, *number);
+    }
+    case FLOAT: {
+        const std::optional<float> number = readFloat(text);
+        return number && setFloat(name, *number);
+    }
+    case STRING:
+        break;
+    }
+    return setString(name, text);
+}
+
+bool Configuration::getBoolean(const std::string& name) const
+{
+    const TParameter* const parameter = findParameter(name, BOOLEAN);
+    return parameter && parameter->value != 0.0;
+}
+
+int Configuration::getInteger(const std::string& name) const
+{
+    const TParameter* const parameter = findParameter(name, INTEGER);
+    return parameter ? static_cast<int>(parameter->value) : 0;
+}
+
+float Configuration::getFloat(const std::string& name) const
+{
+    const TParameter* const parameter = findParameter(name, FLOAT);
+    return parameter ? static_cast<float>(parameter->value) : 0.0f;
+}
+
+const std::string& Configuration::getString(const std::string& name) const
+{
+    // Never destroyed, so that references to it are good until the process ends.
+    static const std::string* const EMPTY = new std::string;
+    const TParameter* const parameter = findParameter(name, STRING);
+    return parameter ? parameter->stringValue : *EMPTY;
+}
+
+const std::string Configuration::get(const std::string& name) const
+{
+    constexpr int FRACTION_DIGITS = 6;
+    const int index = findParameter(name);
+    if (index < 0) {
+        return "";
+    }
+    const TParameter& parameter = m_Parameters[static_cast<std::size_t>(index)];
+    switch (parameter.type) {
+    case BOOLEAN:
+        return parameter.value != 0.0 ? "true" : "false";
+    case INTEGER:
+        return StringUtil::toString(static_cast<int>(parameter.value));
+    case FLOAT:
+        return StringUtil::toString(static_cast<float>(parameter.value), FRACTION_DIGITS);
+    case STRING:
+        break;
+    }
+    return parameter.stringValue;
+}
+
+void Configuration::addListener(Listener* listener)
+{
+    const bool isThere =
+        std::find(m_Listeners.begin(), m_Listeners.end(), listener) != m_Listeners.end();
+    if (listener && !isThere) {
+        m_Listeners.push_back(listener);
+    }
+}
+
+void Configuration::removeListener(Listener* listener)
+{
+    m_Listeners.remove(listener);
+}
+
+void Configuration::updateAllParameters()
+{
+    for (std::size_t i = 0; i < m_Parameters.size(); ++i) {
+        notify(m_Parameters[i].name);
+    }
+}
+
+/// @return the new parameter's index; -1 if the name is in use
+int Configuration::addParameter(const TParameter& parameter)
+{
+    const int index = static_cast<int>(m_Parameters.size());
+    const auto [place, isNew] = m_ParameterIndex.emplace(parameter.name, index);
+    if (!isNew) {
+        Log::error("Attempt to add a duplicate configuration parameter '%s'",
+                   parameter.name.c_str());
+        return -1;
+    }
+    try {
+        m_Parameters.push_back(parameter);
+    } catch (...) {
+        m_ParameterIndex.erase(place);
+        throw;
+    }
+    Log::debug("Added configuration parameter '%s' at index %d", parameter.name.c_str(), index);
+    return index;
+}
+
+/// Stores a number that differs from the one before, and tells the listeners.
+void Configuration::storeNumber(TParameter& parameter, double value)
+{
+    if (value != parameter.value) {
+        parameter.value = value;
+        notify(parameter.name);
+    }
+}
+
+void Configuration::notify(const std::string& name) const
+{
+    if (m_Listeners.empty()) {
+        return;
+    }
+    // A listener that adds a parameter moves all names.
+    const std::string copy = name;
+    for (Listener* const listener : m_Listeners) {
+        listener->parameterChanged(copy);
+    }
+}
+
+} // namespace qor

@@ -1,0 +1,130 @@
+#include "qor/Configuration.h"
+#include "qor/File.h"
+#include "qor/Log.h"
+#include "qor/XMLElement.h"
+#include "xml/ElementFinder.h"
+
+namespace qor
+{
+
+namespace
+{
+
+const char* const ROOT_NAME = "configuration";
+const char* const VERSION_NAME = "version";
+
+} // namespace
+
+bool Configuration::save() const
+{
+    if (m_FileName.empty()) {
+        Log::error("Attempt to save configuration without file name (not loaded from a file)");
+        return false;
+    }
+    return save(m_FileName);
+}
+
+bool Configuration::save(const std::string& fileName) const
+{
+    XMLElement root(ROOT_NAME);
+    save(&root);
+    const int result = root.save(fileName, true);
+    if (result < 0) {
+        Log::error("Configuration saving to file '%s' failed (%d): %s", fileName.c_str(), result,
+                   XMLElement::getLastError().c_str());
+    }
+    return result >= 0;
+}
+
+bool Configuration::save(XMLElement* root) const
+{
+    if (!root) {
+        return false;
+    }
+    ElementFinder finder(*root);
+    // Stored as signed: the reader takes the same 32 bits back.
+    finder.findOrCreate(VERSION_NAME).setValue(static_cast<int>(m_Version));
+    for (const TParameter& parameter : m_Parameters) {
+        XMLElement& element = finder.findOrCreate(parameter.name);
+        switch (parameter.type) {
+        case BOOLEAN:
+            element.setValue(parameter.value != 0.0);
+            break;
+        case INTEGER:
+            element.setValue(static_cast<int>(parameter.value));
+            break;
+        case FLOAT:
+            element.setValue(static_cast<float>(parameter.value));
+            break;
+        case STRING:
+            element.setValue(parameter.stringValue);
+            break;
+        }
+    }
+    return true;
+}
+
+bool Configuration::load(const std::string& fileName)
+{
+    m_FileName = fileName;
+    if (!File::fileExists(m_FileName)) {
+        Log::info("No configuration file '%s' found", m_FileName.c_str());
+        return true;
+    }
+    XMLElement root(ROOT_NAME);
+    const int result = root.load(m_FileName);
+    if (result < 0) {
+        Log::error("Configuration file '%s' loading failed (%d): %s", m_FileName.c_str(), result,
+                   XMLElement::getLastError().c_str());
+        return false;
+    }
+    return load(&root);
+}
+
+bool Configuration::load(const XMLElement* root)
+{
+    if (!root) {
+        return false;
+    }
+    const unsigned int version =
+        static_cast<unsigned int>(root->getValueAsInteger(VERSION_NAME, 0));
+    // Only looked at.
+    ElementFinder finder(const_cast<XMLElement&>(*root));
+    // By index, since a listener may add parameters.
+    for (std::size_t i = 0; i < m_Parameters.size(); ++i) {
+        TParameter& parameter = m_Parameters[i];
+        if (version < parameter.version) {
+            Log::debug("Configuration parameter '%s' value ignored (interpretation changed between "
+                       "versions)",
+                       parameter.name.c_str());
+            continue;
+        }
+        const XMLElement* const element = finder.find(parameter.name);
+        if (!element) {
+            Log::debug("No value for configuration parameter '%s'", parameter.name.c_str());
+            continue;
+        }
+        readValue(parameter, *element);
+    }
+    return true;
+}
+
+void Configuration::readValue(TParameter& parameter, const XMLElement& element)
+{
+    switch (parameter.type) {
+    case BOOLEAN:
+        setBoolean(parameter, element.getValueAsBoolean());
+        break;
+    case INTEGER:
+        setInteger(parameter, element.getValueAsInteger());
+        break;
+    case FLOAT:
+        setFloat(parameter, element.getValueAsFloat());
+        break;
+    case STRING:
+        setString(parameter, element.getValue());
+        break;
+    }
+}
+
+} // namespace qor
