@@ -43,9 +43,12 @@ protected:
 
     static constexpr int OPEN_FILE = 77;
     static constexpr const char* PROGRAM = R"(#!/bin/sh
-[ ! -e /proc/$$/fd/77 ] || open=!
+[ ! -e /proc/$$/fd/77 ] || fault=open
+while read -r name value; do
+    case $name/$value in SigBlk:/*[!0]*|SigIgn:/*[!0]*) fault=signals ;; esac
+done < /proc/$$/status
 for word in "${0##*/}" "$@"; do printf '[%s]' "$word"; done >> "$GIVEN"
-printf %s "$open" >> "$GIVEN"
+printf %s "$fault" >> "$GIVEN"
 : > "$GIVEN.done"
 exit )";
 
@@ -82,6 +85,8 @@ private:
 TEST_F(DesktopTest, OpensAnAddressWithTheFirstOpener)
 {
     const auto handler = std::signal(SIGCHLD, SIG_DFL);
+    const auto pipeHandler = std::signal(SIGPIPE, SIG_IGN);
+    std::filesystem::create_directory(path("bin/xdg-open"));
     const std::string address = "http://a.example/?x=1&y='$(touch b);`\\";
     addProgram("kde-open", 0);
     qor::launchWebBrowser(address.c_str());
@@ -89,10 +94,19 @@ TEST_F(DesktopTest, OpensAnAddressWithTheFirstOpener)
     addProgram("gio", 0);
     qor::launchWebBrowser(address.c_str());
     EXPECT_EQ(takeGiven(), "[gio][open][" + address + "]");
+    std::filesystem::remove(path("bin/xdg-open"));
     addProgram("xdg-open", 3);
     qor::launchWebBrowser(address.c_str());
     EXPECT_EQ(takeGiven(), "[xdg-open][" + address + "]");
+    write("bin/xdg-open", "#!/bin/sh\n/bin/sleep 1\n: > \"$GIVEN.done\"\n");
+    qor::launchWebBrowser("a");
+    EXPECT_NE(access(path("given.done").c_str(), F_OK), 0) << "nobody waits for the program";
+    takeGiven();
     EXPECT_EQ(std::signal(SIGCHLD, handler), SIG_DFL);
+    EXPECT_EQ(std::signal(SIGPIPE, pipeHandler), SIG_IGN);
+    sigset_t blocked;
+    sigprocmask(SIG_BLOCK, nullptr, &blocked);
+    EXPECT_EQ(sigismember(&blocked, SIGTERM), 0);
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "no child is left";
 }
 

@@ -193,9 +193,10 @@ TEST(ConditionTest, HoldsTheLockAgainWhenTimeIsUp)
     Waiters waiters;
     ASSERT_TRUE(waiters.add());
     waiters.mutex.lock();
+    constexpr unsigned int TIME = 999; // Almost always into the next second.
     const unsigned int begin = Thread::timer();
-    waiters.condition.wait(waiters.mutex, WHILE);
-    EXPECT_GE(Thread::timer() - begin, WHILE - 1);
+    waiters.condition.wait(waiters.mutex, TIME);
+    EXPECT_GE(Thread::timer() - begin, TIME - 1);
     std::atomic<bool> hasLock = false;
     std::thread other([&] {
         waiters.mutex.lock();
@@ -344,6 +345,7 @@ TEST(ThreadTest, RunsOnWithoutItsObject)
         Thread thread;
         ASSERT_TRUE(thread.start(&task));
     }
+    EXPECT_FALSE(hasEnded);
     mayEnd = true;
     EXPECT_TRUE(comesTrue([&] { return hasEnded.load(); }));
 }
