@@ -29,7 +29,7 @@ if [ -n "$document" ]; then
 fi
 
 cd "$folder"
-"$host" --echo --log qorhost.log "$here/examples/host/sample.xml" <"$here/examples/host/demo.txt"
+"$host" --echo --log qorhost.log --config settings.xml "$here/examples/host/sample.xml" <"$here/examples/host/demo.txt"
 echo
 echo "That was qorhost on examples/host/sample.xml. Open a document of your own with"
 echo "  scripts/demo.sh FILE.xml"

@@ -214,6 +214,11 @@ TEST(ConditionTest, HoldsTheLockAgainWhenTimeIsUp)
     waiters.condition.signal();
     ASSERT_TRUE(waiters.add());
     EXPECT_TRUE(waiters.areReleased(2)) << "by the signal that nobody waited for";
+    ASSERT_TRUE(waiters.add());
+    Thread::sleep(WHILE);
+    EXPECT_EQ(waiters.getReleased(), 2);
+    waiters.condition.signal();
+    EXPECT_TRUE(waiters.areReleased(3));
 }
 
 TEST(ConditionTest, LosesAndMakesUpNoWakeUp)

@@ -88,7 +88,13 @@ public:
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
-        return m_Host.loadDocument(tokens[1]);
+        const std::string& recent = m_Host.getSettings().getTable().getString("document/recent");
+        // A copy, since loading sets it.
+        const std::string filename = tokens.size() > 1 ? tokens[1] : recent;
+        if (filename.empty()) {
+            return fail("No document was loaded before; name one");
+        }
+        return m_Host.loadDocument(filename);
     }
 };
 
@@ -148,10 +154,11 @@ public:
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
-        constexpr int USUAL_DEPTH = 4;
-        constexpr int USUAL_COUNT = 100;
-        const int depth = tokens.size() > 1 ? qor::StringUtil::stringToInt(tokens[1]) : USUAL_DEPTH;
-        const int count = tokens.size() > 2 ? qor::StringUtil::stringToInt(tokens[2]) : USUAL_COUNT;
+        const qor::Configuration& settings = m_Host.getSettings().getTable();
+        const int depth = tokens.size() > 1 ? qor::StringUtil::stringToInt(tokens[1])
+                                            : settings.getInteger("tree/depth");
+        const int count = tokens.size() > 2 ? qor::StringUtil::stringToInt(tokens[2])
+                                            : settings.getInteger("tree/lines");
         if (depth < 1 || count < 1) {
             return fail("DEPTH and COUNT are numbers from 1 on");
         }
@@ -160,38 +167,34 @@ private:
     }
 };
 
-std::string readText(const qor::XMLElement& document, const std::string& path,
-                     const std::string& defaultValue)
+std::string readText(const Host& host, const std::string& path, const std::string& defaultValue)
 {
-    return document.getValue(path, defaultValue);
+    return host.getDocument().getValue(path, defaultValue);
 }
 
-std::string readInteger(const qor::XMLElement& document, const std::string& path,
-                        const std::string& defaultValue)
+std::string readInteger(const Host& host, const std::string& path, const std::string& defaultValue)
 {
     const int defaultNumber = qor::StringUtil::stringToInt(defaultValue);
-    return qor::StringUtil::toString(document.getValueAsInteger(path, defaultNumber));
+    return qor::StringUtil::toString(host.getDocument().getValueAsInteger(path, defaultNumber));
 }
 
-std::string readFloat(const qor::XMLElement& document, const std::string& path,
-                      const std::string& defaultValue)
+std::string readFloat(const Host& host, const std::string& path, const std::string& defaultValue)
 {
-    constexpr int FRACTION_DIGITS = 6;
+    const int digits = host.getSettings().getTable().getInteger("number/digits");
     const float defaultNumber = qor::StringUtil::stringToFloat(defaultValue);
-    return qor::StringUtil::toString(document.getValueAsFloat(path, defaultNumber),
-                                     FRACTION_DIGITS);
+    return qor::StringUtil::toString(host.getDocument().getValueAsFloat(path, defaultNumber),
+                                     digits);
 }
 
-std::string readBoolean(const qor::XMLElement& document, const std::string& path,
-                        const std::string& defaultValue)
+std::string readBoolean(const Host& host, const std::string& path, const std::string& defaultValue)
 {
-    return document.getValueAsBoolean(path, defaultValue == "true") ? "true" : "false";
+    return host.getDocument().getValueAsBoolean(path, defaultValue == "true") ? "true" : "false";
 }
 
 class ReadCommand : public Command
 {
 public:
-    using TReader = std::string (*)(const qor::XMLElement& document, const std::string& path,
+    using TReader = std::string (*)(const Host& host, const std::string& path,
                                     const std::string& defaultValue);
 
     ReadCommand(Host& host, const TDescription& description, TReader reader)
@@ -202,12 +205,11 @@ public:
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
-        const qor::XMLElement& document = m_Host.getDocument();
         const bool hasDefault = tokens.size() > 2;
-        if (!hasDefault && !document.findChild(tokens[1])) {
+        if (!hasDefault && !m_Host.getDocument().findChild(tokens[1])) {
             return fail("No element at " + quote(tokens[1]));
         }
-        print(m_Reader(document, tokens[1], hasDefault ? tokens[2] : ""));
+        print(m_Reader(m_Host, tokens[1], hasDefault ? tokens[2] : ""));
         return true;
     }
 
@@ -284,7 +286,8 @@ private:
 void addDocumentCommands(Host& host)
 {
     host.addCommand<NewCommand>({"new", "NAME", "Start an empty document", 1, 1});
-    host.addCommand<LoadCommand>({"load", "FILE", "Read the document from a file", 1, 1});
+    host.addCommand<LoadCommand>(
+        {"load", "[FILE]", "Read the document from a file, or the recent one", 0, 1});
     host.addCommand<SaveCommand>({"save", "[FILE]", "Write the document, an element a line", 0, 1},
                                  true);
     host.addCommand<SaveCommand>(

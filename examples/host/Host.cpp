@@ -2,24 +2,22 @@
 
 #include <vector>
 
+#include <qor/File.h>
 #include <qor/Thread.h>
 
 namespace
 {
 
 constexpr int KEEP_ALL_LINES = -1;
-constexpr int SCREEN_LINES = 2000;
+constexpr int SCREEN_LINES = 10000;
 constexpr const char* FAILURE = "Error: ";
-constexpr unsigned int PROGRESS_INTERVAL = 500;
 
 } // namespace
 
 Host::Host(Mode mode)
     : m_Mode(mode), m_Document("document"),
-      m_Console(mode == Mode::FULL_SCREEN ? SCREEN_LINES : KEEP_ALL_LINES)
+      m_Console(mode == Mode::FULL_SCREEN ? SCREEN_LINES : KEEP_ALL_LINES), m_Settings(*this)
 {
-    m_Console.addVariable("prompt", "text in front of the command line", qor::Console::VT_STRING, 0,
-                          0, &m_Prompt);
     // The console has these two already, but does not give their help texts out.
     m_Descriptions["get"] = {"get", "VARIABLE", "Show a console variable", 1, 1};
     m_Descriptions["set"] = {"set", "VARIABLE VALUE", "Set a console variable", 2, 2};
@@ -28,6 +26,12 @@ Host::Host(Mode mode)
 Host::~Host()
 {
     qor::Log::close();
+}
+
+std::string Host::getUserFile(const std::string& name)
+{
+    const std::string directory = qor::File::getUserDataDirectory("qorhost", true);
+    return directory.empty() ? directory : qor::File::filePath(directory, name);
 }
 
 void Host::registerCommand(std::unique_ptr<Command> command)
@@ -52,11 +56,16 @@ void Host::putChar(char character)
 {
     const unsigned int outputModCount = m_Console.getOutputModCount();
     m_Result.reset();
-    if (character == ENTER) {
-        qor::Log::debug(m_Prompt + m_Console.getCommandLine());
+    if (character != ENTER) {
+        m_Console.putChar(character);
+        return;
+    }
+    if (m_Settings.getTable().getBoolean("log/commands")) {
+        qor::Log::debug(getPrompt() + m_Console.getCommandLine());
     }
     m_Console.putChar(character);
-    if (character == ENTER && hasLineFailed(outputModCount)) {
+    m_Settings.takeVariables();
+    if (hasLineFailed(outputModCount)) {
         m_HasFailed = true;
     }
 }
@@ -82,6 +91,12 @@ bool Host::fail(const std::string& reason)
     return false;
 }
 
+bool Host::loadSettings(const std::string& filename)
+{
+    return m_Settings.load(filename) ||
+           fail("The settings in '" + filename + "' cannot be read; the log tells why");
+}
+
 void Host::newDocument(const std::string& name)
 {
     m_Document = qor::XMLElement(name);
@@ -102,7 +117,7 @@ bool Host::loadDocument(const std::string& filename)
         return true;
     }
     while (!m_Loader.getProgress().isDone) {
-        m_Loader.waitForProgress(PROGRESS_INTERVAL);
+        m_Loader.waitForProgress(getProgressInterval());
         showProgress(m_Loader.getProgress());
     }
     return takeDocument();
@@ -125,11 +140,19 @@ bool Host::mayUseFiles()
     return !m_Loader.isBusy() || fail("Wait until '" + m_Loader.getFilename() + "' is loaded");
 }
 
+/// @return how many milliseconds to wait before progress is shown once more
+unsigned int Host::getProgressInterval() const
+{
+    constexpr float MILLISECONDS = 1000.0f;
+    const float seconds = m_Settings.getTable().getFloat("progress/interval");
+    return static_cast<unsigned int>(seconds * MILLISECONDS);
+}
+
 /// Prints how far the loading is, unless that was done a moment ago or the end is here.
 void Host::showProgress(const Loader::TProgress& progress)
 {
     const unsigned int now = qor::Thread::timer();
-    if (progress.isDone || now - m_ProgressTime < PROGRESS_INTERVAL) {
+    if (progress.isDone || now - m_ProgressTime < getProgressInterval()) {
         return;
     }
     m_ProgressTime = now;
@@ -158,6 +181,7 @@ bool Host::takeDocument()
     m_Document = std::move(result.document);
     m_Filename = filename;
     m_IsChanged = false;
+    m_Settings.getTable().setString("document/recent", filename);
     m_Console.print("Loaded '" + filename + "'");
     qor::Log::info("Loaded '" + filename + "'");
     return true;

@@ -12,6 +12,7 @@
 
 #include "Command.h"
 #include "Loader.h"
+#include "Settings.h"
 
 /// What all commands share: the console and the document that is worked on.
 class Host
@@ -30,9 +31,22 @@ public:
     /// Closes the log.
     ~Host();
 
+    /// @return the path of a file in the user's data directory; empty if there is no such place
+    static std::string getUserFile(const std::string& name);
+
     Mode getMode() const { return m_Mode; }
     qor::Console& getConsole() { return m_Console; }
-    const std::string& getPrompt() const { return m_Prompt; }
+    std::string getPrompt() const { return m_Settings.getTable().getString("prompt") + " "; }
+
+    Settings& getSettings() { return m_Settings; }
+    const Settings& getSettings() const { return m_Settings; }
+
+    bool usesColours() const { return m_Settings.getTable().getBoolean("screen/colours"); }
+
+    /// Reads the settings from a file, if there is one. If it cannot be read, they stay as they
+    /// are, and an error is printed.
+    /// @return whether it succeeded
+    bool loadSettings(const std::string& filename);
 
     /// Makes a command and registers it; its constructor gets the host, the description and then
     /// the arguments.
@@ -60,6 +74,7 @@ public:
     bool fail(const std::string& reason);
 
     qor::XMLElement& getDocument() { return m_Document; }
+    const qor::XMLElement& getDocument() const { return m_Document; }
 
     /// Starts an empty document without a file.
     void newDocument(const std::string& name);
@@ -100,11 +115,11 @@ public:
 private:
     void registerCommand(std::unique_ptr<Command> command);
     bool hasLineFailed(unsigned int outputModCountBefore) const;
+    unsigned int getProgressInterval() const;
     void showProgress(const Loader::TProgress& progress);
     bool takeDocument();
 
     const Mode m_Mode;
-    std::string m_Prompt = "> ";
     qor::XMLElement m_Document;
     std::string m_Filename;
     bool m_IsChanged = false;
@@ -117,4 +132,5 @@ private:
     std::map<std::string, Command::TDescription> m_Descriptions;
     std::map<std::string, std::unique_ptr<Command>> m_Commands;
     qor::Console m_Console; ///< refers to members above
+    Settings m_Settings;    ///< refers to this host and its console
 };

@@ -8,7 +8,6 @@
 #include <utility>
 #include <vector>
 
-#include <qor/File.h>
 #include <qor/Log.h>
 #include <qor/StringUtil.h>
 
@@ -36,7 +35,8 @@ private:
         if (name == LEVEL_NAMES.end()) {
             return fail("Levels are none, error, info and debug");
         }
-        m_Host.setLogLevel(static_cast<qor::Log::Level>(name - LEVEL_NAMES.begin()));
+        m_Host.getSettings().getTable().setInteger("log/level",
+                                                   static_cast<int>(name - LEVEL_NAMES.begin()));
         return true;
     }
 };
@@ -95,17 +95,11 @@ private:
     const std::string m_Filename;
 };
 
-std::string getUsualLogFile()
-{
-    const std::string directory = qor::File::getUserDataDirectory("qorhost", true);
-    return directory.empty() ? directory : qor::File::filePath(directory, "qorhost.log");
-}
-
 } // namespace
 
 std::string openLog(Host& host, const std::string& filename)
 {
-    const std::string file = filename.empty() ? getUsualLogFile() : filename;
+    const std::string file = filename.empty() ? Host::getUserFile("qorhost.log") : filename;
     if (file.empty()) {
         host.getConsole().print("There is no place for a log; name one with --log");
         return file;

@@ -124,6 +124,11 @@ public:
         cbreak();
         noecho();
         nonl();
+        if (has_colors()) {
+            start_color();
+            use_default_colors();
+            init_pair(ERROR_COLOURS, COLOR_RED, DEFAULT_COLOUR);
+        }
         layOut();
     }
 
@@ -148,6 +153,9 @@ public:
 
 private:
     using TView = std::tuple<unsigned int, unsigned int, int, int, int>;
+
+    static constexpr short ERROR_COLOURS = 1;
+    static constexpr short DEFAULT_COLOUR = -1;
 
     static int getOutputRows() { return std::max(LINES - 1, 1); }
 
@@ -216,8 +224,9 @@ private:
 
     void scroll(int lineCount)
     {
-        const int greatest = std::max(m_Host.getConsole().getOutputLenght() - 1, 0);
-        m_SkipCount = std::clamp(m_SkipCount + lineCount, 0, greatest);
+        const int lines = std::max(m_Host.getConsole().getOutputLenght() - 1, 0);
+        const int limit = m_Host.getSettings().getTable().getInteger("screen/scrollback");
+        m_SkipCount = std::clamp(m_SkipCount + lineCount, 0, std::min(lines, limit));
     }
 
     void draw()
@@ -246,6 +255,9 @@ private:
             if (!isFirst && (getcurx(window) > 0 || std::prev(line)->empty())) {
                 waddch(window, '\n');
             }
+            const bool isRed =
+                m_Host.usesColours() && has_colors() && line->rfind("Error: ", 0) == 0;
+            wattrset(window, isRed ? COLOR_PAIR(ERROR_COLOURS) : 0);
             waddstr(window, getVisibleText(*line).c_str());
         }
         wnoutrefresh(window);

@@ -1,12 +1,15 @@
-# Runs HOST on DOCUMENT with the commands in the file INPUT, in the empty folder FOLDER, and compares
-# the exit status with STATUS and, where EXPECTED names a file, what is printed with that, times aside.
+# Runs HOST on DOCUMENT and with a copy of SETTINGS, if these are given, with the commands in the file
+# INPUT, in the empty folder FOLDER, and compares the exit status with STATUS and, where EXPECTED names a file, what is printed with that, times aside.
 file(REMOVE_RECURSE ${FOLDER})
 file(MAKE_DIRECTORY ${FOLDER})
+if(SETTINGS)
+    configure_file(${SETTINGS} ${FOLDER}/settings.xml COPYONLY)
+endif()
 if(DOCUMENT)
     file(COPY ${DOCUMENT} DESTINATION ${FOLDER})
     get_filename_component(document ${DOCUMENT} NAME)
 endif()
-execute_process(COMMAND ${HOST} --echo --log host.log ${document}
+execute_process(COMMAND ${HOST} --echo --log host.log --config settings.xml ${document}
     INPUT_FILE ${INPUT} WORKING_DIRECTORY ${FOLDER}
     OUTPUT_FILE output.txt ERROR_VARIABLE error RESULT_VARIABLE status)
 file(READ ${FOLDER}/output.txt output)

@@ -1,0 +1,6 @@
+#pragma once
+
+class Host;
+
+/// Adds the commands that show, change, save and load the settings.
+void addSettingsCommands(Host& host);
