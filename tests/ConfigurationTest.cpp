@@ -436,7 +436,7 @@ TEST_F(ConfigurationFileTest, FindsElementsAsPathsDo)
     Configuration many(1);
     std::string source = "<r>";
     std::vector<std::string> names;
-    for (int i = 0; i < 60; ++i) {
+    for (int i = 0; i < 1200; ++i) {
         const std::string group = i % 3 == 0 ? "" : "g" + std::to_string(i % 3) + "/";
         names.push_back(group + "n" + std::to_string(i));
         many.addIntegerParameter(names.back(), 0, INT_MIN, INT_MAX, 0);
