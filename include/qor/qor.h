@@ -3,16 +3,21 @@
 /// @file
 /// All public classes of the library.
 
+#include "qor/Color.h"
 #include "qor/Condition.h"
 #include "qor/Configuration.h"
 #include "qor/Console.h"
 #include "qor/ConsoleCommand.h"
 #include "qor/Desktop.h"
 #include "qor/File.h"
+#include "qor/Image.h"
 #include "qor/Log.h"
 #include "qor/Math.h"
+#include "qor/Matrix.h"
 #include "qor/Mutex.h"
+#include "qor/Rectangle.h"
 #include "qor/StringUtil.h"
 #include "qor/Task.h"
 #include "qor/Thread.h"
+#include "qor/Vector.h"
 #include "qor/XMLElement.h"
