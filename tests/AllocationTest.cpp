@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <functional>
@@ -8,9 +9,10 @@
 #include <gtest/gtest.h>
 
 #include "TestData.h"
+#include "qor/Image.h"
 #include "qor/XMLElement.h"
 
-using qor::XMLElement;
+using qor::Image, qor::XMLElement;
 
 namespace
 {
@@ -29,6 +31,9 @@ void* operator new(std::size_t size)
     }
     allocationsLeft -= allocationsLeft > 0 ? 1 : 0;
     void* const block = std::malloc(size);
+    if (!block) {
+        throw std::bad_alloc();
+    }
     liveBlocks += 1;
     allocations += 1;
     return block;
@@ -106,4 +111,34 @@ TEST(AllocationTest, NothingIsLostWhereMemoryRunsOut)
     expectNothingLost(target, [&] { *target.getChild("a") = target; });
     expectNothingLost(tree, [&] { XMLElement("").parse(text); });
     expectNothingLost(tree, [&] { tree.toString(); });
+}
+
+TEST(AllocationTest, TransfersAllocateNothingAndFlippingOneRow)
+{
+    Image source(8, 8), target(8, 8), row(8, 1);
+    std::fill_n(source.getData(), 64, 0xFF123456);
+    const qor::Rectangle all = source.getSize();
+    EXPECT_EQ(countAllocations([&] { target.blit(source, all, 1, 1); }), 0);
+    EXPECT_EQ(countAllocations([&] { target.blit(source, all, 0, 0, 9, 9, 2); }), 0);
+    EXPECT_EQ(countAllocations([&] { row.flipVertical(); }), 0);
+    EXPECT_EQ(countAllocations([&] { source.flipVertical(); }), 1);
+}
+
+TEST(AllocationTest, ImagesSurviveLackOfMemory)
+{
+    Image image(2, 2), other(3, 3);
+    std::fill_n(image.getData(), 4, 5u);
+    const auto expectFailure = [](const std::function<void()>& action) {
+        EXPECT_THROW(action(), std::bad_alloc);
+        allocationsLeft = NEVER;
+    };
+    expectFailure([&] { allocationsLeft = 0, image.flipVertical(); });
+    expectFailure([&] { allocationsLeft = 0, image = other; });
+    EXPECT_TRUE(image.getWidth() == 2 && image.getData()[0] == 5);
+    expectFailure([&] { image.create(0x7FFFFFFF, 0x7FFFFFFF); });
+    EXPECT_TRUE(image.getWidth() == 0x7FFFFFFF && image.getHeight() == 0x7FFFFFFF);
+    EXPECT_EQ(image.getData(), nullptr);
+    EXPECT_EQ(Image(image).getData(), nullptr);
+    image.flipVertical();
+    EXPECT_EQ(image.blit(other, other.getSize(), 0, 0), 0);
 }

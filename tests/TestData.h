@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdlib>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -31,6 +32,18 @@ inline std::vector<std::vector<std::string>> readTable(const std::string& name)
         }
     }
     return table;
+}
+
+/// The numbers of a cell, separated by blanks; none where it holds a dash.
+inline std::vector<double> readNumbers(const std::string& cell)
+{
+    std::vector<double> numbers;
+    for (const std::string& number : split(cell, " ")) {
+        if (number != "-") {
+            numbers.push_back(std::strtod(number.c_str(), nullptr));
+        }
+    }
+    return numbers;
 }
 
 inline std::string repeated(const std::string& text, int count)

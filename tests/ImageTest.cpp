@@ -1,0 +1,293 @@
+#include <algorithm>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "TestData.h"
+#include "qor/Image.h"
+
+using qor::Image, qor::Rectangle;
+
+namespace
+{
+
+using Pixels = std::vector<std::uint32_t>;
+
+/// The same numbers in each run, of 32 bits also where std::mt19937's are wider.
+using Random = std::independent_bits_engine<std::mt19937, 32, std::uint32_t>;
+
+std::vector<int> readInts(const std::string& cell)
+{
+    std::vector<int> numbers;
+    for (const double number : readNumbers(cell)) {
+        numbers.push_back(static_cast<int>(number));
+    }
+    return numbers;
+}
+
+void append(std::vector<int>& numbers, const Rectangle& r)
+{
+    numbers.insert(numbers.end(), {r.getLeft(), r.getTop(), r.getRight(), r.getBottom()});
+}
+
+std::vector<int> runOnRectangle(const std::string& operation, Rectangle r,
+                                const std::vector<int>& arguments)
+{
+    const Rectangle other = arguments.size() < 4 ? Rectangle() : Rectangle(arguments.data());
+    std::vector<int> result;
+    if (operation == "size") {
+        return {r.getWidth(), r.getHeight(), r.empty()};
+    }
+    if (operation == "test") {
+        return {r.testPoint(arguments[0], arguments[1])};
+    }
+    if (operation == "clip") {
+        Rectangle first = other;
+        if (arguments.size() == 4) {
+            r.clipRectangle(first);
+            append(result, first);
+            return result;
+        }
+        Rectangle second(arguments.data() + 4);
+        r.clipRectangle(first, second, arguments[8]);
+        append(result, first);
+        append(result, second);
+        return result;
+    }
+    if (operation == "offset") {
+        r.offset(arguments[0], arguments[1]);
+    } else if (operation == "grow") {
+        r.grow(arguments[0]);
+    } else if (operation == "shrink") {
+        r.shrink(arguments[0]);
+    } else if (operation == "clear") {
+        r.clear();
+    }
+    append(result, operation == "intersect" ? r.intersect(other)
+                   : operation == "combine" ? r.combine(other)
+                                            : r);
+    return result;
+}
+
+/// Pixels of few values, so that each test passes some and fails some: black ones, and alphas
+/// around the thresholds.
+Pixels randomPixels(Random& random, std::size_t count)
+{
+    Pixels pixels(count);
+    for (std::uint32_t& pixel : pixels) {
+        const std::uint32_t alpha = random() % 3 + 127, colour = random() % 4;
+        pixel = alpha << 24 | (colour == 3 ? random() & 0xFFFFFF : colour << 8 * (random() % 3));
+    }
+    return pixels;
+}
+
+Image makeImage(unsigned long width, unsigned long height, const Pixels& pixels)
+{
+    Image image(width, height);
+    std::copy_n(pixels.begin(), width * height, image.getData());
+    return image;
+}
+
+Pixels pixelsOf(const Image& image)
+{
+    return Pixels(image.getData(), image.getData() + image.getWidth() * image.getHeight());
+}
+
+struct TTest {
+    int alphaLevel, newAlpha, scale;
+};
+
+/// What the keyed form is to do, a pixel at a time, on areas that begin at the given words.
+int transferSlowly(const Pixels& source, int from, int width, int height, int sourcePitch,
+                   Pixels& target, int to, int targetPitch, const TTest& test)
+{
+    const int step = std::max(test.scale, 1);
+    int count = 0;
+    for (int row = 0; row < height / step; ++row) {
+        for (int column = 0; column < width / step; ++column) {
+            const int start = from + row * (sourcePitch * step - width % step);
+            const std::uint32_t pixel = source[static_cast<std::size_t>(start + column * step)];
+            const bool passes = test.alphaLevel == Image::AL_CKBLACK
+                                    ? (pixel & 0xFFFFFF) != 0
+                                    : static_cast<int>(pixel >> 24) >= test.alphaLevel;
+            if (passes && test.alphaLevel >= 0) {
+                target[static_cast<std::size_t>(to + row * step * targetPitch + column)] =
+                    (pixel & 0xFFFFFF) | static_cast<std::uint32_t>(test.newAlpha & 0xFF) << 24;
+                count += 1;
+            }
+        }
+    }
+    return count;
+}
+
+} // namespace
+
+TEST(RectangleTest, OperationsGiveTheseEdges)
+{
+    for (const std::vector<std::string>& row : readTable("rectangles")) {
+        const Rectangle r(readInts(row[1]).data());
+        EXPECT_EQ(runOnRectangle(row[0], r, readInts(row[2])), readInts(row[3]))
+            << row[0] << " " << row[1] << " " << row[2];
+    }
+}
+
+TEST(ImageTest, SizesAreKeptAndPixelsMadeWhereBothArePositive)
+{
+    const struct {
+        unsigned long width, height;
+        int keptWidth, keptHeight;
+    } cases[] = {{3, 2, 3, 2},           {0, 5, 0, 5},
+                 {5, 0, 5, 0},           {0x80000000, 1, -2147483647 - 1, 1},
+                 {1, 0xFFFFFFFF, 1, -1}, {0xFFFFFFFF, 0xFFFFFFFE, -1, -2}};
+    Image image(7, 7);
+    for (const auto& c : cases) {
+        image.create(c.width, c.height);
+        const Image copy(image);
+        for (const Image* each : {&std::as_const(image), &copy}) {
+            const Rectangle size = each->getSize();
+            EXPECT_EQ(each->getWidth(), c.keptWidth);
+            EXPECT_EQ(each->getHeight(), c.keptHeight);
+            EXPECT_EQ(size.getLeft() | size.getTop(), 0);
+            EXPECT_EQ(size.getRight(), c.keptWidth);
+            EXPECT_EQ(size.getBottom(), c.keptHeight);
+            EXPECT_EQ(each->getData() != nullptr, c.width * c.height == 6);
+        }
+    }
+    for (const bool isRaw : {false, true}) {
+        image.create(2, 2);
+        if (isRaw) {
+            EXPECT_EQ(image.loadRawData("", Image::EPF_NONE), 0);
+        } else {
+            image.reset();
+        }
+        EXPECT_TRUE(!image.getData() && image.getWidth() == 0 && image.getHeight() == 0);
+    }
+}
+
+TEST(ImageTest, CopiesHavePixelsOfTheirOwnAndMovesTakeThem)
+{
+    const Pixels pixels = {1, 2, 3, 4, 5, 6};
+    Image image = makeImage(3, 2, pixels), copy(image), assigned(9, 9);
+    assigned = image;
+    *&assigned = assigned;
+    image.getData()[0] = 7;
+    EXPECT_EQ(pixelsOf(copy), pixels);
+    EXPECT_EQ(pixelsOf(assigned), pixels);
+    Image moved(std::move(copy));
+    assigned = std::move(moved);
+    EXPECT_EQ(pixelsOf(assigned), pixels);
+    EXPECT_TRUE(!moved.getData() && moved.getWidth() == 0 && moved.getHeight() == 0);
+    assigned = moved;
+    EXPECT_TRUE(!assigned.getData() && assigned.getWidth() == 0);
+}
+
+TEST(ImageTest, FlippingReversesTheRows)
+{
+    Random random(5);
+    for (std::size_t height = 1; height < 6; ++height) {
+        Pixels pixels = randomPixels(random, 3 * height);
+        Image image = makeImage(3, height, pixels);
+        image.flipVertical();
+        for (std::size_t y = 0; y < height; ++y) {
+            for (std::size_t x = 0; x < 3; ++x) {
+                EXPECT_EQ(image.getData()[3 * y + x], pixels[3 * (height - 1 - y) + x]);
+            }
+        }
+    }
+    Image(0, 5).flipVertical();
+}
+
+TEST(ImageTest, TransfersAnswerWithTheseNumbers)
+{
+    for (const std::vector<std::string>& row : readTable("blits")) {
+        const std::vector<int> t = readInts(row[0]), s = readInts(row[1]), at = readInts(row[3]),
+                               test = readInts(row[4]);
+        Image target(static_cast<unsigned long>(t[0]), static_cast<unsigned long>(t[1]));
+        Image source(static_cast<unsigned long>(s[0]), static_cast<unsigned long>(s[1]));
+        std::fill_n(source.getData(), s[0] * s[1], 0xFF010101);
+        const Rectangle part(readInts(row[2]).data());
+        const int result = test.empty()
+                               ? target.blit(source, part, at[0], at[1])
+                               : target.blit(source, part, at[0], at[1], test[0], test[1], test[2]);
+        EXPECT_EQ(result, readInts(row[5])[0]) << row[2] << " to " << row[3] << ", " << row[4];
+    }
+    Pixels pixels(4, 7);
+    EXPECT_EQ(Image::blitRaw(nullptr, 0, 3, 50, nullptr, 9), 150);
+    EXPECT_EQ(Image::blitRaw(pixels.data(), 2, 0, 50, pixels.data() + 2, 9), 0);
+    EXPECT_EQ(Image::blitRaw(pixels.data(), 2, -1, 50, pixels.data() + 2, 9), 0);
+    EXPECT_EQ(Image::blitRaw(nullptr, -1, 3, 50, nullptr, 9, 1, 0, 1), 0);
+}
+
+TEST(ImageTest, KeyedTransfersWriteThePixelsThatPassAndNoOthers)
+{
+    Random random(7);
+    constexpr int PITCH = 53, HEIGHT = 24, MARGIN = 2 * PITCH + 3;
+    const int levels[] = {0, 1, 128, 129, 255, 256, 257, -1};
+    for (int i = 0; i < 4000; ++i) {
+        const Pixels source = randomPixels(random, PITCH * (HEIGHT + 4));
+        Pixels target = randomPixels(random, PITCH * (HEIGHT + 4)), expected = target;
+        const int width = static_cast<int>(random() % 48), height = static_cast<int>(random() % 24);
+        const TTest test = {levels[i % 8], static_cast<int>(random()),
+                            static_cast<int>(random() % 7) - 1};
+        const int result =
+            Image::blitRaw(source.data() + MARGIN, width, height, PITCH, target.data() + MARGIN,
+                           PITCH, test.alphaLevel, test.newAlpha, test.scale);
+        if (test.alphaLevel == Image::AL_NONE && test.scale <= 1) {
+            for (int k = 0; k < width * height; ++k) {
+                const auto at = static_cast<std::size_t>(MARGIN + k / width * PITCH + k % width);
+                expected[at] = source[at];
+            }
+            EXPECT_EQ(result, height * PITCH);
+        } else {
+            EXPECT_EQ(result, transferSlowly(source, MARGIN, width, height, PITCH, expected, MARGIN,
+                                             PITCH, test));
+        }
+        ASSERT_EQ(target, expected)
+            << width << "x" << height << " " << test.alphaLevel << " " << test.scale;
+    }
+}
+
+TEST(ImageTest, TransfersAreClippedToTheTarget)
+{
+    Random random(9);
+    constexpr int S = 12, T = 9;
+    const auto number = [&random](int low, int high) {
+        return low + static_cast<int>(random() % static_cast<unsigned int>(high - low + 1));
+    };
+    for (int i = 0; i < 20000; ++i) {
+        const Pixels sourcePixels = randomPixels(random, S * S);
+        const Image source = makeImage(S, S, sourcePixels);
+        Pixels expected = randomPixels(random, T * T);
+        Image target = makeImage(T, T, expected);
+        const int left = number(0, S), top = number(0, S), x = number(-14, 14), y = number(-14, 14);
+        const Rectangle part(left, top, number(left, S), number(top, S));
+        const int right = x + part.getWidth(), bottom = y + part.getHeight();
+        if (i % 2 == 0) {
+            for (int k = 0; k < T * T; ++k) {
+                if (Rectangle(x, y, right, bottom).testPoint(k % T, k / T)) {
+                    expected[static_cast<std::size_t>(k)] =
+                        sourcePixels[static_cast<std::size_t>(top + k / T - y) * S +
+                                     static_cast<std::size_t>(left + k % T - x)];
+                }
+            }
+            target.blit(source, part, x, y);
+        } else {
+            // All that is cut off the target is cut off the source `scale` times.
+            const TTest test = {Image::AL_CKBLACK, 1, number(1, 3)};
+            const int fromLeft = std::max(-x, 0), fromTop = std::max(-y, 0);
+            const int width = part.getWidth() - (fromLeft + std::max(right - T, 0)) * test.scale;
+            const int height = part.getHeight() - (fromTop + std::max(bottom - T, 0)) * test.scale;
+            const int from = (top + fromTop * test.scale) * S + left + fromLeft * test.scale;
+            const int to = std::max(y, 0) * T + std::max(x, 0);
+            int count = 0;
+            if (width > 0 && height > 0) {
+                count = transferSlowly(sourcePixels, from, width, height, S, expected, to, T, test);
+            }
+            EXPECT_EQ(target.blit(source, part, x, y, test.alphaLevel, 1, test.scale), count);
+        }
+        ASSERT_EQ(pixelsOf(target), expected) << i;
+    }
+}
