@@ -1,0 +1,207 @@
+#include <cmath>
+#include <memory>
+#include <random>
+#include <vector>
+
+#ifdef HAVE_GLM
+#include <glm/glm.hpp>
+#include <glm/gtc/matrix_transform.hpp>
+#include <glm/gtc/type_ptr.hpp>
+#endif
+#ifdef HAVE_EIGEN
+#include <Eigen/Dense>
+#endif
+
+#include "Contest.h"
+#include "qor/Matrix.h"
+#include "qor/Vector.h"
+
+// Matrices and vectors beside libraries whose operations are inlined; each of qortk's is a call
+// into a shared library.
+
+namespace
+{
+
+constexpr int COUNT = 256;
+constexpr int STRIDE = 16; ///< floats from one operand to the next
+
+using Floats = std::vector<float>;
+
+/// Operands of all works: matrices near the identity, whose first elements serve as vectors too.
+Floats makeOperands(unsigned int seed)
+{
+    std::mt19937 random(seed);
+    Floats floats(COUNT * STRIDE);
+    for (std::size_t i = 0; i < floats.size(); ++i) {
+        const float noise = static_cast<float>(random() % 1000) / 10000;
+        floats[i] = i % STRIDE % 5 == 0 ? 1 + noise : noise;
+    }
+    return floats;
+}
+
+const Floats A = makeOperands(1), B = makeOperands(2);
+
+bool isNear(const Floats& a, const Floats& b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(),
+                      [](float x, float y) { return std::abs(x - y) < 1e-5f; });
+}
+
+/// Gathers contestants whose results have to be those of the first.
+class Contest
+{
+public:
+    /// @param operation takes two operands and the place of the result
+    template<typename TOperation>
+    Contest& add(const char* name, TOperation operation)
+    {
+        const auto own = std::make_shared<Floats>(COUNT * STRIDE);
+        m_First = m_First ? m_First : own;
+        m_Contestants.push_back({name,
+                                 [=] {
+                                     for (int i = 0; i < COUNT * STRIDE; i += STRIDE) {
+                                         operation(&A[static_cast<std::size_t>(i)],
+                                                   &B[static_cast<std::size_t>(i)],
+                                                   &(*own)[static_cast<std::size_t>(i)]);
+                                     }
+                                 },
+                                 [own, first = m_First] { return isNear(*own, *first); }});
+        return *this;
+    }
+
+    void hold(const char* work) const { holdContest(work, m_Contestants); }
+
+private:
+    std::vector<TContestant> m_Contestants;
+    std::shared_ptr<Floats> m_First;
+};
+
+void addOwn(Contest& product, Contest& point, Contest& rotation)
+{
+    product.add("qortk", [](auto a, auto b, auto out) { qor::Matrix::multiply(a, b, out); });
+    point.add("qortk", [](auto a, auto b, auto out) { qor::Matrix::multiplyV(a, b, out); });
+    rotation.add("qortk", [](auto a, auto b, auto out) {
+        float axis[3];
+        qor::Vector::normalize(a, axis);
+        qor::Matrix::makeRotate(axis, *b, out);
+    });
+}
+
+void addOwnVectors(Contest& sum, Contest& cross, Contest& dot, Contest& unit)
+{
+    sum.add("qortk", [](auto a, auto b, auto out) { qor::Vector::add(a, b, out); });
+    cross.add("qortk", [](auto a, auto b, auto out) { qor::Vector::cross(a, b, out); });
+    dot.add("qortk", [](auto a, auto b, auto out) { *out = qor::Vector::dot(a, b); });
+    unit.add("qortk", [](auto a, auto, auto out) { qor::Vector::normalize(a, out); });
+}
+
+#ifdef HAVE_GLM
+void put(const glm::vec3& vector, float* out)
+{
+    std::copy_n(glm::value_ptr(vector), 3, out);
+}
+
+void put(const glm::mat4& matrix, float* out)
+{
+    std::copy_n(glm::value_ptr(matrix), 16, out);
+}
+
+/// An operand from `A`, by columns.
+const float* columnsOf(const float* a)
+{
+    static const Floats COLUMNS = [] {
+        Floats columns(A.size());
+        for (std::size_t i = 0; i < A.size(); i += STRIDE) {
+            qor::Matrix::transpose(&A[i], &columns[i]);
+        }
+        return columns;
+    }();
+    return &COLUMNS[static_cast<std::size_t>(a - A.data())];
+}
+
+void addGlm(Contest& product, Contest& point, Contest& rotation)
+{
+    // Its matrices are stored by columns. Taken by rows they are transposed: so is the product of
+    // the factors in reverse order, and so is the rotation by the opposite angle.
+    product.add("glm",
+                [](auto a, auto b, auto out) { put(glm::make_mat4(b) * glm::make_mat4(a), out); });
+    point.add("glm", [](auto a, auto b, auto out) {
+        const glm::vec4 moved = glm::make_mat4(columnsOf(a)) * glm::vec4(glm::make_vec3(b), 1.0f);
+        put(glm::vec3(moved) / moved.w, out);
+    });
+    rotation.add("glm", [](auto a, auto b, auto out) {
+        put(glm::rotate(glm::mat4(1.0f), -*b, glm::make_vec3(a)), out);
+    });
+}
+
+void addGlmVectors(Contest& sum, Contest& cross, Contest& dot, Contest& unit)
+{
+    sum.add("glm",
+            [](auto a, auto b, auto out) { put(glm::make_vec3(a) + glm::make_vec3(b), out); });
+    cross.add("glm", [](auto a, auto b, auto out) {
+        put(glm::cross(glm::make_vec3(a), glm::make_vec3(b)), out);
+    });
+    dot.add("glm", [](auto a, auto b, auto out) {
+        *out = glm::dot(glm::make_vec3(a), glm::make_vec3(b));
+    });
+    unit.add("glm", [](auto a, auto, auto out) { put(glm::normalize(glm::make_vec3(a)), out); });
+}
+#endif
+
+#ifdef HAVE_EIGEN
+using EigenMatrix = Eigen::Matrix<float, 4, 4, Eigen::RowMajor>;
+using InMatrix = Eigen::Map<const EigenMatrix>;
+using InVector = Eigen::Map<const Eigen::Vector3f>;
+using OutMatrix = Eigen::Map<EigenMatrix>;
+using OutVector = Eigen::Map<Eigen::Vector3f>;
+
+void addEigen(Contest& product, Contest& point, Contest& rotation)
+{
+    product.add("Eigen", [](auto a, auto b, auto out) {
+        OutMatrix{out}.noalias() = InMatrix(a) * InMatrix(b);
+    });
+    point.add("Eigen", [](auto a, auto b, auto out) {
+        OutVector{out} = (InMatrix(a) * InVector(b).homogeneous()).hnormalized();
+    });
+    rotation.add("Eigen", [](auto a, auto b, auto out) {
+        OutMatrix matrix(out);
+        matrix.setIdentity();
+        matrix.topLeftCorner<3, 3>() =
+            Eigen::AngleAxisf(*b, InVector(a).normalized()).toRotationMatrix();
+    });
+}
+
+void addEigenVectors(Contest& sum, Contest& cross, Contest& dot, Contest& unit)
+{
+    sum.add("Eigen", [](auto a, auto b, auto out) { OutVector{out} = InVector(a) + InVector(b); });
+    cross.add("Eigen",
+              [](auto a, auto b, auto out) { OutVector{out} = InVector(a).cross(InVector(b)); });
+    dot.add("Eigen", [](auto a, auto b, auto out) { *out = InVector(a).dot(InVector(b)); });
+    unit.add("Eigen", [](auto a, auto, auto out) { OutVector{out} = InVector(a).normalized(); });
+}
+#endif
+
+} // namespace
+
+int main(int argumentCount, char** argumentValues)
+{
+    Contest product, point, rotation, sum, cross, dot, unit;
+    addOwn(product, point, rotation);
+    addOwnVectors(sum, cross, dot, unit);
+#ifdef HAVE_GLM
+    addGlm(product, point, rotation);
+    addGlmVectors(sum, cross, dot, unit);
+#endif
+#ifdef HAVE_EIGEN
+    addEigen(product, point, rotation);
+    addEigenVectors(sum, cross, dot, unit);
+#endif
+    product.hold("matrix/product");
+    point.hold("matrix/point");
+    rotation.hold("matrix/rotation");
+    sum.hold("vector/sum");
+    cross.hold("vector/cross");
+    dot.hold("vector/dot");
+    unit.hold("vector/normalize");
+    return runContests(argumentCount, argumentValues);
+}
