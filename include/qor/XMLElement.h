@@ -8,6 +8,8 @@
 namespace qor
 {
 
+class Checksum;
+
 /// An element of an XML document, and with all below it the document itself.
 ///
 /// An element has a name, one text value and an ordered list of children, which it owns. There are
@@ -24,9 +26,10 @@ namespace qor
 /// name `a b="1"`, and `<a/>` opens an element `a/`. A declaration `<?xml ... ?>` is passed over
 /// and never written. Text on both sides of child elements is one value.
 ///
-/// **Failures** of load(), parse() and save() are told by a negative result, with the reason in
-/// getLastError(). Nothing throws but `std::bad_alloc`, and only where memory is taken; what was
-/// there before is then still whole or, in load() and parse(), replaced by a part of the new tree.
+/// **Failures** of load(), parse() and save() are told by a negative result and those of validate()
+/// by false, with the reason in getLastError(). Nothing throws but `std::bad_alloc`, and only where
+/// memory is taken; what was there before is then still whole or, in load() and parse(), replaced
+/// by a part of the new tree.
 ///
 /// **Depth** is bounded by memory alone: no operation recurses. Each takes time in proportion to
 /// the elements and bytes that it visits.
@@ -183,15 +186,48 @@ public:
     /// @return the text of this element and all below it, with nothing put between the tags
     std::string toString() const;
 
-    /// @return why the last call of load(), parse() or save() on any element failed. A success does
-    ///         not change it.
+    /// @return why the last call of load(), parse(), save() or validate() on any element failed. A
+    ///         success does not change it.
     static std::string getLastError();
+
+    /// @}
+    /// @name Whole trees
+    /// @{
+
+    /// Holds this element and all below it against a template: a tree in which each element stands
+    /// for the document's elements of its name at its place, with a rule as its value. A rule is a
+    /// text such as `0-5:1-20`: in front of the first colon, how many elements of that name their
+    /// parent may have, and behind it, how many bytes the value of each may have. Either is a
+    /// range or a single number; both ends belong to it.
+    ///
+    /// Numbers are read up to the first byte that is no digit, behind white space, and count as 0
+    /// without digits and as 4294967295 if they are greater. So an open range such as `1-` ends at
+    /// 0, and there are no signs. The count of the root's rule, and the names of the two roots,
+    /// have no effect. Comments in a document are passed over; a template can't have any, as their
+    /// values are no rules. If a name stands twice in a template, both rules hold.
+    ///
+    /// The first fault counts. On each level these follow each other: the length of the element's
+    /// value, names that the template doesn't have, and then, rule by rule, how many elements there
+    /// are, each with all below it. Rules that are not reached are not looked at.
+    ///
+    /// It takes time in proportion to the elements and bytes of both trees, and at worst to the
+    /// logarithm of how many children the elements have. Elements whose name is repeated in the
+    /// template are looked at once for each.
+    /// @param templateRoot what stands for this element; null counts as an element without a rule
+    /// @return whether the document fits; if not, getLastError() tells why
+    bool validate(const XMLElement* templateRoot) const;
+
+    /// Adds the names and values of this element and all below it to a checksum, in the order in
+    /// which they stand in the document, with nothing between them. Comments count. The checksum is
+    /// neither reset nor finalized, so that it may take in several trees.
+    void calculateChecksum(Checksum& checksum) const;
 
     /// @}
 
 private:
     friend class ElementFinder;
     class Parser;
+    class Validator;
     class Writer;
 
     XMLElement(std::string_view name, std::string_view value);
@@ -204,6 +240,12 @@ private:
     void takeContent(XMLElement& other) noexcept;
     static void destroy(XMLElement* first) noexcept;
     static int fail(int result, const std::string& message);
+    static bool reject(const std::string& message);
+    static bool rejectRule(const XMLElement& templateElement);
+    bool validate(const XMLElement* templateElement, unsigned int minLength,
+                  unsigned int maxLength) const;
+    bool parseTemplateRule(const std::string& rule, unsigned int& minCount, unsigned int& maxCount,
+                           unsigned int& minLength, unsigned int& maxLength) const;
 
     static std::string m_LastError;
 

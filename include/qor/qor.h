@@ -3,6 +3,8 @@
 /// @file
 /// All public classes of the library.
 
+#include "qor/CRC32.h"
+#include "qor/Checksum.h"
 #include "qor/Color.h"
 #include "qor/Condition.h"
 #include "qor/Configuration.h"
@@ -12,10 +14,13 @@
 #include "qor/File.h"
 #include "qor/Image.h"
 #include "qor/Log.h"
+#include "qor/MD5.h"
 #include "qor/Math.h"
 #include "qor/Matrix.h"
 #include "qor/Mutex.h"
 #include "qor/Rectangle.h"
+#include "qor/State.h"
+#include "qor/StateMachine.h"
 #include "qor/StringUtil.h"
 #include "qor/Task.h"
 #include "qor/Thread.h"

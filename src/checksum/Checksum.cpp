@@ -1,0 +1,67 @@
+#include "qor/Checksum.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+namespace qor
+{
+
+namespace
+{
+
+void addBytes(Checksum& checksum, const char* text, std::size_t size)
+{
+    constexpr std::size_t GREATEST_PIECE = std::numeric_limits<unsigned int>::max();
+    const unsigned char* data = reinterpret_cast<const unsigned char*>(text);
+    while (size > GREATEST_PIECE) {
+        checksum.addRaw(data, static_cast<unsigned int>(GREATEST_PIECE));
+        data += GREATEST_PIECE;
+        size -= GREATEST_PIECE;
+    }
+    checksum.addRaw(data, static_cast<unsigned int>(size));
+}
+
+} // namespace
+
+Checksum::~Checksum() = default;
+
+void Checksum::add(const std::string& data)
+{
+    addBytes(*this, data.data(), data.size());
+}
+
+void Checksum::add(const char* text)
+{
+    addBytes(*this, text, std::strlen(text));
+}
+
+std::string Checksum::getChecksumHex()
+{
+    constexpr char DIGITS[] = "0123456789abcdef";
+    unsigned char raw[MAX_CHECKSUM_LENGTH];
+    const unsigned int length = getChecksumLength();
+    getChecksumRaw(raw);
+    std::string text;
+    text.reserve(2 * length);
+    for (unsigned int i = 0; i < length; ++i) {
+        text += DIGITS[raw[i] >> 4];
+        text += DIGITS[raw[i] & 0xF];
+    }
+    return text;
+}
+
+unsigned int Checksum::getChecksumInteger()
+{
+    constexpr unsigned int SIZE = 4;
+    unsigned char raw[MAX_CHECKSUM_LENGTH];
+    const unsigned int length = getChecksumLength();
+    getChecksumRaw(raw);
+    unsigned int number = 0;
+    for (unsigned int i = length - std::min(length, SIZE); i < length; ++i) {
+        number = number << 8 | raw[i];
+    }
+    return number;
+}
+
+} // namespace qor

@@ -1,0 +1,32 @@
+#include <vector>
+
+#include "qor/Checksum.h"
+#include "qor/XMLElement.h"
+
+namespace qor
+{
+
+void XMLElement::calculateChecksum(Checksum& checksum) const
+{
+    checksum.add(m_Name);
+    checksum.add(m_Value);
+    std::vector<const XMLElement*> followers; // of the elements around the present one
+    const XMLElement* element = m_FirstChild;
+    while (element) {
+        checksum.add(element->m_Name);
+        checksum.add(element->m_Value);
+        const XMLElement* next = element->m_NextSibling;
+        if (element->m_FirstChild) {
+            if (next) {
+                followers.push_back(next);
+            }
+            next = element->m_FirstChild;
+        } else if (!next && !followers.empty()) {
+            next = followers.back();
+            followers.pop_back();
+        }
+        element = next;
+    }
+}
+
+} // namespace qor
