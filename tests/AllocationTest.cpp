@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <functional>
+#include <list>
 #include <new>
 #include <string>
 #include <utility>
@@ -9,8 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "TestData.h"
-#include "qor/Image.h"
-#include "qor/XMLElement.h"
+#include "qor/qor.h"
 
 using qor::Image, qor::XMLElement;
 
@@ -99,6 +99,26 @@ TEST(AllocationTest, ElementsTakeOneBlockEach)
     }
 }
 
+TEST(AllocationTest, EventsAndTransitionsTakeNoMemory)
+{
+    qor::StateMachine machine;
+    std::list<qor::State> states;
+    qor::State* leaves[2] = {&machine, &machine};
+    for (int i = 0; i < 80; ++i) {
+        states.emplace_back(&machine, leaves[i % 2], "state " + std::to_string(i));
+        leaves[i % 2] = &states.back();
+    }
+    const std::string name = leaves[0]->getName();
+    const long taken = countAllocations([&] {
+        machine.start();
+        machine.setCurrentState(leaves[1]);
+        machine.transition(name);
+        machine.sendEvent(1);
+    });
+    EXPECT_EQ(taken, 0);
+    EXPECT_EQ(machine.getCurrentState(), leaves[0]);
+}
+
 TEST(AllocationTest, NothingIsLostWhereMemoryRunsOut)
 {
     const std::string group = "<a>a value that fits no buffer of its string<b><!-- c --></b></a>";
@@ -111,6 +131,12 @@ TEST(AllocationTest, NothingIsLostWhereMemoryRunsOut)
     expectNothingLost(target, [&] { *target.getChild("a") = target; });
     expectNothingLost(tree, [&] { XMLElement("").parse(text); });
     expectNothingLost(tree, [&] { tree.toString(); });
+    XMLElement templateRoot("");
+    templateRoot.parse("<t>0:0<a>4:0-99<b>0-1:0</b><c>1:0</c></a></t>");
+    expectNothingLost(tree, [&] { EXPECT_FALSE(tree.validate(&templateRoot)); });
+    EXPECT_EQ(XMLElement::getLastError(), "Too few 'c' elements");
+    qor::CRC32 checksum;
+    expectNothingLost(tree, [&] { tree.calculateChecksum(checksum); });
 }
 
 TEST(AllocationTest, TransfersAllocateNothingAndFlippingOneRow)

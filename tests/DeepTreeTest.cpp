@@ -4,6 +4,7 @@
 #include <pthread.h>
 
 #include "TestData.h"
+#include "qor/CRC32.h"
 #include "qor/XMLElement.h"
 
 using qor::XMLElement;
@@ -63,6 +64,43 @@ TEST(DeepTreeTest, FaultsDeepDownAreLocated)
     constexpr int DEPTH = 100000;
     EXPECT_EQ(XMLElement("").parse(repeated("<a>", DEPTH) + "<>"), -3 * DEPTH - 2);
     EXPECT_TRUE(XMLElement::getLastError() == "Empty tag at " + repeated("/a", DEPTH));
+}
+
+TEST(DeepTreeTest, DeepTreesAreValidatedAndFed)
+{
+    runOnUsualStack([](void*) -> void* {
+        XMLElement tree(""), templateRoot("");
+        tree.parse(repeated("<a>", SIBLINGS));
+        templateRoot.parse(repeated("<a>1:0", SIBLINGS));
+        EXPECT_TRUE(tree.validate(&templateRoot));
+        tree.parse(repeated("<a>", SIBLINGS + 1));
+        EXPECT_FALSE(tree.validate(&templateRoot));
+        EXPECT_EQ(XMLElement::getLastError(), "Unexpected element 'a' as child of 'a'");
+        qor::CRC32 fed, expected;
+        tree.calculateChecksum(fed);
+        expected.add(repeated("a", SIBLINGS + 1));
+        EXPECT_EQ(fed.getChecksumInteger(), expected.getChecksumInteger());
+        return nullptr;
+    });
+}
+
+TEST(DeepTreeTest, ManyChildrenAreValidatedAgainstManyNames)
+{
+    // Comparing each child with each name would take minutes; so would asking each child for all
+    // that it may have itself.
+    constexpr int NAMES = SIBLINGS / 50;
+    XMLElement tree("r"), names("many");
+    names.setValue("0-4294967295:0");
+    for (int i = 0; i < NAMES; ++i) {
+        names.createChild("name " + std::to_string(i))->setValue("0-99:0");
+    }
+    XMLElement templateRoot(names);
+    *templateRoot.createChild("") = names;
+    for (int i = 0; i < SIBLINGS; ++i) {
+        const long long name = i * 7919LL % NAMES;
+        tree.createChild(i % 2 == 0 ? "many" : "name " + std::to_string(name));
+    }
+    EXPECT_TRUE(tree.validate(&templateRoot)) << XMLElement::getLastError();
 }
 
 TEST(DeepTreeTest, ManyChildrenAreDeletedByNameInOnePass)

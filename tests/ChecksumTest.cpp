@@ -1,0 +1,200 @@
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "TestData.h"
+#include "qor/qor.h"
+
+using qor::Checksum;
+using qor::CRC32;
+using qor::MD5;
+
+namespace
+{
+
+unsigned int hexNumber(const std::string& digits)
+{
+    return static_cast<unsigned int>(std::stoul(digits, nullptr, 16));
+}
+
+std::string finished(Checksum& checksum)
+{
+    checksum.finalize();
+    return checksum.getChecksumHex();
+}
+
+void addPieces(Checksum& checksum, const std::string& data, std::mt19937& random)
+{
+    for (std::size_t begin = 0; begin < data.size();) {
+        const std::string piece = data.substr(begin, random() % 5 == 0 ? 0 : random() % 300);
+        checksum.addRaw(reinterpret_cast<const unsigned char*>(piece.data()),
+                        static_cast<unsigned int>(piece.size()));
+        begin += piece.size();
+    }
+}
+
+/// Takes everything down, and is read as the last bytes of it.
+class Recorder : public Checksum
+{
+public:
+    explicit Recorder(unsigned int length = 0) : m_Length(length) {}
+    using Checksum::add;
+    void add(const std::string& data) override
+    {
+        m_Pieces += '[';
+        Checksum::add(data);
+        m_Pieces += ']';
+    }
+    void addRaw(const unsigned char* data, unsigned int length) override
+    {
+        m_Pieces.append(data, data + length);
+    }
+    void finalize() override { m_Pieces += "finalize"; }
+    unsigned int getChecksumLength() override { return m_Length; }
+    void getChecksumRaw(unsigned char* out) override
+    {
+        const std::string bytes = m_Pieces.substr(m_Pieces.size() - m_Length);
+        std::copy(bytes.begin(), bytes.end(), out);
+    }
+    void reset() override { m_Pieces += "reset"; }
+
+    unsigned int m_Length;
+    std::string m_Pieces;
+};
+
+template<typename TChecksum>
+std::string fingerprint(const std::string& document, TChecksum checksum = TChecksum())
+{
+    qor::XMLElement tree("");
+    tree.parse(document);
+    tree.calculateChecksum(checksum);
+    return finished(checksum);
+}
+
+} // namespace
+
+TEST(ChecksumTest, ValuesAreThoseOfOtherPrograms)
+{
+    std::mt19937 random(6);
+    MD5 digest;
+    for (const auto& test : readTable("checksums")) {
+        const std::size_t size = std::stoul(test[1]);
+        const std::string data = repeated(test[0], static_cast<int>(size)).substr(0, size);
+        CRC32 fromZero, fromOnes(0xFFFFFFFF), inPieces;
+        fromZero.add(data);
+        fromOnes.add(data.c_str());
+        addPieces(inPieces, data, random);
+        EXPECT_EQ(fromZero.getChecksumInteger(), hexNumber(test[2])) << size;
+        EXPECT_EQ(fromOnes.getChecksumInteger(), hexNumber(test[3])) << size;
+        EXPECT_EQ(inPieces.getChecksumInteger(), hexNumber(test[2])) << size;
+        digest.add(data);
+        EXPECT_EQ(finished(digest), test[4]) << size;
+        digest.reset();
+        addPieces(digest, data, random);
+        EXPECT_EQ(finished(digest), test[4]) << size;
+        digest.reset();
+        addPieces(digest, data.substr(0, size / 2), random);
+        MD5 copy(digest);
+        copy.add(data.substr(size / 2));
+        digest.add("something else");
+        digest.reset();
+        EXPECT_EQ(finished(copy), test[4]) << size;
+    }
+}
+
+TEST(ChecksumTest, RegisterOfCRC32IsReadAsItIs)
+{
+    CRC32 checksum(5);
+    EXPECT_EQ(checksum.getChecksumLength(), 4u);
+    EXPECT_EQ(finished(checksum), "05000000");
+    const std::string text("a\0b", 3);
+    checksum.add(text);
+    CRC32 copy(checksum), assigned;
+    assigned = checksum;
+    CRC32 same(5);
+    same.add("a");
+    EXPECT_NE(same.getChecksumInteger(), checksum.getChecksumInteger());
+    same.finalize();
+    same.addRaw(nullptr, 0);
+    same.add("");
+    same.add(text.substr(1));
+    EXPECT_EQ(same.getChecksumInteger(), checksum.getChecksumInteger());
+    checksum.add("more");
+    EXPECT_EQ(copy.getChecksumInteger(), same.getChecksumInteger());
+    copy.reset();
+    assigned.reset();
+    EXPECT_EQ(copy.getChecksumInteger(), 5u);
+    EXPECT_EQ(assigned.getChecksumInteger(), 5u);
+}
+
+TEST(ChecksumTest, DigestsAreReadAsTheStateIs)
+{
+    MD5 digest;
+    EXPECT_EQ(digest.getChecksumLength(), 16u);
+    EXPECT_EQ(digest.getChecksumHex(), "0123456789abcdeffedcba9876543210");
+    EXPECT_EQ(digest.getChecksumInteger(), 0x76543210u);
+    digest.addRaw(nullptr, 0);
+    const std::string block = repeated("x", 64);
+    digest.add(block.c_str());
+    const std::string behindBlock = digest.getChecksumHex();
+    digest.add("y");
+    EXPECT_EQ(digest.getChecksumHex(), behindBlock);
+    // The padding goes in as data would.
+    MD5 padded;
+    padded.add(block + "y" + '\x80' + std::string(54, '\0') + '\x08' + '\x02' +
+               std::string(6, '\0'));
+    digest.finalize();
+    EXPECT_EQ(digest.getChecksumHex(), padded.getChecksumHex());
+    EXPECT_NE(finished(digest), padded.getChecksumHex());
+}
+
+TEST(ChecksumTest, LengthsBeyondOneWordCount)
+{
+    constexpr const char* DIGEST = "ea3b62c6b93cb3625a1fd76777985f5a";
+    constexpr unsigned int HALF_GIB = 1u << 29;
+    const std::unique_ptr<unsigned char[]> zeros(new unsigned char[HALF_GIB + 1]());
+    MD5 atOnce, carried;
+    atOnce.addRaw(zeros.get(), HALF_GIB + 1);
+    EXPECT_EQ(finished(atOnce), DIGEST);
+    carried.addRaw(zeros.get(), HALF_GIB - 1);
+    carried.addRaw(zeros.get(), 2);
+    EXPECT_EQ(finished(carried), DIGEST);
+}
+
+TEST(ChecksumTest, KindsOfOtherPeopleAreReadAlike)
+{
+    struct TReading {
+        unsigned int length;
+        const char* hex;
+        unsigned int integer;
+    };
+    for (const TReading& reading : {TReading{0, "", 0},
+                                    {1, "0a", 0x0A},
+                                    {3, "7fff0a", 0x7FFF0A},
+                                    {4, "007fff0a", 0x7FFF0A},
+                                    {5, "ee007fff0a", 0x7FFF0A},
+                                    {16, "6162636465666768696a6bee007fff0a", 0x7FFF0A}}) {
+        Recorder recorder(reading.length);
+        recorder.Checksum::add(std::string("abcdefghijk\xEE\0\x7F\xFF\n", 16));
+        EXPECT_EQ(recorder.getChecksumHex(), reading.hex);
+        EXPECT_EQ(recorder.getChecksumInteger(), reading.integer);
+    }
+}
+
+TEST(ChecksumTest, TreesAreFedInDocumentOrder)
+{
+    qor::XMLElement tree("");
+    tree.parse("<r>0<a><b>2<!--c--></b><c><d>5</d></c>1</a><e><f></f></e></r>");
+    Recorder recorder;
+    recorder.add(std::string("before"));
+    tree.calculateChecksum(recorder);
+    EXPECT_EQ(recorder.m_Pieces, "[before][r][0][a][1][b][2][!--c--][][c][][d][5][e][][f][]");
+    recorder.m_Pieces.clear();
+    tree.findChild("a/b")->calculateChecksum(recorder);
+    EXPECT_EQ(recorder.m_Pieces, "[b][2][!--c--][]");
+    EXPECT_EQ(fingerprint<MD5>("<a>b</a>"), fingerprint<MD5>("<ab></ab>"));
+    EXPECT_NE(fingerprint<CRC32>("<a>b</a>", CRC32(1)), fingerprint<CRC32>("<a>b</a>"));
+}

@@ -1,0 +1,170 @@
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "TestData.h"
+#include "qor/XMLElement.h"
+
+using qor::XMLElement;
+
+namespace
+{
+
+XMLElement parsed(const std::string& text)
+{
+    XMLElement tree("");
+    tree.parse(text);
+    return tree;
+}
+
+/// What is told of a document, nothing if it fits.
+std::string faultOf(const XMLElement& document, const XMLElement& templateRoot)
+{
+    XMLElement("").parse("");
+    const std::string before = XMLElement::getLastError();
+    const bool fits = document.validate(&templateRoot);
+    const std::string after = XMLElement::getLastError();
+    EXPECT_EQ(fits, after == before);
+    return fits ? "" : after;
+}
+
+std::vector<const XMLElement*> childrenOf(const XMLElement& element)
+{
+    std::vector<const XMLElement*> children;
+    for (auto* child = element.getChild(""); child; child = element.getNextChild(child, "")) {
+        children.push_back(child);
+    }
+    return children;
+}
+
+/// Validation at its plainest, for rules of the form `D-D:D-D` and others without a colon.
+std::string slowFault(const XMLElement& element, const XMLElement& templateElement)
+{
+    const std::string rule = templateElement.getValue();
+    const auto limit = [&rule](std::size_t position) {
+        return static_cast<std::size_t>(rule[position] - '0');
+    };
+    if (element.getValue().size() > limit(6)) {
+        return "Too long value for element '" + element.getName() + "'";
+    }
+    if (element.getValue().size() < limit(4)) {
+        return "Too short value for element '" + element.getName() + "'";
+    }
+    for (const XMLElement* child : childrenOf(element)) {
+        if (!templateElement.getChild(child->getName()) && child->getName().front() != '!') {
+            return "Unexpected element '" + child->getName() + "' as child of '" +
+                   element.getName() + "'";
+        }
+    }
+    for (const XMLElement* templateChild : childrenOf(templateElement)) {
+        const std::string name = templateChild->getName(), childRule = templateChild->getValue();
+        if (childRule.find(':') == std::string::npos) {
+            return "Invalid template rule '" + childRule + "' for element '" + name + "'";
+        }
+        int count = 0;
+        for (const XMLElement* child : childrenOf(element)) {
+            if (child->getName() != name) {
+                continue;
+            }
+            if (++count > childRule[2] - '0') {
+                return "Too many '" + name + "' elements";
+            }
+            const std::string fault = slowFault(*child, *templateChild);
+            if (!fault.empty()) {
+                return fault;
+            }
+        }
+        if (count < childRule[0] - '0') {
+            return "Too few '" + name + "' elements";
+        }
+    }
+    return "";
+}
+
+/// Trees small enough to fit each other now and then.
+class RandomTrees
+{
+public:
+    XMLElement makeTemplate() { return make(3, true); }
+    XMLElement makeDocument() { return make(3, false); }
+
+private:
+    XMLElement make(unsigned int levels, bool isTemplate)
+    {
+        XMLElement element("r");
+        fill(element, levels, isTemplate);
+        if (isTemplate) {
+            element.setValue("0-0:0-2");
+        }
+        return element;
+    }
+
+    void fill(XMLElement& element, unsigned int levels, bool isTemplate)
+    {
+        element.setValue(isTemplate ? rule() : repeated("x", below(8) == 0 ? 3 : below(2)));
+        for (int count = levels > 0 ? below(isTemplate ? 6 : 5) : 0; count > 0; --count) {
+            const bool isComment = !isTemplate && below(8) == 0;
+            fill(*element.createChild(isComment ? "!" : std::string(1, "abcde"[below(5)])),
+                 levels - 1, isTemplate);
+        }
+    }
+
+    std::string rule()
+    {
+        if (below(12) == 0) {
+            return "none";
+        }
+        const auto digit = [](int number) { return std::to_string(number); };
+        const int least = below(3) / 2;
+        return digit(least) + "-" + digit(least + 1 + below(4)) + ":0-" + digit(1 + below(3));
+    }
+
+    int below(unsigned int end) { return static_cast<int>(m_Random() % end); }
+
+    std::mt19937 m_Random{24};
+};
+
+} // namespace
+
+TEST(XMLValidatorTest, FirstFaultsAreTold)
+{
+    for (const auto& test : readTable("xml-templates")) {
+        EXPECT_EQ(faultOf(parsed(test[1]), parsed(test[0])), test[2]) << test[0] << "\n" << test[1];
+    }
+    EXPECT_FALSE(parsed("<r></r>").validate(nullptr));
+    EXPECT_EQ(XMLElement::getLastError(), "Invalid template rule '' for element ''");
+}
+
+TEST(XMLValidatorTest, NamesAreComparedByTheirBytes)
+{
+    XMLElement document("r"), templateRoot("t");
+    templateRoot.setValue("0:0");
+    for (const char* rule : {"0-9:0", "0-0:0"}) {
+        templateRoot.createChild(std::string("a\0b", 3))->setValue(rule);
+        templateRoot.createChild("")->setValue("0-9:0");
+        document.createChild("");
+        document.createChild(std::string("a\0b", 3));
+    }
+    EXPECT_EQ(faultOf(document, templateRoot), std::string("Too many 'a\0b' elements", 23));
+    document.createChild("a");
+    EXPECT_EQ(faultOf(document, templateRoot), "Unexpected element 'a' as child of 'r'");
+}
+
+TEST(XMLValidatorTest, RandomTreesGetTheVerdictsOfPlainerCode)
+{
+    RandomTrees trees;
+    int fitting = 0;
+    for (int i = 0; i < 3000; ++i) {
+        const XMLElement templateRoot = trees.makeTemplate();
+        for (int j = 0; j < 10; ++j) {
+            const XMLElement document = trees.makeDocument();
+            const std::string fault = slowFault(document, templateRoot);
+            ASSERT_EQ(faultOf(document, templateRoot), fault) << templateRoot.toString() << "\n"
+                                                              << document.toString();
+            fitting += fault.empty() ? 1 : 0;
+        }
+    }
+    EXPECT_GT(fitting, 300);
+}
