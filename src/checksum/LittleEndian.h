@@ -14,11 +14,6 @@ inline std::uint32_t loadWord(const unsigned char* bytes)
            static_cast<std::uint32_t>(bytes[2]) << 16 | static_cast<std::uint32_t>(bytes[3]) << 24;
 }
 
-inline std::uint64_t loadLongWord(const unsigned char* bytes)
-{
-    return loadWord(bytes) | static_cast<std::uint64_t>(loadWord(bytes + 4)) << 32;
-}
-
 inline void storeWord(unsigned char* bytes, std::uint32_t word)
 {
     for (int shift = 0; shift < 32; shift += 8) {

@@ -19,32 +19,37 @@ std::uint32_t rotated(std::uint32_t word, int bits)
     return word << bits | word >> (32 - bits);
 }
 
-// The four rounds' functions of the standard, shaped so that little has to wait for b, which is the
-// outcome of the step before. Where both halves share no bit, a sum does for an "or", and the half
-// without b can be added ahead.
+// The mixtures of the four rounds. They are shaped so that little has to wait for b, the outcome of
+// the step before: where the halves of an "or" share no bit, they are added one by one.
 
-void mixF(std::uint32_t& a, std::uint32_t b, std::uint32_t c, std::uint32_t d)
-{
-    a += ((c ^ d) & b) ^ d;
-}
+struct TMixF {
+    static void add(std::uint32_t& a, std::uint32_t b, std::uint32_t c, std::uint32_t d)
+    {
+        a += ((c ^ d) & b) ^ d;
+    }
+};
 
-void mixG(std::uint32_t& a, std::uint32_t b, std::uint32_t c, std::uint32_t d)
-{
-    a += c & ~d;
-    a += b & d;
-}
+struct TMixG {
+    static void add(std::uint32_t& a, std::uint32_t b, std::uint32_t c, std::uint32_t d)
+    {
+        a += c & ~d;
+        a += b & d;
+    }
+};
 
-void mixH(std::uint32_t& a, std::uint32_t b, std::uint32_t c, std::uint32_t d)
-{
-    a += b ^ (c ^ d);
-}
+struct TMixH {
+    static void add(std::uint32_t& a, std::uint32_t b, std::uint32_t c, std::uint32_t d)
+    {
+        a += b ^ (c ^ d);
+    }
+};
 
-void mixI(std::uint32_t& a, std::uint32_t b, std::uint32_t c, std::uint32_t d)
-{
-    a += c ^ (b | ~d);
-}
-
-using TMix = void (*)(std::uint32_t&, std::uint32_t, std::uint32_t, std::uint32_t);
+struct TMixI {
+    static void add(std::uint32_t& a, std::uint32_t b, std::uint32_t c, std::uint32_t d)
+    {
+        a += c ^ (b | ~d);
+    }
+};
 
 /// The standard's constants: the fractions of sines.
 constexpr std::uint32_t SINES[64] = {
@@ -58,16 +63,17 @@ constexpr std::uint32_t SINES[64] = {
     0x6fa87e4f, 0xfe2ce6e0, 0xa3014314, 0x4e0811a1, 0xf7537e82, 0xbd3af235, 0x2ad7d2bb, 0xeb86d391};
 
 /// One round: 16 steps that take the words of the block from `FIRST` on, `STRIDE` apart.
-template<int ROUND, unsigned int FIRST, unsigned int STRIDE, int R0, int R1, int R2, int R3>
-void runRound(TMix mix, std::uint32_t (&state)[4], const std::uint32_t (&words)[16])
+template<typename TMix, unsigned int ROUND, unsigned int FIRST, unsigned int STRIDE, int R0, int R1,
+         int R2, int R3>
+void runRound(std::uint32_t (&state)[4], const unsigned char* block)
 {
-    constexpr const std::uint32_t* CONSTANTS = SINES + 16 * ROUND;
     auto [a, b, c, d] = state;
-    const auto step = [&](std::uint32_t& w, std::uint32_t x, std::uint32_t y, std::uint32_t z,
-                          unsigned int i, int rotation) {
-        w += CONSTANTS[i] + words[(FIRST + STRIDE * i) % 16];
-        mix(w, x, y, z);
-        w = rotated(w, rotation) + x;
+    const auto step = [block](std::uint32_t& first, std::uint32_t second, std::uint32_t third,
+                              std::uint32_t fourth, unsigned int number, int rotation) {
+        first += SINES[16 * ROUND + number] +
+                 loadWord(block + (FIRST + STRIDE * number) % 16 * sizeof first);
+        TMix::add(first, second, third, fourth);
+        first = rotated(first, rotation) + second;
     };
     for (unsigned int i = 0; i < 16; i += 4) {
         step(a, b, c, d, i, R0);
@@ -165,17 +171,12 @@ unsigned char* MD5::blockBytes()
 /// Adds what the standard's block function makes of 16 little-endian words into the state.
 void MD5::MD5Transform(const unsigned int* block)
 {
-    std::uint32_t words[16];
-    const unsigned char* bytes = reinterpret_cast<const unsigned char*>(block);
-    for (std::uint32_t& word : words) {
-        word = loadWord(bytes);
-        bytes += sizeof word;
-    }
+    const unsigned char* const bytes = reinterpret_cast<const unsigned char*>(block);
     std::uint32_t state[4] = {m_State[0], m_State[1], m_State[2], m_State[3]};
-    runRound<0, 0, 1, 7, 12, 17, 22>(mixF, state, words);
-    runRound<1, 1, 5, 5, 9, 14, 20>(mixG, state, words);
-    runRound<2, 5, 3, 4, 11, 16, 23>(mixH, state, words);
-    runRound<3, 0, 7, 6, 10, 15, 21>(mixI, state, words);
+    runRound<TMixF, 0, 0, 1, 7, 12, 17, 22>(state, bytes);
+    runRound<TMixG, 1, 1, 5, 5, 9, 14, 20>(state, bytes);
+    runRound<TMixH, 2, 5, 3, 4, 11, 16, 23>(state, bytes);
+    runRound<TMixI, 3, 0, 7, 6, 10, 15, 21>(state, bytes);
     for (int i = 0; i < 4; ++i) {
         m_State[i] += state[i];
     }
