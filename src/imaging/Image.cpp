@@ -293,8 +293,10 @@ int Image::blitRaw(const void* source, int width, int height, int sourcePitch, v
         return 0;
     }
     transfer.step = step * PIXEL_SIZE;
-    transfer.sourceAdvance = (sourcePitch * step - width % step) * PIXEL_SIZE;
-    transfer.targetAdvance = targetPitch * step * PIXEL_SIZE;
+    // A single row needs no advance, and pitches may then be too large for one.
+    const std::ptrdiff_t advancing = transfer.rows > 1 ? step : 0;
+    transfer.sourceAdvance = (sourcePitch * advancing - width % step) * PIXEL_SIZE;
+    transfer.targetAdvance = targetPitch * advancing * PIXEL_SIZE;
     transfer.alpha = static_cast<std::uint32_t>(newAlpha) << 24;
     if (alphaLevel == AL_CKBLACK) {
         return transferRows(source, target, transfer, TColourKey());
