@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <optional>
 
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -17,38 +16,15 @@ using qor::File;
 namespace
 {
 
-/// Sets or removes environment variables until its end.
-class Variables
+/// Environment variables, and their values; null for none.
+using TVariables = std::vector<std::pair<const char*, const char*>>;
+
+void setVariables(const TVariables& variables)
 {
-public:
-    using TSetting = std::pair<const char*, std::optional<std::string>>;
-
-    explicit Variables(const std::vector<TSetting>& settings)
-    {
-        for (const auto& [name, value] : settings) {
-            const char* const former = std::getenv(name);
-            m_Former.emplace_back(name, former ? std::optional<std::string>(former) : std::nullopt);
-            set(name, value);
-        }
+    for (const auto& [name, value] : variables) {
+        value ? setenv(name, value, 1) : unsetenv(name);
     }
-    Variables(const Variables&) = delete;
-    Variables& operator=(const Variables&) = delete;
-
-    ~Variables()
-    {
-        for (const auto& [name, value] : m_Former) {
-            set(name, value);
-        }
-    }
-
-private:
-    static void set(const char* name, const std::optional<std::string>& value)
-    {
-        value ? setenv(name, value->c_str(), 1) : unsetenv(name);
-    }
-
-    std::vector<TSetting> m_Former;
-};
+}
 
 class FileTest : public LogReader
 {
@@ -209,31 +185,28 @@ TEST(FilePathTest, HasOneForm)
 
 TEST_F(FileTest, FindsTheUsersDataDirectory)
 {
-    const auto none = std::nullopt;
     const char* const own = "QOR_USER_DATA_DIR";
     const char* const data = "XDG_DATA_HOME";
     const struct {
-        std::vector<Variables::TSetting> variables;
+        TVariables variables;
         std::string expected;
     } cases[] = {
         {{{own, "/a\\b//"}, {data, "/data"}}, "/a/b"},
-        {{{own, none}, {data, "/data/"}, {"HOME", "/home/x"}}, "/data//host"},
-        {{{own, none}, {data, "data"}, {"HOME", "/home/x"}}, "/home/x/.local/share/host"},
-        {{{own, none}, {data, ""}, {"HOME", "/home\\x"}}, "/home/x/.local/share/host"},
-        {{{own, none}, {data, none}, {"HOME", "/home/x/"}}, "/home/x//.local/share/host"},
+        {{{own, nullptr}, {data, "/data/"}, {"HOME", "/home/x"}}, "/data//host"},
+        {{{own, nullptr}, {data, "data"}, {"HOME", "/home/x"}}, "/home/x/.local/share/host"},
+        {{{own, nullptr}, {data, ""}, {"HOME", "/home\\x"}}, "/home/x/.local/share/host"},
+        {{{own, nullptr}, {data, nullptr}, {"HOME", "/home/x/"}}, "/home/x//.local/share/host"},
     };
     for (const auto& test : cases) {
-        const Variables variables(test.variables);
+        setVariables(test.variables);
         EXPECT_EQ(File::getUserDataDirectory("host", false), test.expected);
     }
-    {
-        const Variables variables({{own, none}, {data, none}, {"HOME", ""}});
-        const std::string home = File::getUserDataDirectory("host", false);
-        EXPECT_NE(home.find("/.local/share/host"), std::string::npos) << home;
-        EXPECT_GT(home.find("/.local/share/host"), 0u) << home;
-    }
+    setVariables({{own, nullptr}, {data, nullptr}, {"HOME", ""}});
+    const std::string home = File::getUserDataDirectory("host", false);
+    EXPECT_NE(home.find("/.local/share/host"), std::string::npos) << home;
+    EXPECT_GT(home.find("/.local/share/host"), 0u) << home;
     expectNoError();
-    const Variables variables({{own, ""}, {data, "/data"}});
+    setVariables({{own, ""}, {data, "/data"}});
     EXPECT_EQ(File::getUserDataDirectory("host", true), "");
     expectError("Unable to determine user data directory");
 }
@@ -241,7 +214,7 @@ TEST_F(FileTest, FindsTheUsersDataDirectory)
 TEST_F(FileTest, CreatesTheUsersDataDirectory)
 {
     const auto get = [](const std::string& folder, bool create) {
-        const Variables variables({{"QOR_USER_DATA_DIR", folder}});
+        setVariables({{"QOR_USER_DATA_DIR", folder.c_str()}});
         return File::getUserDataDirectory("host", create);
     };
     EXPECT_EQ(get(path("new/"), false), path("new"));
