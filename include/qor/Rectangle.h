@@ -33,7 +33,7 @@ public:
 
     Rectangle(const Rectangle& other) = default;
     Rectangle& operator=(const Rectangle& other) = default;
-    virtual ~Rectangle();
+    virtual ~Rectangle() = default;
 
     /// @name Edges and size, in pixels
     /// @{

@@ -26,8 +26,6 @@ Rectangle::Rectangle(int left, int top, int right, int bottom)
 
 Rectangle::Rectangle(const int* edges) : Rectangle(edges[0], edges[1], edges[2], edges[3]) {}
 
-Rectangle::~Rectangle() = default;
-
 int Rectangle::getWidth() const
 {
     return wrappingDifference(m_Right, m_Left);
