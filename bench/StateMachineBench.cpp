@@ -19,29 +19,50 @@
 #pragma GCC diagnostic pop
 #endif
 
-// Two states under the root with a leaf each:
-//   handled  an event that the leaf handles
-//   bubbles  an event that only the root handles
-//   switch   an event that leads from the one leaf to the other, through two exits and two entries
+// Two states under the root with a leaf each. Each state handles four events of its own:
+//   handled  the third event of the leaf
+//   bubbles  the third event of the root, which leaf and middle decline
+//   switch   the fourth event of the leaf: to the other leaf, through two exits and two entries
 // Handlers count, so that none of them can be left out.
 
 namespace
 {
 
-enum Event : unsigned int { HANDLED, BUBBLES, SWITCH };
+enum Event : unsigned int {
+    LEAF_1,
+    LEAF_2,
+    LEAF_3,
+    SWITCH,
+    MIDDLE_1,
+    MIDDLE_2,
+    MIDDLE_3,
+    MIDDLE_4,
+    ROOT_1,
+    ROOT_2,
+    ROOT_3,
+    ROOT_4
+};
 
-long handlerCalls = 0;
+/// What handlers count. Each kind has its own number, so that they need not wait for each other.
+struct TCounts {
+    long entries;
+    long exits;
+    long events;
+};
 
-/// Sends an event over and over, and checks how many handlers that called each time.
+TCounts counts;
+
+/// Sends an event over and over, and checks what its handlers count each time.
 template<typename TSend>
-void sendAll(benchmark::State& state, long callsPerEvent, TSend send)
+void sendAll(benchmark::State& state, long countPerEvent, TSend send)
 {
-    handlerCalls = 0;
+    counts = {};
     for (auto _ : state) {
         send();
-        benchmark::DoNotOptimize(handlerCalls);
+        benchmark::DoNotOptimize(counts);
     }
-    if (handlerCalls != callsPerEvent * static_cast<long>(state.iterations())) {
+    if (counts.entries + counts.exits + counts.events !=
+        countPerEvent * static_cast<long>(state.iterations())) {
         state.SkipWithError("other handlers were called than meant");
     }
 }
@@ -55,8 +76,27 @@ public:
     using State::State;
 
 protected:
-    void onEntry(State*) override { ++handlerCalls; }
-    void onExit(State*) override { ++handlerCalls; }
+    void onEntry(State*) override { ++counts.entries; }
+    void onExit(State*) override { ++counts.exits; }
+    bool onEvent(unsigned int event) override
+    {
+        switch (event) {
+        case MIDDLE_1:
+            counts.events += 1;
+            return true;
+        case MIDDLE_2:
+            counts.events += 2;
+            return true;
+        case MIDDLE_3:
+            counts.events += 3;
+            return true;
+        case MIDDLE_4:
+            counts.events += 4;
+            return true;
+        default:
+            return false;
+        }
+    }
 };
 
 class Leaf : public CountingState
@@ -68,15 +108,22 @@ public:
 protected:
     bool onEvent(unsigned int event) override
     {
-        if (event == SWITCH) {
+        switch (event) {
+        case LEAF_1:
+            counts.events += 1;
+            return true;
+        case LEAF_2:
+            counts.events += 2;
+            return true;
+        case LEAF_3:
+            counts.events += 3;
+            return true;
+        case SWITCH:
             getStateMachine()->transition(m_Other);
             return true;
+        default:
+            return false;
         }
-        if (event == HANDLED) {
-            ++handlerCalls;
-            return true;
-        }
-        return false;
     }
 };
 
@@ -93,8 +140,22 @@ public:
 protected:
     bool onEvent(unsigned int event) override
     {
-        handlerCalls += event == BUBBLES ? 1 : 0;
-        return event == BUBBLES;
+        switch (event) {
+        case ROOT_1:
+            counts.events += 1;
+            return true;
+        case ROOT_2:
+            counts.events += 2;
+            return true;
+        case ROOT_3:
+            counts.events += 3;
+            return true;
+        case ROOT_4:
+            counts.events += 4;
+            return true;
+        default:
+            return false;
+        }
     }
 
 private:
@@ -104,14 +165,14 @@ private:
     Leaf m_LeafB{this, &m_B, "leaf b"};
 };
 
-void run(benchmark::State& state, Event event, long calls)
+void run(benchmark::State& state, Event event, long count)
 {
     Machine machine;
-    sendAll(state, calls, [&machine, event] { machine.sendEvent(event); });
+    sendAll(state, count, [&machine, event] { machine.sendEvent(event); });
 }
 
-BENCHMARK_CAPTURE(run, , HANDLED, 1)->Name("event/handled/qortk");
-BENCHMARK_CAPTURE(run, , BUBBLES, 1)->Name("event/bubbles/qortk");
+BENCHMARK_CAPTURE(run, , LEAF_3, 3)->Name("event/handled/qortk");
+BENCHMARK_CAPTURE(run, , ROOT_3, 3)->Name("event/bubbles/qortk");
 BENCHMARK_CAPTURE(run, , SWITCH, 4)->Name("event/switch/qortk");
 
 } // namespace by_qortk
@@ -123,11 +184,24 @@ namespace by_statechart
 
 namespace sc = boost::statechart;
 
-struct THandled : sc::event<THandled> {
+template<Event EVENT>
+struct TEvent : sc::event<TEvent<EVENT>> {
 };
-struct TBubbles : sc::event<TBubbles> {
-};
-struct TSwitch : sc::event<TSwitch> {
+
+/// A state that handles four events, from `FIRST` on.
+template<typename TState, typename TContext, int FIRST, typename TInitial>
+struct TCounting : sc::simple_state<TState, TContext, TInitial> {
+    template<int INDEX>
+    using TReaction = sc::custom_reaction<TEvent<Event(FIRST + INDEX)>>;
+    using reactions = boost::mpl::list<TReaction<0>, TReaction<1>, TReaction<2>, TReaction<3>>;
+    TCounting() { ++counts.entries; }
+    ~TCounting() { ++counts.exits; }
+    template<Event EVENT>
+    sc::result react(const TEvent<EVENT>&)
+    {
+        counts.events += EVENT - FIRST + 1;
+        return this->discard_event();
+    }
 };
 
 struct TRoot;
@@ -139,37 +213,19 @@ struct TLeafB;
 struct Machine : sc::state_machine<Machine, TRoot> {
 };
 
-struct TRoot : sc::simple_state<TRoot, Machine, TA> {
-    using reactions = sc::custom_reaction<TBubbles>;
-    sc::result react(const TBubbles&)
-    {
-        ++handlerCalls;
-        return discard_event();
-    }
+struct TRoot : TCounting<TRoot, Machine, ROOT_1, TA> {
+};
+struct TA : TCounting<TA, TRoot, MIDDLE_1, TLeafA> {
+};
+struct TB : TCounting<TB, TRoot, MIDDLE_1, TLeafB> {
 };
 
-template<typename TState, typename TLeaf>
-struct TCounting : sc::simple_state<TState, TRoot, TLeaf> {
-    TCounting() { ++handlerCalls; }
-    ~TCounting() { ++handlerCalls; }
-};
-
-struct TA : TCounting<TA, TLeafA> {
-};
-struct TB : TCounting<TB, TLeafB> {
-};
-
-template<typename TState, typename TParent, typename TOther>
-struct TCountingLeaf : sc::simple_state<TState, TParent> {
-    using reactions =
-        boost::mpl::list<sc::custom_reaction<THandled>, sc::transition<TSwitch, TOther>>;
-    TCountingLeaf() { ++handlerCalls; }
-    ~TCountingLeaf() { ++handlerCalls; }
-    sc::result react(const THandled&)
-    {
-        ++handlerCalls;
-        return this->discard_event();
-    }
+template<typename TState, typename TContext, typename TOther>
+struct TCountingLeaf : TCounting<TState, TContext, LEAF_1, boost::mpl::list<>> {
+    using TBase = TCounting<TState, TContext, LEAF_1, boost::mpl::list<>>;
+    using reactions = boost::mpl::list<
+        typename TBase::template TReaction<0>, typename TBase::template TReaction<1>,
+        typename TBase::template TReaction<2>, sc::transition<TEvent<SWITCH>, TOther>>;
 };
 
 struct TLeafA : TCountingLeaf<TLeafA, TA, TLeafB> {
@@ -177,17 +233,17 @@ struct TLeafA : TCountingLeaf<TLeafA, TA, TLeafB> {
 struct TLeafB : TCountingLeaf<TLeafB, TB, TLeafA> {
 };
 
-template<typename TEvent>
-void run(benchmark::State& state, TEvent event, long calls)
+template<Event EVENT>
+void run(benchmark::State& state, TEvent<EVENT> event, long count)
 {
     Machine machine;
     machine.initiate();
-    sendAll(state, calls, [&machine, &event] { machine.process_event(event); });
+    sendAll(state, count, [&machine, &event] { machine.process_event(event); });
 }
 
-BENCHMARK_CAPTURE(run, , THandled(), 1)->Name("event/handled/Boost.Statechart");
-BENCHMARK_CAPTURE(run, , TBubbles(), 1)->Name("event/bubbles/Boost.Statechart");
-BENCHMARK_CAPTURE(run, , TSwitch(), 4)->Name("event/switch/Boost.Statechart");
+BENCHMARK_CAPTURE(run, , TEvent<LEAF_3>(), 3)->Name("event/handled/Boost.Statechart");
+BENCHMARK_CAPTURE(run, , TEvent<ROOT_3>(), 3)->Name("event/bubbles/Boost.Statechart");
+BENCHMARK_CAPTURE(run, , TEvent<SWITCH>(), 4)->Name("event/switch/Boost.Statechart");
 
 } // namespace by_statechart
 
@@ -195,78 +251,78 @@ namespace by_msm
 {
 
 namespace front = boost::msm::front;
+using boost::mpl::vector;
 
-struct THandled {
-};
-struct TBubbles {
-};
-struct TSwitch {
+template<Event EVENT>
+struct TEvent {
 };
 
-struct TCounting : front::state<> {
-    template<typename TEvent, typename TMachine>
-    void on_entry(const TEvent&, TMachine&)
-    {
-        ++handlerCalls;
-    }
-    template<typename TEvent, typename TMachine>
-    void on_exit(const TEvent&, TMachine&)
-    {
-        ++handlerCalls;
-    }
-};
-
+template<int COUNT>
 struct TCount {
     template<typename TEvent, typename TMachine, typename TSource, typename TTarget>
     void operator()(const TEvent&, TMachine&, TSource&, TTarget&)
     {
-        ++handlerCalls;
+        counts.events += COUNT;
     }
 };
 
-/// A state with one leaf; the outer machine names the instances apart.
-template<int NUMBER>
-struct TInner : front::state_machine_def<TInner<NUMBER>> {
-    struct TLeaf : TCounting {
-    };
-    using initial_state = TLeaf;
-    struct transition_table : boost::mpl::vector<front::Row<TLeaf, THandled, front::none, TCount>> {
-    };
+template<typename TBase>
+struct TCounting : TBase {
     template<typename TEvent, typename TMachine>
     void on_entry(const TEvent&, TMachine&)
     {
-        ++handlerCalls;
+        ++counts.entries;
     }
     template<typename TEvent, typename TMachine>
     void on_exit(const TEvent&, TMachine&)
     {
-        ++handlerCalls;
+        ++counts.exits;
     }
 };
 
-using TInnerA = boost::msm::back::state_machine<TInner<0>>;
-using TInnerB = boost::msm::back::state_machine<TInner<1>>;
+/// The four events of a state, from `FIRST` on.
+template<int FIRST>
+struct TOwnEvents : vector<front::Internal<TEvent<Event(FIRST)>, TCount<1>>,
+                           front::Internal<TEvent<Event(FIRST + 1)>, TCount<2>>,
+                           front::Internal<TEvent<Event(FIRST + 2)>, TCount<3>>,
+                           front::Internal<TEvent<Event(FIRST + 3)>, TCount<4>>> {
+};
 
-struct TOuter : front::state_machine_def<TOuter> {
-    using initial_state = TInnerA;
-    struct transition_table : boost::mpl::vector<front::Row<TInnerA, TSwitch, TInnerB>,
-                                                 front::Row<TInnerB, TSwitch, TInnerA>> {
+/// A state with a leaf inside, as often as it takes.
+template<int NUMBER>
+struct TMiddle : TCounting<front::state_machine_def<TMiddle<NUMBER>>> {
+    struct TLeaf : TCounting<front::state<>> {
     };
-    struct internal_transition_table : boost::mpl::vector<front::Internal<TBubbles, TCount>> {
+    using initial_state = TLeaf;
+    using internal_transition_table = TOwnEvents<MIDDLE_1>;
+    struct transition_table : vector<front::Row<TLeaf, TEvent<LEAF_1>, front::none, TCount<1>>,
+                                     front::Row<TLeaf, TEvent<LEAF_2>, front::none, TCount<2>>,
+                                     front::Row<TLeaf, TEvent<LEAF_3>, front::none, TCount<3>>> {
     };
 };
 
-template<typename TEvent>
-void run(benchmark::State& state, TEvent event, long calls)
+using TMiddleA = boost::msm::back::state_machine<TMiddle<0>>;
+using TMiddleB = boost::msm::back::state_machine<TMiddle<1>>;
+
+struct TRoot : front::state_machine_def<TRoot> {
+    using initial_state = TMiddleA;
+    using internal_transition_table = TOwnEvents<ROOT_1>;
+    struct transition_table : vector<front::Row<TMiddleA, TEvent<SWITCH>, TMiddleB>,
+                                     front::Row<TMiddleB, TEvent<SWITCH>, TMiddleA>> {
+    };
+};
+
+template<Event EVENT>
+void run(benchmark::State& state, TEvent<EVENT> event, long count)
 {
-    boost::msm::back::state_machine<TOuter> machine;
+    boost::msm::back::state_machine<TRoot> machine;
     machine.start();
-    sendAll(state, calls, [&machine, &event] { machine.process_event(event); });
+    sendAll(state, count, [&machine, &event] { machine.process_event(event); });
 }
 
-BENCHMARK_CAPTURE(run, , THandled(), 1)->Name("event/handled/Boost.MSM");
-BENCHMARK_CAPTURE(run, , TBubbles(), 1)->Name("event/bubbles/Boost.MSM");
-BENCHMARK_CAPTURE(run, , TSwitch(), 4)->Name("event/switch/Boost.MSM");
+BENCHMARK_CAPTURE(run, , TEvent<LEAF_3>(), 3)->Name("event/handled/Boost.MSM");
+BENCHMARK_CAPTURE(run, , TEvent<ROOT_3>(), 3)->Name("event/bubbles/Boost.MSM");
+BENCHMARK_CAPTURE(run, , TEvent<SWITCH>(), 4)->Name("event/switch/Boost.MSM");
 
 } // namespace by_msm
 

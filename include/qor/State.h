@@ -35,9 +35,9 @@ public:
     std::string getName() const;
 
     /// @return the enclosing state, null at the top of a hierarchy
-    State* getParentState();
+    State* getParentState() { return m_ParentState; }
 
-    StateMachine* getStateMachine();
+    StateMachine* getStateMachine() { return m_StateMachine; }
 
     /// Tells which state to descend into when the machine comes to this one; null to rest here.
     /// @return the child constructed first; null without children

@@ -83,11 +83,11 @@ public:
 
     /// @return where the machine is: the state that it is coming to in onEntry(), the one that it
     ///         is about to leave in onExit(); itself before the start
-    State* getCurrentState();
+    State* getCurrentState() { return m_CurrentState; }
 
     /// Asks for a transition, which is carried out by the next sendEvent(), behind the event if
     /// that is running. An earlier request is dropped; null only drops it.
-    void transition(State* state);
+    void transition(State* state) { m_PendingState = state; }
 
     /// Asks for a transition by name.
     /// @return whether there is a state of that name; if not, an earlier request is dropped
@@ -98,17 +98,23 @@ public:
 
     /// Delivers an event, then carries out the transition that is asked for.
     /// @return whether a state handled the event
-    bool sendEvent(unsigned int event);
+    bool sendEvent(unsigned int event)
+    {
+        bool isHandled = false;
+        for (State* state = m_CurrentState; state && !isHandled; state = state->m_ParentState) {
+            isHandled = state->onEvent(event);
+        }
+        if (m_PendingState) {
+            processPendingTransition();
+        }
+        return isHandled;
+    }
 
 private:
     class Change;
 
     State* findState(const std::string& name);
     void processPendingTransition();
-    static State* findCommonAncestor(State* source, State* target);
-    void enterBelow(State* ancestor, State* target, State* source);
-    void descend(State* state, State* source);
-    void enter(State* state, State* source);
 
     State* m_CurrentState;
     State* m_PendingState = nullptr;

@@ -24,16 +24,6 @@ std::string State::getName() const
     return m_Name;
 }
 
-State* State::getParentState()
-{
-    return m_ParentState;
-}
-
-StateMachine* State::getStateMachine()
-{
-    return m_StateMachine;
-}
-
 State* State::getInitialChildState()
 {
     return m_FirstChildState;

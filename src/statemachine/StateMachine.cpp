@@ -1,6 +1,5 @@
 #include "qor/StateMachine.h"
 
-#include <algorithm>
 #include <cstddef>
 
 namespace qor
@@ -19,19 +18,82 @@ std::size_t countUpwards(State* state)
     return count;
 }
 
+/// The innermost state that encloses the source and encloses or is the target; null for none.
+State* findCommonAncestor(State* source, State* target)
+{
+    State* ancestor = source->getParentState();
+    std::size_t ancestorCount = countUpwards(ancestor);
+    std::size_t targetCount = countUpwards(target);
+    for (; ancestorCount > targetCount; --ancestorCount) {
+        ancestor = ancestor->getParentState();
+    }
+    for (; targetCount > ancestorCount; --targetCount) {
+        target = target->getParentState();
+    }
+    while (ancestor != target) {
+        ancestor = ancestor->getParentState();
+        target = target->getParentState();
+    }
+    return ancestor;
+}
+
 } // namespace
 
-/// Marks that the machine changes, to the end of a scope, also where a handler throws.
+/// A change of the current state, with its handlers. The machine is marked to its end, also where a
+/// handler throws.
 class StateMachine::Change
 {
 public:
-    explicit Change(bool& isChanging) : m_IsChanging(isChanging) { m_IsChanging = true; }
+    Change(StateMachine& machine, State* source) : m_Machine(machine), m_Source(source)
+    {
+        m_Machine.m_IsChanging = true;
+    }
     Change(const Change&) = delete;
     Change& operator=(const Change&) = delete;
-    ~Change() { m_IsChanging = false; }
+    ~Change() { m_Machine.m_IsChanging = false; }
+
+    /// Leaves the source and all around it up to another state, or to the top.
+    void leaveUpTo(State* end)
+    {
+        for (State* state = m_Source; state != end; state = state->m_ParentState) {
+            m_Machine.m_CurrentState = state;
+            state->onExit(m_Machine.m_PendingState);
+        }
+        m_Machine.m_CurrentState = end;
+    }
+
+    /// Enters the states inside an enclosing one, or inside none, down to the target. They are
+    /// linked upwards only, so each is searched from the target on: mostly a step or two, and no
+    /// memory for a list.
+    void enterBelow(State* ancestor, State* target)
+    {
+        while (ancestor != target) {
+            State* state = target;
+            while (state->m_ParentState != ancestor) {
+                state = state->m_ParentState;
+            }
+            enter(state);
+            ancestor = state;
+        }
+    }
+
+    /// Enters the initial child of a state, its initial child, and so on.
+    void descend(State* state)
+    {
+        while ((state = state->getInitialChildState()) != nullptr) {
+            enter(state);
+        }
+    }
 
 private:
-    bool& m_IsChanging;
+    void enter(State* state)
+    {
+        m_Machine.m_CurrentState = state;
+        state->onEntry(m_Source);
+    }
+
+    StateMachine& m_Machine;
+    State* const m_Source;
 };
 
 StateMachine::StateMachine() : State(this, nullptr, "root"), m_CurrentState(this)
@@ -71,18 +133,7 @@ void StateMachine::start()
     if (m_IsChanging) {
         return;
     }
-    const Change change(m_IsChanging);
-    descend(this, this);
-}
-
-State* StateMachine::getCurrentState()
-{
-    return m_CurrentState;
-}
-
-void StateMachine::transition(State* state)
-{
-    m_PendingState = state;
+    Change(*this, this).descend(this);
 }
 
 bool StateMachine::transition(const std::string& name)
@@ -97,86 +148,19 @@ void StateMachine::setCurrentState(State* state)
     processPendingTransition();
 }
 
-bool StateMachine::sendEvent(unsigned int event)
-{
-    bool handled = false;
-    for (State* state = m_CurrentState; state && !handled; state = state->m_ParentState) {
-        handled = state->onEvent(event);
-    }
-    processPendingTransition();
-    return handled;
-}
-
 void StateMachine::processPendingTransition()
 {
     if (!m_PendingState || m_IsChanging) {
         return;
     }
-    const Change change(m_IsChanging);
     // What the handlers ask for takes the request's place, but not the target's.
     State* const target = m_PendingState;
-    State* const source = m_CurrentState;
-    State* const ancestor = findCommonAncestor(source, target);
-    while (m_CurrentState && m_CurrentState != ancestor) {
-        m_CurrentState->onExit(m_PendingState);
-        m_CurrentState = m_CurrentState->m_ParentState;
-    }
-    enterBelow(ancestor, target, source);
-    descend(m_CurrentState, source);
+    State* const ancestor = findCommonAncestor(m_CurrentState, target);
+    Change change(*this, m_CurrentState);
+    change.leaveUpTo(ancestor);
+    change.enterBelow(ancestor, target);
+    change.descend(target);
     m_PendingState = nullptr;
-}
-
-/// The innermost state that encloses the source and encloses or is the target; null for none.
-State* StateMachine::findCommonAncestor(State* source, State* target)
-{
-    State* ancestor = source->m_ParentState;
-    std::size_t ancestorCount = countUpwards(ancestor);
-    std::size_t targetCount = countUpwards(target);
-    for (; ancestorCount > targetCount; --ancestorCount) {
-        ancestor = ancestor->m_ParentState;
-    }
-    for (; targetCount > ancestorCount; --targetCount) {
-        target = target->m_ParentState;
-    }
-    while (ancestor != target) {
-        ancestor = ancestor->m_ParentState;
-        target = target->m_ParentState;
-    }
-    return ancestor;
-}
-
-/// Enters the states inside an enclosing one, or inside none, down to the target. They are linked
-/// upwards only, so those of a long way are collected in several goes.
-void StateMachine::enterBelow(State* ancestor, State* target, State* source)
-{
-    constexpr std::size_t SIZE = 32;
-    State* states[SIZE];
-    while (ancestor != target) {
-        std::size_t count = 0;
-        for (State* state = target; state != ancestor; state = state->m_ParentState) {
-            states[count++ % SIZE] = state;
-        }
-        const std::size_t innermost = count - std::min(count, SIZE);
-        while (count > innermost) {
-            --count;
-            enter(states[count % SIZE], source);
-        }
-        ancestor = states[innermost % SIZE];
-    }
-}
-
-void StateMachine::descend(State* state, State* source)
-{
-    for (State* child = state->getInitialChildState(); child;
-         child = m_CurrentState->getInitialChildState()) {
-        enter(child, source);
-    }
-}
-
-void StateMachine::enter(State* state, State* source)
-{
-    m_CurrentState = state;
-    state->onEntry(source);
 }
 
 State* StateMachine::findState(const std::string& name)
