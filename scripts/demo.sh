@@ -30,6 +30,8 @@ fi
 
 cd "$folder"
 "$host" --echo --log qorhost.log --config settings.xml "$here/examples/host/sample.xml" <"$here/examples/host/demo.txt"
+cp demo.tga "$build/demo.tga"
 echo
+echo "The picture is in $build/demo.tga."
 echo "That was qorhost on examples/host/sample.xml. Open a document of your own with"
 echo "  scripts/demo.sh FILE.xml"

@@ -4,6 +4,7 @@
 
 #include <qor/File.h>
 #include <qor/Thread.h>
+#include <unistd.h>
 
 namespace
 {
@@ -89,6 +90,14 @@ bool Host::fail(const std::string& reason)
     m_Console.print(FAILURE + reason);
     qor::Log::error(reason);
     return false;
+}
+
+bool Host::usesColours() const
+{
+    constexpr int NEVER = 0;
+    constexpr int ALWAYS = 2;
+    const int wish = m_Settings.getTable().getInteger("screen/colours");
+    return wish == ALWAYS || (wish != NEVER && isatty(STDOUT_FILENO));
 }
 
 bool Host::loadSettings(const std::string& filename)

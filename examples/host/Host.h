@@ -41,7 +41,8 @@ public:
     Settings& getSettings() { return m_Settings; }
     const Settings& getSettings() const { return m_Settings; }
 
-    bool usesColours() const { return m_Settings.getTable().getBoolean("screen/colours"); }
+    /// Whether the output may have colours.
+    bool usesColours() const;
 
     /// Reads the settings from a file, if there is one. If it cannot be read, they stay as they
     /// are, and an error is printed.

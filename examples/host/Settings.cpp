@@ -17,7 +17,8 @@ Settings::Settings(Host& host) : m_Host(host), m_Table(VERSION)
 {
     addInteger({"log/level", "what is logged: 0 nothing, 1 errors, 2 infos, 3 all"}, 3, 0, 3);
     addBoolean({"log/commands", "whether each command line is logged"}, true);
-    addBoolean({"screen/colours", "whether colours are used"}, true);
+    addInteger({"screen/colours", "when colours are used: 0 never, 1 on a terminal, 2 always"}, 1,
+               0, 2);
     addInteger({"screen/scrollback", "how many lines back the screen scrolls"}, 2000, 0, 10000);
     addInteger({"tree/depth", "how many levels 'tree' shows"}, 4, 1, 1000);
     addInteger({"tree/lines", "how many lines 'tree' shows"}, 100, 1, 100000);

@@ -8,6 +8,7 @@
 #include "DocumentCommands.h"
 #include "GeneralCommands.h"
 #include "Host.h"
+#include "ImageCommands.h"
 #include "LogCommands.h"
 #include "Screen.h"
 #include "Script.h"
@@ -81,6 +82,7 @@ int runHost(const TArguments& arguments)
     addGeneralCommands(host);
     addDocumentCommands(host);
     addSettingsCommands(host);
+    addImageCommands(host);
     addLogCommands(host, openLog(host, arguments.log));
 
     const bool loaded = begin(host, arguments);
