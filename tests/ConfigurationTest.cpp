@@ -309,6 +309,7 @@ TEST_F(ConfigurationFileTest, KeepsItsValuesWhenAFileCannotBeRead)
     EXPECT_TRUE(table.load(path("")));
     expectRecords({"I No configuration file '" + path("") + "' found"});
 
+    EXPECT_TRUE(table.save("/dev/full")) << "as only opening is checked";
     for (const std::string& file : {path("missing/a"), path("")}) {
         EXPECT_FALSE(table.save(file));
         qor::XMLElement element("");

@@ -19,6 +19,7 @@ static_assert(ERROR == 17, "the macro is as it was");
 #include <ctime>
 #include <thread>
 
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -204,11 +205,28 @@ TEST_F(LogTest, TriesAgainAfterTheDiskWasFull)
     Log::info("and more");
     EXPECT_EQ(takeRecords(), (TLines{"I torn", "I there is room", "I and more"}));
 
-    if (Log::open("/dev/full", true)) {
-        Log::info("nowhere");
-    }
+    EXPECT_TRUE(Log::open("/dev/full", true));
+    Log::info("nowhere");
     ASSERT_TRUE(Log::open(m_LogFile.c_str(), false));
     EXPECT_EQ(readRecords(m_LogFile), TLines{"X Log opened"});
+}
+
+TEST_F(LogTest, SurvivesAPipeWhoseReaderHasGone)
+{
+    const std::string fifo = path("fifo");
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    const int reader = ::open(fifo.c_str(), O_RDONLY | O_NONBLOCK);
+    ASSERT_TRUE(Log::open(fifo.c_str(), true));
+    ::close(reader);
+    Log::info("nobody reads this");
+    const int next = ::open(fifo.c_str(), O_RDONLY | O_NONBLOCK);
+    Log::info("next");
+    char bytes[256] = {};
+    EXPECT_GT(::read(next, bytes, sizeof bytes - 1), 0);
+    ::close(next);
+    const std::string text = bytes;
+    EXPECT_EQ(text.find("nobody"), std::string::npos);
+    EXPECT_NE(text.find(" next\n"), std::string::npos);
 }
 
 TEST_F(LogTest, SharesItsFile)

@@ -29,8 +29,9 @@ class XMLElement;
 /// **Versions.** A parameter's version is the last one of the host's in which the meaning of its
 /// stored value changed. Values from a document of an older version are ignored.
 ///
-/// A table has no lock: all calls on it come from one thread at a time. Arguments may refer to
-/// texts in the table.
+/// A table has no lock: all calls on it come from one thread at a time. Tables of several threads
+/// have the instance in common, when they are made and destroyed, and the text of the last XML
+/// error, when they are loaded and saved. Arguments may refer to texts in the table.
 ///
 /// @code
 /// qor::Configuration configuration(2);
@@ -79,7 +80,7 @@ public:
 
     /// @name Declaring
     /// Adds a parameter and sets it to its default, within its limits. Listeners hear of it if it
-    /// is not false or 0.
+    /// is true or a number other than 0.
     /// @param version the version from which on stored values are good; 0 for all
     /// @return false if the name is in use, and nothing has changed then
     /// @{
@@ -126,8 +127,9 @@ public:
     const std::string& getString(const std::string& name) const;
     /// @}
 
-    /// @return the value of a parameter of any type as text that `set` takes back, with six digits
-    ///         behind the point; empty if there is no such parameter
+    /// @return the value of a parameter of any type as text, with six digits behind the point.
+    ///         `set` takes it back, but for infinities and not-a-number. Empty if there is no such
+    ///         parameter
     const std::string get(const std::string& name) const;
 
     /// @name Listeners
@@ -149,11 +151,11 @@ public:
     /// @{
 
     /// Writes the file that was loaded last.
-    /// @return false if there is none, or it could not be written
+    /// @return false if there is none, or it could not be opened
     bool save() const;
 
     /// Writes a file.
-    /// @return false if it could not be written
+    /// @return false if it could not be opened; a disk that fills up on the way is not noticed
     bool save(const std::string& fileName) const;
 
     /// Writes into an element, setting or creating the children that the parameters name.
@@ -202,6 +204,7 @@ private:
     void setString(TParameter& parameter, const std::string& value);
     void storeNumber(TParameter& parameter, double value);
     void readValue(TParameter& parameter, const XMLElement& element);
+    std::string getNotice(const TParameter& parameter) const;
     void notify(const std::string& name) const;
 
     unsigned int m_Version;

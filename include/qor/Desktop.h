@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What a host asks of the desktop.
+/// What a host asks of the desktop. Both functions throw nothing but `std::bad_alloc`.
 
 #include "qor/Export.h"
 

@@ -40,6 +40,9 @@ class OutputFile;
 /// the next one is tried afresh. The host calls `open` before other threads log, and `close` after
 /// they have stopped.
 ///
+/// Nothing is thrown but `std::bad_alloc`, by `open` and for texts of more than about a thousand
+/// characters.
+///
 /// Other programs may read, cut and move the file while the log is open. Programs that the host
 /// starts do not get it.
 ///

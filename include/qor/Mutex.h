@@ -19,7 +19,8 @@ struct TLock;
 ///
 /// A copy is a second name for the same lock, which lives as long as its last name; an assignment
 /// lets go of the lock that the target named before. Any thread may lock and unlock; a lock is
-/// destroyed when nobody holds it. Only construction can fail, for lack of memory
+/// destroyed when nobody holds it, and a thread gives it back before it ends. Only construction can
+/// fail, for lack of memory
 /// (`std::bad_alloc`).
 ///
 /// @code

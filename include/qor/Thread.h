@@ -46,12 +46,12 @@ public:
     /// Starts a thread that runs the task and ends.
     /// @param task not owned; has to live until its `run` has returned. Null makes a thread that
     ///             ends at once.
-    /// @return false if the object is started already, which changes nothing, or if the system
-    ///         refuses a thread
+    /// @return false if the object is started already, which changes nothing, or if there is no
+    ///         memory or no thread to be had
     bool start(Task* task);
 
     /// Waits, without a time limit, until the thread has ended. The object is idle then. Without
-    /// effect on an idle object. A thread that waits for itself never ends.
+    /// effect on an idle object, and for a thread that would wait for itself.
     void wait();
 
     /// Does what the new thread does: runs the task that `start` was given, on the calling thread.

@@ -67,7 +67,17 @@ Configuration::Configuration(unsigned int version) : m_Version(version)
 
 Configuration::Configuration(const Configuration& other) = default;
 
-Configuration& Configuration::operator=(const Configuration& other) = default;
+Configuration& Configuration::operator=(const Configuration& other)
+{
+    // All or nothing, if memory runs out.
+    Configuration copy(other);
+    m_Version = copy.m_Version;
+    m_FileName.swap(copy.m_FileName);
+    m_Parameters.swap(copy.m_Parameters);
+    m_ParameterIndex.swap(copy.m_ParameterIndex);
+    m_Listeners.swap(copy.m_Listeners);
+    return *this;
+}
 
 Configuration::~Configuration()
 {
@@ -223,8 +233,9 @@ void Configuration::setString(TParameter& parameter, const std::string& value)
         Log::debug("Too short value for configuration parameter '%s'", parameter.name.c_str());
     }
     if (value != parameter.stringValue) {
+        const std::string name = getNotice(parameter);
         parameter.stringValue = value;
-        notify(parameter.name);
+        notify(name);
     }
 }
 
@@ -317,7 +328,7 @@ void Configuration::removeListener(Listener* listener)
 void Configuration::updateAllParameters()
 {
     for (std::size_t i = 0; i < m_Parameters.size(); ++i) {
-        notify(m_Parameters[i].name);
+        notify(getNotice(m_Parameters[i]));
     }
 }
 
@@ -345,20 +356,24 @@ int Configuration::addParameter(const TParameter& parameter)
 void Configuration::storeNumber(TParameter& parameter, double value)
 {
     if (value != parameter.value) {
+        const std::string name = getNotice(parameter);
         parameter.value = value;
-        notify(parameter.name);
+        notify(name);
     }
+}
+
+/// @return a copy of the name for the listeners, since one that adds a parameter moves all names;
+/// it
+///         is made before the value changes, as no listener would hear of that without memory
+std::string Configuration::getNotice(const TParameter& parameter) const
+{
+    return m_Listeners.empty() ? std::string() : parameter.name;
 }
 
 void Configuration::notify(const std::string& name) const
 {
-    if (m_Listeners.empty()) {
-        return;
-    }
-    // A listener that adds a parameter moves all names.
-    const std::string copy = name;
     for (Listener* const listener : m_Listeners) {
-        listener->parameterChanged(copy);
+        listener->parameterChanged(name);
     }
 }
 

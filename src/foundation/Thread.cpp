@@ -1,5 +1,7 @@
 #include "qor/Thread.h"
 
+#include <new>
+
 #include "platform/Platform.h"
 
 namespace qor
@@ -40,14 +42,17 @@ bool Thread::start(Task* task)
         return false;
     }
     m_Task = task;
-    platform::TThread* const thread = platform::createThread(runTask, task);
-    if (!thread) {
-        m_Handle.reset();
-        return false;
+    try {
+        // All memory is there before the thread runs.
+        m_Handle.reset(platform::createThread(), platform::destroyThread);
+        m_Started = platform::startThread(*m_Handle, runTask, task);
+    } catch (const std::bad_alloc&) {
+        m_Started = false;
     }
-    m_Handle.reset(thread, platform::destroyThread);
-    m_Started = true;
-    return true;
+    if (!m_Started) {
+        m_Handle.reset();
+    }
+    return m_Started;
 }
 
 void Thread::wait()
@@ -55,7 +60,9 @@ void Thread::wait()
     if (!m_Started) {
         return;
     }
-    platform::join(*m_Handle);
+    if (!platform::join(*m_Handle)) {
+        return;
+    }
     m_Handle.reset();
     m_Started = false;
     m_Task = nullptr;

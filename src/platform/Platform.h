@@ -78,15 +78,18 @@ constexpr unsigned int NO_TIME_LIMIT = 0;
 /// milliseconds.
 void waitForEvent(TEvent& event, TLock& lock, unsigned int timeLimit);
 
-/// A running thread, or one that has ended.
+/// A thread, running or not.
 struct TThread;
 
-/// Starts a thread with the usual stack size, which calls `work(argument)` and ends.
-/// @return null if the system refuses
-TThread* createThread(void (*work)(void* argument), void* argument);
+TThread* createThread();
+
+/// Starts the thread, once, with the usual stack size: it calls `work(argument)` and ends.
+/// @return false if the system refuses
+bool startThread(TThread& thread, void (*work)(void* argument), void* argument);
 
 /// Waits until the thread has ended. Any number of threads may do so, any number of times.
-void join(TThread& thread);
+/// @return false at once for a thread that would wait for itself
+bool join(TThread& thread);
 
 /// Gives the object back. A thread that still runs goes on until its work is done.
 void destroyThread(TThread* thread);
@@ -146,7 +149,7 @@ private:
 
 /// A text file opened for writing at its end, wherever that is when a text arrives: other programs
 /// may read, write, cut or rename the file meanwhile. The handle is not passed on to programs that
-/// the host starts.
+/// the host starts. A pipe whose reader has gone takes nothing, and no signal tells of that.
 class OutputFile
 {
 public:
@@ -165,6 +168,7 @@ public:
 
 private:
     std::intptr_t m_Handle;
+    bool m_IsPipe = false;
 };
 
 /// @return the folder below which programs keep the user's data; empty if it cannot be told

@@ -23,6 +23,9 @@ using TArguments = std::vector<std::string>;
 
 constexpr int FAILED = -1;
 
+/// A box that was closed without its button ends with 1, and so do some that found no display.
+constexpr int UNCERTAIN = 1;
+
 /// A program with its arguments, made ready before a process is forked: behind that, a process of a
 /// host with several threads may not even allocate memory.
 class Program
@@ -99,7 +102,8 @@ private:
         closefrom(STDERR_FILENO + 1);
 #else
         constexpr long GREATEST_COUNT = 65536;
-        const long count = std::clamp(sysconf(_SC_OPEN_MAX), 0L, GREATEST_COUNT);
+        const long limit = sysconf(_SC_OPEN_MAX);
+        const long count = limit < 0 ? GREATEST_COUNT : std::min(limit, GREATEST_COUNT);
         for (int handle = STDERR_FILENO + 1; handle < count; ++handle) {
             close(handle);
         }
@@ -126,14 +130,15 @@ pid_t forkQuietly()
     return process;
 }
 
-/// @return the status that the process ended with; FAILED if a signal ended it
+/// @return the status that the process ended with; FAILED if a signal ended it, UNCERTAIN if nobody
+///         knows
 int waitForProcess(pid_t process)
 {
     int status = 0;
     while (waitpid(process, &status, 0) < 0) {
         if (errno != EINTR) {
-            // The host has its children's ends ignored or collected, and nobody knows the status.
-            return 0;
+            // The host has its children's ends ignored or collected.
+            return UNCERTAIN;
         }
     }
     return WIFEXITED(status) ? WEXITSTATUS(status) : FAILED;
@@ -188,10 +193,29 @@ std::string withoutLeadingSign(const std::string& text)
     return hasSign ? " " + text : text;
 }
 
-/// For programs that look for markup in the first line.
-std::string withoutMarkup(const std::string& text)
+/// For programs that look whether a text is markup: one that could be is made such.
+std::string asMarkup(const std::string& text)
 {
-    return text.find_first_of("<&") == std::string::npos ? text : "\n" + text;
+    if (text.find_first_of("<&") == std::string::npos) {
+        return text;
+    }
+    std::string markup = "<qt>";
+    for (const char character : text) {
+        switch (character) {
+        case '<':
+            markup += "&lt;";
+            break;
+        case '&':
+            markup += "&amp;";
+            break;
+        case '\n':
+            markup += "<br>";
+            break;
+        default:
+            markup += character;
+        }
+    }
+    return markup + "</qt>";
 }
 
 std::vector<Program> getErrorBoxes(const std::string& text, const std::string& caption)
@@ -200,8 +224,7 @@ std::vector<Program> getErrorBoxes(const std::string& text, const std::string& c
     std::vector<Program> boxes;
     boxes.emplace_back(
         TArguments{"zenity", "--error", "--no-markup", "--title=" + caption, "--text=" + doubled});
-    boxes.emplace_back(
-        TArguments{"kdialog", "--title=" + caption, "--error=" + withoutMarkup(doubled)});
+    boxes.emplace_back(TArguments{"kdialog", "--title=" + caption, "--error=" + asMarkup(doubled)});
     boxes.emplace_back(TArguments{"Xdialog", "--title", withoutLeadingSign(caption), "--msgbox",
                                   withoutLeadingSign(doubled), "0", "0"});
     boxes.emplace_back(TArguments{"xmessage", "-center", "-buttons", "OK", "-title",
@@ -218,10 +241,9 @@ bool showErrorBox(const char* text, const char* caption)
     }
     for (const Program& box : getErrorBoxes(text, caption)) {
         const int status = box.exists() ? runAndWait(box) : FAILED;
-        // A box that was closed without its button ends with 1, and so do some that found no
-        // display: no second box then, but no certainty either.
-        if (status == 0 || status == 1) {
-            return status == 0;
+        // No second box where there may have been one.
+        if (status == EXIT_SUCCESS || status == UNCERTAIN) {
+            return status == EXIT_SUCCESS;
         }
     }
     return false;

@@ -4,6 +4,7 @@
 #include <pthread.h>
 
 #include "platform/Platform.h"
+#include "platform/posix/Lock.h"
 #include "platform/posix/MutexGuard.h"
 
 namespace qor::platform
@@ -105,9 +106,12 @@ bool TEvent::enqueue(TWaiter& waiter)
 {
     const MutexGuard guard(mutex);
     EventState found = EventState::CLEAR;
-    if (!first && !state.compare_exchange_strong(found, EventState::AWAITED)) {
-        state.store(EventState::CLEAR);
-        return false;
+    while (!first && !state.compare_exchange_strong(found, EventState::AWAITED)) {
+        // Set by now, unless another thread was quicker to take that.
+        if (tryReset()) {
+            return false;
+        }
+        found = EventState::CLEAR;
     }
     waiter.previous = last;
     (last ? last->next : first) = &waiter;
@@ -178,10 +182,12 @@ void set(TEvent& event)
 void waitForEvent(TEvent& event, TLock& lock, unsigned int timeLimit)
 {
     if (event.tryReset()) {
+        offer(lock);
         return;
     }
     TWaiter waiter;
     if (!event.enqueue(waiter)) {
+        offer(lock);
         return;
     }
     release(lock);

@@ -1,10 +1,13 @@
 #include "platform/Platform.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
+#include <optional>
 #include <vector>
 
 #include <fcntl.h>
+#include <pthread.h>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -33,6 +36,42 @@ int openAtOnce(const char* path, int flags)
         }
     }
 }
+
+/// Keeps a broken pipe from ending the process, for as long as it lives and in this thread.
+class PipeSignalPause
+{
+public:
+    PipeSignalPause()
+    {
+        sigemptyset(&m_PipeSignal);
+        sigaddset(&m_PipeSignal, SIGPIPE);
+        m_WasPending = isPending();
+        pthread_sigmask(SIG_BLOCK, &m_PipeSignal, &m_Former);
+    }
+    PipeSignalPause(const PipeSignalPause&) = delete;
+    PipeSignalPause& operator=(const PipeSignalPause&) = delete;
+
+    ~PipeSignalPause()
+    {
+        int number = 0;
+        if (!m_WasPending && isPending()) {
+            sigwait(&m_PipeSignal, &number);
+        }
+        pthread_sigmask(SIG_SETMASK, &m_Former, nullptr);
+    }
+
+private:
+    static bool isPending()
+    {
+        sigset_t pending;
+        sigpending(&pending);
+        return sigismember(&pending, SIGPIPE) == 1;
+    }
+
+    sigset_t m_PipeSignal;
+    sigset_t m_Former;
+    bool m_WasPending;
+};
 
 void closeIfOpen(std::intptr_t handle)
 {
@@ -132,6 +171,8 @@ OutputFile::OutputFile(const char* path, bool append)
         // Once it is open, a slow reader of a pipe is to be waited for, and no text dropped.
         const int handle = static_cast<int>(m_Handle);
         fcntl(handle, F_SETFL, fcntl(handle, F_GETFL) & ~O_NONBLOCK);
+        struct stat status;
+        m_IsPipe = fstat(handle, &status) == 0 && !S_ISREG(status.st_mode);
     }
 }
 
@@ -147,6 +188,8 @@ bool OutputFile::isOpen() const
 
 std::size_t OutputFile::write(const char* text, std::size_t size)
 {
+    const std::optional<PipeSignalPause> pause =
+        m_IsPipe ? std::make_optional<PipeSignalPause>() : std::nullopt;
     std::size_t done = 0;
     while (done < size) {
         const ssize_t count = ::write(static_cast<int>(m_Handle), text + done, size - done);

@@ -3,6 +3,7 @@
 #include <pthread.h>
 
 #include "platform/Platform.h"
+#include "platform/posix/Lock.h"
 #include "platform/posix/MutexGuard.h"
 
 namespace qor::platform
@@ -20,11 +21,12 @@ __attribute__((tls_model("initial-exec"))) thread_local char threadMark;
 } // namespace
 
 /// While nobody waits, one exchange takes the lock and one gives it back. Threads that have to wait
-/// do so at the condition variable, and the state is AWAITED then.
+/// do so at the condition variable, and the state is AWAITED for as long as there is one.
 struct TLock {
     std::atomic<LockState> state = LockState::FREE;
     unsigned int levels = 0;                  ///< how often the owner holds it, beyond once
     std::atomic<const void*> owner = nullptr; ///< the mark of the thread that holds it
+    unsigned int waiterCount = 0;             ///< guarded by the mutex
     pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
     pthread_cond_t freed = PTHREAD_COND_INITIALIZER;
 
@@ -38,20 +40,24 @@ struct TLock {
     void own() { owner.store(&threadMark, std::memory_order_relaxed); }
 };
 
-/// Takes the lock once it is free. The state tells of a waiting thread even if this was the last
-/// one, since there is no knowing. Kept out of `acquire`, which needs no registers saved without
+/// Takes the lock once it is free. Kept out of `acquire`, which needs no registers saved without
 /// it.
 __attribute__((noinline)) void TLock::await()
 {
     const MutexGuard guard(mutex);
+    ++waiterCount;
     while (state.exchange(LockState::AWAITED, std::memory_order_acquire) != LockState::FREE) {
         pthread_cond_wait(&freed, &mutex);
+    }
+    --waiterCount;
+    if (waiterCount == 0) {
+        state.store(LockState::HELD, std::memory_order_relaxed);
     }
     own();
 }
 
-/// Frees the lock and wakes a thread. Under the mutex, since the one that gets the lock next may
-/// destroy it as soon as it can.
+/// Frees the lock and wakes a thread. The lock cannot be destroyed meanwhile: that thread waits for
+/// it, and gets no further than to the mutex.
 void TLock::hand()
 {
     const MutexGuard guard(mutex);
@@ -97,6 +103,14 @@ void release(TLock& lock)
     lock.owner.store(nullptr, std::memory_order_relaxed);
     if (!lock.change(LockState::HELD, LockState::FREE, std::memory_order_release)) {
         lock.hand();
+    }
+}
+
+void offer(TLock& lock)
+{
+    if (lock.levels == 0 && lock.state.load(std::memory_order_relaxed) == LockState::AWAITED) {
+        release(lock);
+        acquire(lock);
     }
 }
 

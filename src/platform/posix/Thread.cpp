@@ -1,4 +1,5 @@
-#include <new>
+#include <atomic>
+#include <memory>
 
 #include <pthread.h>
 #include <sched.h>
@@ -10,8 +11,8 @@ namespace qor::platform
 {
 
 struct TThread {
-    pthread_t thread;
-    bool isJoined = false;
+    pthread_t thread = {};
+    std::atomic<bool> isJoinable = false; ///< started, and neither joined nor detached
     pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
 };
 
@@ -25,38 +26,44 @@ struct TWork {
 
 extern "C" void* runThread(void* argument)
 {
-    const TWork work = *static_cast<TWork*>(argument);
-    delete static_cast<TWork*>(argument);
-    work.work(work.argument);
+    const std::unique_ptr<TWork> work(static_cast<TWork*>(argument));
+    work->work(work->argument);
     return nullptr;
 }
 
 } // namespace
 
-TThread* createThread(void (*work)(void* argument), void* argument)
+TThread* createThread()
 {
-    TThread* const thread = new (std::nothrow) TThread;
-    TWork* const copy = new (std::nothrow) TWork{work, argument};
-    if (thread && copy && pthread_create(&thread->thread, nullptr, runThread, copy) == 0) {
-        return thread;
-    }
-    delete copy;
-    delete thread;
-    return nullptr;
+    return new TThread;
 }
 
-void join(TThread& thread)
+bool startThread(TThread& thread, void (*work)(void* argument), void* argument)
 {
-    const MutexGuard guard(thread.mutex);
-    if (!thread.isJoined) {
-        pthread_join(thread.thread, nullptr);
-        thread.isJoined = true;
+    auto copy = std::make_unique<TWork>(TWork{work, argument});
+    thread.isJoinable = pthread_create(&thread.thread, nullptr, runThread, copy.get()) == 0;
+    if (thread.isJoinable) {
+        // The thread's own from now on.
+        static_cast<void>(copy.release());
     }
+    return thread.isJoinable;
+}
+
+bool join(TThread& thread)
+{
+    if (thread.isJoinable && pthread_equal(thread.thread, pthread_self())) {
+        return false;
+    }
+    const MutexGuard guard(thread.mutex);
+    if (thread.isJoinable && pthread_join(thread.thread, nullptr) == 0) {
+        thread.isJoinable = false;
+    }
+    return !thread.isJoinable;
 }
 
 void destroyThread(TThread* thread)
 {
-    if (!thread->isJoined) {
+    if (thread->isJoinable) {
         pthread_detach(thread->thread);
     }
     pthread_mutex_destroy(&thread->mutex);
