@@ -29,6 +29,7 @@ if [ -n "$document" ]; then
 fi
 
 cd "$folder"
+cp "$here/examples/host/sample-template.xml" .
 "$host" --echo --log qorhost.log --config settings.xml "$here/examples/host/sample.xml" <"$here/examples/host/demo.txt"
 cp demo.tga "$build/demo.tga"
 echo

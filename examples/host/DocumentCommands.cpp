@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include <qor/Log.h>
 #include <qor/StringUtil.h>
 #include <qor/XMLElement.h>
 
@@ -109,21 +108,8 @@ public:
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
-        if (!m_Host.mayUseFiles()) {
-            return false;
-        }
-        const std::string filename = tokens.size() > 1 ? tokens[1] : m_Host.getFilename();
-        if (filename.empty()) {
-            return fail("The document has no file yet; name one");
-        }
-        const int size = m_Host.getDocument().save(filename, m_Formatted);
-        if (size < 0) {
-            return fail(qor::XMLElement::getLastError());
-        }
-        m_Host.setChanged(false);
-        qor::Log::info("Saved " + quote(filename));
-        print("Saved " + quote(filename) + " (" + std::to_string(size) + " bytes)");
-        return true;
+        return m_Host.saveDocument(tokens.size() > 1 ? tokens[1] : m_Host.getFilename(),
+                                   m_Formatted);
     }
 
     const bool m_Formatted;
@@ -235,6 +221,22 @@ private:
     }
 };
 
+class EditCommand : public Command
+{
+public:
+    using Command::Command;
+
+private:
+    bool run(const std::vector<std::string>& tokens) override
+    {
+        if (!m_Host.getDocument().findChild(tokens[1], false)) {
+            return fail("No element at " + quote(tokens[1]));
+        }
+        m_Host.getLife().edit(tokens[1]);
+        return true;
+    }
+};
+
 class AddCommand : public Command
 {
 public:
@@ -304,6 +306,7 @@ void addDocumentCommands(Host& host)
         {"boolean", "PATH [DEFAULT]", "Show a value as true or false", 1, 2}, readBoolean);
     host.addCommand<PutCommand>(
         {"put", "PATH VALUE...", "Set a value, creating what is missing", 2, -1});
+    host.addCommand<EditCommand>({"edit", "PATH", "Type a value in a line of its own", 1, 1});
     host.addCommand<AddCommand>(
         {"add", "PATH [VALUE...]", "Append an element, even beside one of its name", 1, -1});
     host.addCommand<DeleteCommand>({"delete", "PATH", "Delete an element", 1, 1}, false);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -56,19 +55,22 @@ public:
 private:
     bool run(const std::vector<std::string>&) override
     {
-        qor::Console& console = m_Host.getConsole();
-        // The echo of this line is all that was printed since, if it follows right behind.
-        const bool isRepeated = m_RefusedAt && console.getOutputModCount() == *m_RefusedAt + 1;
-        if (m_Host.getMode() == Host::Mode::FULL_SCREEN && m_Host.isChanged() && !isRepeated) {
-            fail("There are unsaved changes; quit once more to drop them");
-            m_RefusedAt = console.getOutputModCount();
-            return false;
-        }
-        m_Host.quit();
+        m_Host.getLife().quit();
         return true;
     }
+};
 
-    std::optional<unsigned int> m_RefusedAt; ///< the console's output count behind the refusal
+class StateCommand : public Command
+{
+public:
+    using Command::Command;
+
+private:
+    bool run(const std::vector<std::string>&) override
+    {
+        print(m_Host.getLife().getPath());
+        return true;
+    }
 };
 
 class RemarkCommand : public Command
@@ -86,5 +88,6 @@ void addGeneralCommands(Host& host)
 {
     host.addCommand<RemarkCommand>({"#", "WORD...", "Do nothing; a remark", 0, -1});
     host.addCommand<HelpCommand>({"help", "[COMMAND]", "Tell what commands do", 0, 1});
+    host.addCommand<StateCommand>({"state", "", "Show what the host is at", 0, 0});
     host.addCommand<QuitCommand>({"quit", "", "Leave", 0, 0});
 }

@@ -16,23 +16,32 @@ constexpr const char* FAILURE = "Error: ";
 } // namespace
 
 Host::Host(Mode mode)
-    : m_Mode(mode), m_Document("document"),
-      m_Console(mode == Mode::FULL_SCREEN ? SCREEN_LINES : KEEP_ALL_LINES), m_Settings(*this)
+    : m_LogCloser(), m_Mode(mode), m_Document("document"),
+      m_Console(mode == Mode::FULL_SCREEN ? SCREEN_LINES : KEEP_ALL_LINES), m_Life(*this),
+      m_Settings(*this)
 {
     // The console has these two already, but does not give their help texts out.
     m_Descriptions["get"] = {"get", "VARIABLE", "Show a console variable", 1, 1};
     m_Descriptions["set"] = {"set", "VARIABLE VALUE", "Set a console variable", 2, 2};
 }
 
-Host::~Host()
-{
-    qor::Log::close();
-}
-
 std::string Host::getUserFile(const std::string& name)
 {
     const std::string directory = qor::File::getUserDataDirectory("qorhost", true);
     return directory.empty() ? directory : qor::File::filePath(directory, name);
+}
+
+std::string Host::getPrompt()
+{
+    const std::string prompt = m_Life.getPrompt();
+    return (prompt.empty() ? m_Settings.getTable().getString("prompt") : prompt) + " ";
+}
+
+void Host::refresh() const
+{
+    if (m_Refresher) {
+        m_Refresher();
+    }
 }
 
 void Host::registerCommand(std::unique_ptr<Command> command)
@@ -55,20 +64,35 @@ const std::map<std::string, Command::TDescription>& Host::getDescriptions() cons
 
 void Host::putChar(char character)
 {
-    const unsigned int outputModCount = m_Console.getOutputModCount();
     m_Result.reset();
     if (character != ENTER) {
         m_Console.putChar(character);
         return;
     }
-    if (m_Settings.getTable().getBoolean("log/commands")) {
-        qor::Log::debug(getPrompt() + m_Console.getCommandLine());
-    }
-    m_Console.putChar(character);
+    const unsigned int outputModCount = m_Console.getOutputModCount();
+    runLine();
     m_Settings.takeVariables();
     if (hasLineFailed(outputModCount)) {
         m_HasFailed = true;
     }
+}
+
+/// Gives the typed line to the state that asked for it, and else to the console.
+void Host::runLine()
+{
+    const std::string line = m_Console.getCommandLine();
+    if (m_Settings.getTable().getBoolean("log/commands")) {
+        qor::Log::debug(getPrompt() + line);
+    }
+    if (m_Life.getPrompt().empty()) {
+        m_Console.putChar(ENTER);
+        return;
+    }
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        m_Console.putChar(DELETE_LAST);
+    }
+    m_Console.print(line);
+    m_Life.takeLine(line);
 }
 
 bool Host::hasLineFailed(unsigned int outputModCountBefore) const
@@ -132,6 +156,24 @@ bool Host::loadDocument(const std::string& filename)
     return takeDocument();
 }
 
+bool Host::saveDocument(const std::string& filename, bool formatted)
+{
+    if (!mayUseFiles()) {
+        return false;
+    }
+    if (filename.empty()) {
+        return fail("The document has no file yet; name one");
+    }
+    const int size = m_Document.save(filename, formatted);
+    if (size < 0) {
+        return fail(qor::XMLElement::getLastError());
+    }
+    m_IsChanged = false;
+    qor::Log::info("Saved '" + filename + "'");
+    m_Console.print("Saved '" + filename + "' (" + std::to_string(size) + " bytes)");
+    return true;
+}
+
 void Host::update()
 {
     if (!m_Loader.isBusy()) {
@@ -149,7 +191,6 @@ bool Host::mayUseFiles()
     return !m_Loader.isBusy() || fail("Wait until '" + m_Loader.getFilename() + "' is loaded");
 }
 
-/// @return how many milliseconds to wait before progress is shown once more
 unsigned int Host::getProgressInterval() const
 {
     constexpr float MILLISECONDS = 1000.0f;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -11,6 +12,7 @@
 #include <qor/XMLElement.h>
 
 #include "Command.h"
+#include "HostLife.h"
 #include "Loader.h"
 #include "Settings.h"
 
@@ -28,15 +30,14 @@ public:
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
-    /// Closes the log.
-    ~Host();
-
     /// @return the path of a file in the user's data directory; empty if there is no such place
     static std::string getUserFile(const std::string& name);
 
     Mode getMode() const { return m_Mode; }
     qor::Console& getConsole() { return m_Console; }
-    std::string getPrompt() const { return m_Settings.getTable().getString("prompt") + " "; }
+    std::string getPrompt();
+
+    HostLife& getLife() { return m_Life; }
 
     Settings& getSettings() { return m_Settings; }
     const Settings& getSettings() const { return m_Settings; }
@@ -95,6 +96,10 @@ public:
     /// @return false then
     bool mayUseFiles();
 
+    /// Writes the document to a file. If that fails or there is no name, the reason is printed.
+    /// @return whether it succeeded
+    bool saveDocument(const std::string& filename, bool formatted);
+
     /// @return the file that the document was loaded from; empty if there is none
     const std::string& getFilename() const { return m_Filename; }
 
@@ -110,16 +115,34 @@ public:
     void setLogLevel(qor::Log::Level level);
     /// @}
 
+    /// Whether the session is at its end. The host's life sees to that: see HostLife::quit.
+    /// @{
     bool isQuitting() const { return m_IsQuitting; }
-    void quit() { m_IsQuitting = true; }
+    void leave() { m_IsQuitting = true; }
+    /// @}
+
+    /// Shows at once what was printed, while a command is still at work.
+    /// @{
+    void refresh() const;
+    void setRefresher(std::function<void()> refresher) { m_Refresher = std::move(refresher); }
+    /// @}
+
+    /// @return how many milliseconds to wait before progress is shown once more
+    unsigned int getProgressInterval() const;
 
 private:
     void registerCommand(std::unique_ptr<Command> command);
+    void runLine();
     bool hasLineFailed(unsigned int outputModCountBefore) const;
-    unsigned int getProgressInterval() const;
     void showProgress(const Loader::TProgress& progress);
     bool takeDocument();
 
+    /// Closes the log when all else has ended, the loader's thread too.
+    struct TLogCloser {
+        ~TLogCloser() { qor::Log::close(); }
+    };
+
+    const TLogCloser m_LogCloser;
     const Mode m_Mode;
     qor::XMLElement m_Document;
     std::string m_Filename;
@@ -132,6 +155,8 @@ private:
     std::optional<bool> m_Result; ///< of the line's command, if one of the host ran
     std::map<std::string, Command::TDescription> m_Descriptions;
     std::map<std::string, std::unique_ptr<Command>> m_Commands;
-    qor::Console m_Console; ///< refers to members above
-    Settings m_Settings;    ///< refers to this host and its console
+    qor::Console m_Console;            ///< refers to members above
+    std::function<void()> m_Refresher; ///< none in a script
+    HostLife m_Life;
+    Settings m_Settings; ///< refers to this host and its console
 };

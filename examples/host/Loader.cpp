@@ -1,5 +1,6 @@
 #include "Loader.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <fstream>
 #include <new>
@@ -84,7 +85,11 @@ std::optional<std::string> Loader::readSource()
     }
     std::ifstream file(m_Filename, std::ios::binary);
     TProgress progress;
-    progress.size = qor::File::fileSize(m_Filename);
+    const std::streamoff end = file.seekg(0, std::ios::end).tellg();
+    progress.size = static_cast<std::uint64_t>(std::max<std::streamoff>(end, 0));
+    file.clear();
+    file.seekg(0);
+    file.clear();
     std::string source;
     source.reserve(progress.size + BLOCK_SIZE);
     while (file) {

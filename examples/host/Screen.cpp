@@ -130,7 +130,12 @@ public:
             init_pair(ERROR_COLOURS, COLOR_RED, DEFAULT_COLOUR);
         }
         layOut();
+        m_Host.setRefresher([this] { draw(); });
     }
+
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+    ~Screen() { m_Host.setRefresher(nullptr); }
 
     void run(const SignalGuard& signals)
     {
@@ -213,7 +218,7 @@ private:
             layOut();
             break;
         case END_OF_INPUT:
-            m_IsLeaving = true;
+            m_Host.getLife().quit();
             break;
         default:
             if (key < KEY_MIN) {

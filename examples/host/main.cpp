@@ -5,6 +5,7 @@
 
 #include <unistd.h>
 
+#include "CheckCommands.h"
 #include "DocumentCommands.h"
 #include "GeneralCommands.h"
 #include "Host.h"
@@ -82,6 +83,7 @@ int runHost(const TArguments& arguments)
     addGeneralCommands(host);
     addDocumentCommands(host);
     addSettingsCommands(host);
+    addCheckCommands(host);
     addImageCommands(host);
     addLogCommands(host, openLog(host, arguments.log));
 
@@ -94,9 +96,11 @@ int runHost(const TArguments& arguments)
         std::cerr << "qorhost: this terminal cannot be used; see the variable TERM\n";
         return EXIT_FAILURE;
     }
-    // What is known only to the session, such as the recent document; without a place there is
-    // none.
-    host.getSettings().save();
+    // The recent document, say. While one is being loaded, the text of the last XML error is the
+    // loader's.
+    if (!host.isLoading()) {
+        host.getSettings().save();
+    }
     return EXIT_SUCCESS;
 }
 

@@ -6,7 +6,10 @@ if(SETTINGS)
     configure_file(${SETTINGS} ${FOLDER}/settings.xml COPYONLY)
 endif()
 if(DOCUMENT)
-    file(COPY ${DOCUMENT} DESTINATION ${FOLDER})
+    # With its template, if it has one.
+    get_filename_component(folder ${DOCUMENT} DIRECTORY)
+    file(GLOB documents ${folder}/*.xml)
+    file(COPY ${documents} DESTINATION ${FOLDER})
     get_filename_component(document ${DOCUMENT} NAME)
 endif()
 execute_process(COMMAND ${HOST} --echo --log host.log --config settings.xml ${document}

@@ -1,0 +1,131 @@
+#include "CheckCommands.h"
+
+#include <cstdint>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <qor/CRC32.h>
+#include <qor/File.h>
+#include <qor/MD5.h>
+#include <qor/Thread.h>
+#include <qor/XMLElement.h>
+
+#include "Command.h"
+#include "Host.h"
+
+namespace
+{
+
+class ValidateCommand : public Command
+{
+public:
+    using Command::Command;
+
+private:
+    bool run(const std::vector<std::string>& tokens) override
+    {
+        if (!m_Host.mayUseFiles()) {
+            return false;
+        }
+        qor::XMLElement templateRoot("");
+        if (templateRoot.load(tokens[1]) < 0) {
+            return fail(tokens[1] + ": " + qor::XMLElement::getLastError());
+        }
+        if (!m_Host.getDocument().validate(&templateRoot)) {
+            return fail(qor::XMLElement::getLastError());
+        }
+        print("The document fits '" + tokens[1] + "'");
+        return true;
+    }
+};
+
+std::string readMD5(qor::Checksum& checksum)
+{
+    checksum.finalize();
+    return checksum.getChecksumHex();
+}
+
+/// @return the value that is usually called CRC-32, the one's complement of what an object gives
+/// that
+///         began with all bits set
+std::string readCRC32(qor::Checksum& checksum)
+{
+    const unsigned int usual = ~checksum.getChecksumInteger();
+    constexpr int BITS_PER_DIGIT = 4;
+    std::string text;
+    for (int shift = 32 - BITS_PER_DIGIT; shift >= 0; shift -= BITS_PER_DIGIT) {
+        text += "0123456789abcdef"[usual >> shift & 0xF];
+    }
+    return text;
+}
+
+class ChecksumCommand : public Command
+{
+public:
+    using TReader = std::string (*)(qor::Checksum& checksum);
+
+    /// @param checksum is the command's own
+    ChecksumCommand(Host& host, const TDescription& description,
+                    std::unique_ptr<qor::Checksum> checksum, TReader reader)
+        : Command(host, description), m_Checksum(std::move(checksum)), m_Reader(reader)
+    {
+    }
+
+private:
+    bool run(const std::vector<std::string>& tokens) override
+    {
+        m_Checksum->reset();
+        if (tokens.size() == 1) {
+            m_Host.getDocument().calculateChecksum(*m_Checksum);
+        } else if (!addFile(tokens[1])) {
+            return fail(tokens[1] + ": the file cannot be read");
+        }
+        print(m_Reader(*m_Checksum));
+        return true;
+    }
+
+    bool addFile(const std::string& filename)
+    {
+        constexpr std::size_t BLOCK_SIZE = std::size_t{1} << 20;
+        if (!qor::File::fileExists(filename)) {
+            return false;
+        }
+        std::ifstream file(filename, std::ios::binary);
+        std::vector<char> block(BLOCK_SIZE);
+        std::uint64_t done = 0;
+        unsigned int shown = qor::Thread::timer();
+        while (file) {
+            file.read(block.data(), static_cast<std::streamsize>(block.size()));
+            const auto count = static_cast<unsigned int>(file.gcount());
+            m_Checksum->addRaw(reinterpret_cast<const unsigned char*>(block.data()), count);
+            done += count;
+            if (qor::Thread::timer() - shown >= m_Host.getProgressInterval()) {
+                shown = qor::Thread::timer();
+                print(filename + ": " + std::to_string(done >> 20) + " MiB so far");
+                m_Host.refresh();
+            }
+        }
+        return file.eof();
+    }
+
+    const std::unique_ptr<qor::Checksum> m_Checksum;
+    const TReader m_Reader;
+};
+
+} // namespace
+
+void addCheckCommands(Host& host)
+{
+    constexpr unsigned int ALL_BITS = 0xFFFFFFFF;
+    host.addCommand<ValidateCommand>(
+        {"validate", "TEMPLATE", "Hold the document against a template file", 1, 1});
+    host.addCommand<ChecksumCommand>(
+        {"crc32", "[FILE]", "Show the CRC-32 of the document's tree or of a file", 0, 1},
+        std::make_unique<qor::CRC32>(ALL_BITS), readCRC32);
+    host.addCommand<ChecksumCommand>(
+        {"md5", "[FILE]", "Show the MD5 of the document's tree or of a file", 0, 1},
+        std::make_unique<qor::MD5>(), readMD5);
+}
