@@ -1,10 +1,9 @@
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 #include "foundation/StreamText.h"
@@ -20,11 +19,15 @@ namespace
 /// greater.
 unsigned int readLimit(std::string_view text)
 {
-    text = withoutLeadingSpace(text);
-    unsigned int limit = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), limit);
-    return result.ec == std::errc::result_out_of_range ? std::numeric_limits<unsigned int>::max()
-                                                       : limit;
+    constexpr std::uint64_t GREATEST = std::numeric_limits<unsigned int>::max();
+    std::uint64_t limit = 0;
+    for (const char character : withoutLeadingSpace(text)) {
+        if (!isDigit(character)) {
+            break;
+        }
+        limit = std::min(limit * 10 + static_cast<std::uint64_t>(character - '0'), GREATEST);
+    }
+    return static_cast<unsigned int>(limit);
 }
 
 void readRange(std::string_view part, unsigned int& lower, unsigned int& upper)
@@ -32,6 +35,12 @@ void readRange(std::string_view part, unsigned int& lower, unsigned int& upper)
     lower = readLimit(part);
     const std::size_t dash = part.find('-');
     upper = dash == std::string_view::npos ? lower : readLimit(part.substr(dash + 1));
+}
+
+/// An order in which lengths come first: most names are told apart by them.
+bool isBefore(const std::string& a, const std::string& b)
+{
+    return a.size() != b.size() ? a.size() < b.size() : a < b;
 }
 
 bool isComment(std::string_view name)
@@ -50,10 +59,22 @@ bool isComment(std::string_view name)
 class XMLElement::Validator
 {
 public:
+    /// Small templates need no memory beyond this.
+    Validator()
+    {
+        constexpr std::size_t USUAL_RULES = 32;
+        m_Rules.reserve(USUAL_RULES);
+        m_ByName.reserve(USUAL_RULES);
+        m_Standing.reserve(USUAL_RULES);
+        m_Children.reserve(USUAL_RULES);
+    }
+
     bool fits(const XMLElement& root, const XMLElement& templateRoot, unsigned int minLength,
               unsigned int maxLength)
     {
-        addRule({&templateRoot, 0, 0, minLength, maxLength, true, 0, NONE});
+        TRule& rule = addRule(templateRoot, NONE);
+        rule.minLength = minLength;
+        rule.maxLength = maxLength;
         bool isFitting = visit(root, 0);
         while (isFitting && !m_Open.empty()) {
             isFitting = goOn();
@@ -62,7 +83,11 @@ public:
     }
 
 private:
+    // Records are filled where they stand: a copy of what was just written part by part makes the
+    // processor wait.
+
     static constexpr std::size_t NONE = std::numeric_limits<std::size_t>::max();
+    static constexpr std::size_t EMPTY_LEVEL = 0;
 
     struct TRule {
         const XMLElement* templateElement;
@@ -120,8 +145,12 @@ private:
             return false;
         }
         if (m_Children.size() > firstChild || level.firstStanding < level.endStanding) {
-            m_Open.push_back({firstChild, firstChild, firstChild, NONE, 0, level.firstStanding,
-                              level.endStanding});
+            TOpenElement& open = m_Open.emplace_back();
+            open.firstChild = firstChild;
+            open.laterChild = firstChild;
+            open.rule = NONE;
+            open.nextStanding = level.firstStanding;
+            open.endStanding = level.endStanding;
         }
         return true;
     }
@@ -135,7 +164,9 @@ private:
         for (const XMLElement* child = element.m_FirstChild; child; child = child->m_NextSibling) {
             const std::size_t rule = findRule(child->m_Name, level, previous);
             if (rule != NONE) {
-                m_Children.push_back({rule, child});
+                TChild& added = m_Children.emplace_back();
+                added.nameRule = rule;
+                added.element = child;
                 isOrdered = isOrdered && previous <= rule;
                 previous = rule;
             } else if (!isComment(child->m_Name)) {
@@ -161,9 +192,11 @@ private:
             }
         }
         const std::size_t* const end = m_ByName.data() + level.endRule;
-        const std::size_t* const found = std::lower_bound(
-            m_ByName.data() + level.firstRule, end, name,
-            [this](std::size_t rule, const std::string& sought) { return nameOf(rule) < sought; });
+        const std::size_t* const found =
+            std::lower_bound(m_ByName.data() + level.firstRule, end, name,
+                             [this](std::size_t rule, const std::string& sought) {
+                                 return isBefore(nameOf(rule), sought);
+                             });
         return found != end && nameOf(*found) == name ? *found : NONE;
     }
 
@@ -250,10 +283,10 @@ private:
         const std::size_t firstStanding = m_Standing.size();
         for (const XMLElement* child = m_Rules[parentRule].templateElement->m_FirstChild; child;
              child = child->m_NextSibling) {
-            TRule rule{child, 0, 0, 0, 0, false, m_Rules.size(), NONE};
+            const std::size_t level = child->m_FirstChild ? NONE : EMPTY_LEVEL;
+            TRule& rule = addRule(*child, level);
             rule.isReadable = child->parseTemplateRule(child->m_Value, rule.minCount, rule.maxCount,
                                                        rule.minLength, rule.maxLength);
-            addRule(rule);
         }
         sortByName(firstRule);
         for (std::size_t rule = firstRule; rule < m_Rules.size(); ++rule) {
@@ -266,10 +299,14 @@ private:
         m_Levels.push_back({firstRule, m_Rules.size(), firstStanding, m_Standing.size()});
     }
 
-    void addRule(const TRule& rule)
+    TRule& addRule(const XMLElement& templateElement, std::size_t level)
     {
         m_ByName.push_back(m_Rules.size());
-        m_Rules.push_back(rule);
+        TRule& rule = m_Rules.emplace_back();
+        rule.templateElement = &templateElement;
+        rule.nameRule = m_ByName.back();
+        rule.level = level;
+        return rule;
     }
 
     /// Sorts the level that begins with a rule, and tells repeats which rule they repeat.
@@ -277,8 +314,7 @@ private:
     {
         std::sort(m_ByName.begin() + static_cast<std::ptrdiff_t>(firstRule), m_ByName.end(),
                   [this](std::size_t a, std::size_t b) {
-                      const int order = nameOf(a).compare(nameOf(b));
-                      return order < 0 || (order == 0 && a < b);
+                      return isBefore(nameOf(a), nameOf(b)) || (a < b && nameOf(a) == nameOf(b));
                   });
         for (std::size_t i = firstRule + 1; i < m_ByName.size(); ++i) {
             if (nameOf(m_ByName[i]) == nameOf(m_ByName[i - 1])) {
@@ -295,7 +331,7 @@ private:
     std::vector<TRule> m_Rules;
     std::vector<std::size_t> m_ByName; ///< the rules of each level, sorted by name
     std::vector<std::size_t> m_Standing;
-    std::vector<TLevel> m_Levels;
+    std::vector<TLevel> m_Levels{{0, 0, 0, 0}}; ///< the first one is the EMPTY_LEVEL
     std::vector<TChild> m_Children;
     std::vector<TOpenElement> m_Open;
 };
