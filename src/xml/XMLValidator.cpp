@@ -62,7 +62,7 @@ public:
     /// Small templates need no memory beyond this.
     Validator()
     {
-        constexpr std::size_t USUAL_RULES = 32;
+        constexpr std::size_t USUAL_RULES = 128;
         m_Rules.reserve(USUAL_RULES);
         m_ByName.reserve(USUAL_RULES);
         m_Standing.reserve(USUAL_RULES);
