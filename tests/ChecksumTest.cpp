@@ -52,27 +52,18 @@ public:
     {
         m_Pieces.append(data, data + length);
     }
-    void finalize() override { m_Pieces += "finalize"; }
+    void finalize() override {}
     unsigned int getChecksumLength() override { return m_Length; }
     void getChecksumRaw(unsigned char* out) override
     {
         const std::string bytes = m_Pieces.substr(m_Pieces.size() - m_Length);
         std::copy(bytes.begin(), bytes.end(), out);
     }
-    void reset() override { m_Pieces += "reset"; }
+    void reset() override {}
 
     unsigned int m_Length;
     std::string m_Pieces;
 };
-
-template<typename TChecksum>
-std::string fingerprint(const std::string& document, TChecksum checksum = TChecksum())
-{
-    qor::XMLElement tree("");
-    tree.parse(document);
-    tree.calculateChecksum(checksum);
-    return finished(checksum);
-}
 
 } // namespace
 
@@ -110,24 +101,19 @@ TEST(ChecksumTest, RegisterOfCRC32IsReadAsItIs)
     CRC32 checksum(5);
     EXPECT_EQ(checksum.getChecksumLength(), 4u);
     EXPECT_EQ(finished(checksum), "05000000");
-    const std::string text("a\0b", 3);
-    checksum.add(text);
     CRC32 copy(checksum), assigned;
+    checksum.add(std::string("a\0b", 3));
+    copy.add("a\0c");
+    copy.finalize();
+    copy.addRaw(nullptr, 0);
+    EXPECT_NE(copy.getChecksumInteger(), checksum.getChecksumInteger());
+    copy.add(std::string("\0b", 2));
+    EXPECT_EQ(copy.getChecksumInteger(), checksum.getChecksumInteger());
     assigned = checksum;
-    CRC32 same(5);
-    same.add("a");
-    EXPECT_NE(same.getChecksumInteger(), checksum.getChecksumInteger());
-    same.finalize();
-    same.addRaw(nullptr, 0);
-    same.add("");
-    same.add(text.substr(1));
-    EXPECT_EQ(same.getChecksumInteger(), checksum.getChecksumInteger());
-    checksum.add("more");
-    EXPECT_EQ(copy.getChecksumInteger(), same.getChecksumInteger());
-    copy.reset();
-    assigned.reset();
-    EXPECT_EQ(copy.getChecksumInteger(), 5u);
-    EXPECT_EQ(assigned.getChecksumInteger(), 5u);
+    for (CRC32* each : {&copy, &assigned}) {
+        each->reset();
+        EXPECT_EQ(each->getChecksumInteger(), 5u);
+    }
 }
 
 TEST(ChecksumTest, DigestsAreReadAsTheStateIs)
@@ -195,6 +181,4 @@ TEST(ChecksumTest, TreesAreFedInDocumentOrder)
     recorder.m_Pieces.clear();
     tree.findChild("a/b")->calculateChecksum(recorder);
     EXPECT_EQ(recorder.m_Pieces, "[b][2][!--c--][]");
-    EXPECT_EQ(fingerprint<MD5>("<a>b</a>"), fingerprint<MD5>("<ab></ab>"));
-    EXPECT_NE(fingerprint<CRC32>("<a>b</a>", CRC32(1)), fingerprint<CRC32>("<a>b</a>"));
 }

@@ -87,38 +87,24 @@ std::string slowFault(const XMLElement& element, const XMLElement& templateEleme
 class RandomTrees
 {
 public:
-    XMLElement makeTemplate() { return make(3, true); }
-    XMLElement makeDocument() { return make(3, false); }
-
-private:
-    XMLElement make(unsigned int levels, bool isTemplate)
+    XMLElement make(bool isTemplate, int levels = 3)
     {
-        XMLElement element("r");
-        fill(element, levels, isTemplate);
-        if (isTemplate) {
-            element.setValue("0-0:0-2");
+        XMLElement element(!isTemplate && below(8) == 0 ? "!" : std::string(1, "abcde"[below(5)]));
+        element.setValue(isTemplate ? rule(levels) : repeated("x", below(8) == 0 ? 3 : below(2)));
+        for (int count = levels > 0 ? below(6) : 0; count > 0; --count) {
+            *element.createChild("") = make(isTemplate, levels - 1);
         }
         return element;
     }
 
-    void fill(XMLElement& element, unsigned int levels, bool isTemplate)
+private:
+    std::string rule(int levels)
     {
-        element.setValue(isTemplate ? rule() : repeated("x", below(8) == 0 ? 3 : below(2)));
-        for (int count = levels > 0 ? below(isTemplate ? 6 : 5) : 0; count > 0; --count) {
-            const bool isComment = !isTemplate && below(8) == 0;
-            fill(*element.createChild(isComment ? "!" : std::string(1, "abcde"[below(5)])),
-                 levels - 1, isTemplate);
-        }
-    }
-
-    std::string rule()
-    {
-        if (below(12) == 0) {
-            return "none";
-        }
-        const auto digit = [](int number) { return std::to_string(number); };
         const int least = below(3) / 2;
-        return digit(least) + "-" + digit(least + 1 + below(4)) + ":0-" + digit(1 + below(3));
+        const std::string rule = std::to_string(least) + "-" +
+                                 std::to_string(least + 1 + below(4)) + ":0-" +
+                                 std::to_string(1 + below(3));
+        return levels < 3 && below(12) == 0 ? "none" : rule;
     }
 
     int below(unsigned int end) { return static_cast<int>(m_Random() % end); }
@@ -137,29 +123,14 @@ TEST(XMLValidatorTest, FirstFaultsAreTold)
     EXPECT_EQ(XMLElement::getLastError(), "Invalid template rule '' for element ''");
 }
 
-TEST(XMLValidatorTest, NamesAreComparedByTheirBytes)
-{
-    XMLElement document("r"), templateRoot("t");
-    templateRoot.setValue("0:0");
-    for (const char* rule : {"0-9:0", "0-0:0"}) {
-        templateRoot.createChild(std::string("a\0b", 3))->setValue(rule);
-        templateRoot.createChild("")->setValue("0-9:0");
-        document.createChild("");
-        document.createChild(std::string("a\0b", 3));
-    }
-    EXPECT_EQ(faultOf(document, templateRoot), std::string("Too many 'a\0b' elements", 23));
-    document.createChild("a");
-    EXPECT_EQ(faultOf(document, templateRoot), "Unexpected element 'a' as child of 'r'");
-}
-
 TEST(XMLValidatorTest, RandomTreesGetTheVerdictsOfPlainerCode)
 {
     RandomTrees trees;
     int fitting = 0;
     for (int i = 0; i < 3000; ++i) {
-        const XMLElement templateRoot = trees.makeTemplate();
+        const XMLElement templateRoot = trees.make(true);
         for (int j = 0; j < 10; ++j) {
-            const XMLElement document = trees.makeDocument();
+            const XMLElement document = trees.make(false);
             const std::string fault = slowFault(document, templateRoot);
             ASSERT_EQ(faultOf(document, templateRoot), fault) << templateRoot.toString() << "\n"
                                                               << document.toString();
