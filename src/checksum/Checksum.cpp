@@ -1,6 +1,5 @@
 #include "qor/Checksum.h"
 
-#include <algorithm>
 #include <cstring>
 #include <limits>
 
@@ -53,12 +52,12 @@ std::string Checksum::getChecksumHex()
 
 unsigned int Checksum::getChecksumInteger()
 {
-    constexpr unsigned int SIZE = 4;
     unsigned char raw[MAX_CHECKSUM_LENGTH];
     const unsigned int length = getChecksumLength();
     getChecksumRaw(raw);
     unsigned int number = 0;
-    for (unsigned int i = length - std::min(length, SIZE); i < length; ++i) {
+    for (unsigned int i = 0; i < length; ++i) {
+        // What is more than four bytes is pushed out.
         number = number << 8 | raw[i];
     }
     return number;
