@@ -21,8 +21,6 @@ using TakesOne = void (*)(const float*, float*);
 using TakesTwo = void (*)(const float*, const float*, float*);
 using TakesNumber = void (*)(const float*, float, float*);
 
-constexpr float UNTOUCHED = 99.0f;
-
 Operation one(TakesOne operation)
 {
     return [=](const float* a, const float*, float* out) { return operation(a, out), 0; };
@@ -64,6 +62,8 @@ const std::map<std::string, Operation> OPERATIONS = {
     {"Matrix::makeRotateX", rotate(Matrix::makeRotateX)},
     {"Matrix::makeRotateY", rotate(Matrix::makeRotateY)},
     {"Matrix::makeRotateZ", rotate(Matrix::makeRotateZ)},
+    {"Matrix::makeRotate",
+     [](auto a, auto b, auto out) { return Matrix::makeRotate(a, *b, out), 0; }},
     {"Color::copy", one(Color::copy)},
     {"Color::add", two(Color::add)},
     {"Color::subtract", two(Color::subtract)},
@@ -75,107 +75,65 @@ const std::map<std::string, Operation> OPERATIONS = {
 };
 
 /// An array of one element more than a matrix, with those of a cell first.
-std::vector<float> readArray(const std::string& cell)
+std::vector<float> readArray(const std::string& cell, std::vector<float> array)
 {
-    std::vector<float> array(17, UNTOUCHED);
-    std::size_t i = 0;
-    for (const double number : readNumbers(cell)) {
-        array[i++] = static_cast<float>(number);
+    const std::vector<double> numbers = readNumbers(cell);
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        array[i] = static_cast<float>(numbers[i]);
     }
     return array;
 }
 
-/// Whether two numbers are the same, signs of zeros included.
-bool isSame(double a, double b)
+/// Compares numbers, signs of zeros included.
+void expectSame(double actual, double expected, const std::string& where)
 {
-    return std::isnan(a) ? std::isnan(b) : a == b && std::signbit(a) == std::signbit(b);
-}
-
-void expectSame(const std::vector<float>& actual, const std::vector<float>& expected,
-                const std::string& where)
-{
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-        EXPECT_TRUE(isSame(actual[i], expected[i]))
-            << where << " [" << i << "]: " << actual[i] << ", not " << expected[i];
-    }
+    const bool isSame = std::isnan(expected)
+                            ? std::isnan(actual)
+                            : actual == expected && std::signbit(actual) == std::signbit(expected);
+    EXPECT_TRUE(isSame) << where << ": " << actual << ", not " << expected;
 }
 
 } // namespace
 
 TEST(MathsTest, OperationsGiveTheseBitsAndTouchNothingElse)
 {
+    const std::vector<float> untouched(17, 99.0f);
     for (const std::vector<std::string>& row : readTable("maths")) {
-        const Operation& operation = OPERATIONS.at(row[0]);
-        const std::vector<float> a = readArray(row[1]), b = readArray(row[2]);
-        std::vector<float> out = readArray("-");
-        const double number = operation(a.data(), b.data(), out.data());
-        const double expected = row[4] == "-" ? 0.0 : readNumbers(row[4]).front();
-        EXPECT_TRUE(isSame(number, expected)) << row[0] << " " << row[1] << ": " << number;
-        expectSame(out, readArray(row[3]), row[0]);
-
-        // The result may take the place of an input; what it doesn't write stays.
-        for (const bool isFirst : {true, false}) {
-            std::vector<float> same = isFirst ? a : b;
-            std::vector<float> merged = same;
-            for (std::size_t i = 0; i < readNumbers(row[3]).size(); ++i) {
-                merged[i] = out[i];
+        const std::vector<float> a = readArray(row[1], untouched), b = readArray(row[2], untouched);
+        // The result has a place of its own, or that of an input.
+        for (const std::vector<float>* place : {&untouched, &a, &b}) {
+            std::vector<float> out = *place;
+            const double number =
+                OPERATIONS.at(row[0])(place == &a ? out.data() : a.data(),
+                                      place == &b ? out.data() : b.data(), out.data());
+            expectSame(number, row[4] == "-" ? 0 : readNumbers(row[4])[0], row[0] + " " + row[1]);
+            const std::vector<float> expected = readArray(row[3], *place);
+            for (std::size_t i = 0; i < out.size(); ++i) {
+                expectSame(out[i], expected[i], row[0] + " " + row[1] + " at " + std::to_string(i));
             }
-            operation(isFirst ? same.data() : a.data(), isFirst ? b.data() : same.data(),
-                      same.data());
-            expectSame(same, merged, row[0] + " in place");
         }
     }
 }
 
-TEST(MathsTest, RotationsAreOrthonormalAndUndoneByTheOppositeAngle)
+TEST(MathsTest, RotationsAreOrthonormalAndAgree)
 {
     const float axes[][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0.48f, -0.6f, 0.64f}};
-    for (const auto& axis : axes) {
+    const auto rotations = {Matrix::makeRotateX, Matrix::makeRotateY, Matrix::makeRotateZ};
+    for (std::size_t k = 0; k < 4; ++k) {
         for (float angle = -7.0f; angle < 7.0f; angle += 0.37f) {
-            float turn[16], back[16], transposed[16], product[16], unit[16], point[3];
+            float turn[16], back[16], product[16], unit[16], special[16];
             Matrix::identity(unit);
-            Matrix::makeRotate(axis, angle, turn);
-            Matrix::makeRotate(axis, -angle, back);
-            Matrix::transpose(turn, transposed);
+            Matrix::makeRotate(axes[k], angle, turn);
+            Matrix::copy(turn, special);
+            if (k < rotations.size()) {
+                rotations.begin()[k](angle, special);
+            }
+            Matrix::transpose(turn, back);
             Matrix::multiply(turn, back, product);
-            Matrix::multiplyV(turn, axis, point);
             for (int i = 0; i < 16; ++i) {
-                EXPECT_NEAR(transposed[i], back[i], 1e-6) << angle;
                 EXPECT_NEAR(product[i], unit[i], 1e-6) << angle;
-            }
-            for (int i = 0; i < 3; ++i) {
-                EXPECT_NEAR(point[i], axis[i], 1e-6) << angle;
+                EXPECT_FLOAT_EQ(turn[i], special[i]) << angle;
             }
         }
     }
-}
-
-TEST(MathsTest, RotationsAboutACoordinateAxisAgree)
-{
-    const float axes[][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
-    void (*const operations[])(float, float*) = {Matrix::makeRotateX, Matrix::makeRotateY,
-                                                 Matrix::makeRotateZ};
-    for (int k = 0; k < 3; ++k) {
-        for (float angle = -7.0f; angle < 7.0f; angle += 0.37f) {
-            float general[16], special[16];
-            Matrix::makeRotate(axes[k], angle, general);
-            operations[k](angle, special);
-            for (int i = 0; i < 16; ++i) {
-                EXPECT_FLOAT_EQ(general[i], special[i]) << k << " " << angle << " " << i;
-            }
-        }
-    }
-}
-
-TEST(MathsTest, ProductsActAsTheirSecondFactorFirst)
-{
-    const float offset[] = {1, 2, 3}, point[] = {1, 0, 0};
-    float move[16], turn[16], place[16], moved[3];
-    Matrix::makeTranslate(offset, move);
-    Matrix::makeRotateZ(std::acos(0.0f), turn);
-    Matrix::multiply(move, turn, place);
-    Matrix::multiplyV(place, point, moved);
-    EXPECT_NEAR(moved[0], 1, 1e-6);
-    EXPECT_NEAR(moved[1], 3, 1e-6);
-    EXPECT_EQ(moved[2], 3);
 }

@@ -1,4 +1,5 @@
-#include <cstdio>
+#include <algorithm>
+#include <functional>
 #include <random>
 #include <string>
 #include <vector>
@@ -16,8 +17,6 @@ namespace
 
 using Pixels = std::vector<std::uint32_t>;
 
-const std::string HEADER("\0\0\2\0\0\0\0\0\0\0\0\0\3\0\2\0\x18\0", 18);
-
 Pixels pixelsOf(const Image& image)
 {
     return Pixels(image.getData(), image.getData() + image.getWidth() * image.getHeight());
@@ -26,9 +25,7 @@ Pixels pixelsOf(const Image& image)
 Image makeImage(unsigned long width, unsigned long height, const Pixels& pixels)
 {
     Image image(width, height);
-    for (std::size_t i = 0; i < pixels.size(); ++i) {
-        image.getData()[i] = pixels[i];
-    }
+    std::copy(pixels.begin(), pixels.end(), image.getData());
     return image;
 }
 
@@ -48,50 +45,31 @@ class TGATest : public TemporaryFolder
 TEST_F(TGATest, SavedFilesHaveTheseBytes)
 {
     const Image image = makeImage(2, 2, {0x01FFFFFE, 0x020A0D1A, 0x80102030, 0x00000102});
-    const struct {
-        unsigned char depth;
-        std::string start, pixels;
-    } cases[] = {
-        {8, "000003", "2001fe10"},
-        {24, "000002",
-         "302010"
-         "020100"
-         "feffff"
-         "1a0d0a"},
-        {32, "000002",
-         "30201080"
-         "02010000"
-         "feffff01"
-         "1a0d0a02"},
-    };
-    for (const auto& c : cases) {
-        write("a.tga", std::string(99, 'x'));
-        EXPECT_EQ(image.saveTGA(path("a.tga").c_str(), c.depth), 4);
-        std::string digits;
-        for (const char byte : read(path("a.tga"))) {
-            char pair[3];
-            std::snprintf(pair, sizeof pair, "%02x", static_cast<unsigned char>(byte));
-            digits += pair;
-        }
-        const std::string depth = c.depth == 8 ? "0800" : c.depth == 24 ? "1800" : "2000";
-        EXPECT_EQ(digits, c.start + "000000000000000000" + "02000200" + depth + c.pixels);
+    const std::vector<std::string> pixels = {
+        "\x20\x01\xFE\x10", std::string("\x30\x20\x10\2\1\0\xFE\xFF\xFF\x1A\x0D\x0A", 12),
+        std::string("\x30\x20\x10\x80\2\1\0\0\xFE\xFF\xFF\1\x1A\x0D\x0A\2", 16)};
+    const std::string filename = write("a.tga", std::string(99, 'x'));
+    for (const int depth : {8, 24, 32}) {
+        std::string header("\0\0\2\0\0\0\0\0\0\0\0\0\2\0\2\0\0\0", 18);
+        header[2] = depth == 8 ? 3 : 2;
+        header[16] = static_cast<char>(depth);
+        EXPECT_EQ(image.saveTGA(filename.c_str(), static_cast<unsigned char>(depth)), 4);
+        EXPECT_EQ(read(filename), header + pixels[static_cast<std::size_t>(depth - 8) / 12]);
     }
 }
 
 TEST_F(TGATest, SavedPicturesComeBack)
 {
-    std::mt19937 random(3);
+    std::independent_bits_engine<std::mt19937, 32, std::uint32_t> random;
     const std::size_t sizes[][2] = {{1, 1}, {5, 3}, {300, 41}, {4096, 2}, {1, 9001}, {9001, 1}};
     for (const auto& size : sizes) {
         Pixels pixels(size[0] * size[1]);
-        for (std::uint32_t& pixel : pixels) {
-            pixel = static_cast<std::uint32_t>(random());
-        }
+        std::generate(pixels.begin(), pixels.end(), std::ref(random));
         const Image image = makeImage(size[0], size[1], pixels);
         for (const int depth : {8, 24, 32}) {
-            Pixels expected;
-            for (const std::uint32_t pixel : pixels) {
-                expected.push_back(stored(pixel, depth));
+            Pixels expected(pixels);
+            for (std::uint32_t& pixel : expected) {
+                pixel = stored(pixel, depth);
             }
             Image loaded;
             const std::string filename = path("a.tga");
@@ -108,57 +86,25 @@ TEST_F(TGATest, SavedPicturesComeBack)
 
 TEST_F(TGATest, HeadersAreTakenOrRefused)
 {
-    // Bytes of the header that are changed, the result, and the first pixel if there is one.
-    const struct {
-        std::vector<std::pair<std::size_t, int>> changes;
-        int result;
-        std::uint32_t pixel;
-    } cases[] = {
-        {{}, 6, 0xFF6C6B6A},
-        {{{0, 5}}, 6, 0xFF71706F},
-        {{{0, 255}}, -6, 0},
-        {{{1, 1}}, -3, 0},
-        {{{1, 2}}, -3, 0},
-        {{{1, 1}, {2, 1}, {16, 9}}, -3, 0},
-        {{{2, 1}, {16, 9}}, -4, 0},
-        {{{2, 0}}, -4, 0},
-        {{{2, 4}}, -4, 0},
-        {{{2, 9}}, -4, 0},
-        {{{2, 10}}, -4, 0},
-        {{{2, 11}}, -4, 0},
-        {{{16, 16}}, -5, 0},
-        {{{16, 0}}, -5, 0},
-        {{{16, 255}}, -5, 0},
-        {{{2, 3}}, 6, 0xFF6C6B6A},
-        {{{16, 8}}, 6, 0xFF646464},
-        {{{16, 32}}, 6, 0x706F6E6D},
-        {{{3, 1}, {5, 9}, {8, 3}, {10, 4}, {17, 0x28}}, 6, 0xFF6C6B6A},
-        {{{12, 0}, {0, 255}}, 0, 0},
-        {{{14, 0}}, 0, 0},
-        {{{13, 1}}, -6, 0},
-        {{{15, 1}}, -6, 0},
-    };
-    for (const auto& c : cases) {
-        std::string bytes = HEADER;
-        for (const auto& [offset, value] : c.changes) {
-            bytes[offset] = static_cast<char>(value);
-        }
-        for (char byte = 'a'; byte < 'a' + 30; ++byte) {
-            bytes += byte;
+    for (const std::vector<std::string>& row : readTable("tga-headers")) {
+        std::string bytes("\0\0\2\0\0\0\0\0\0\0\0\0\3\0\2\0\x18\0abcdefghijklmnopqrstuvwxyz{|}~",
+                          48);
+        const std::vector<double> changes = readNumbers(row[0]);
+        for (std::size_t i = 0; i < changes.size(); i += 2) {
+            bytes[static_cast<std::size_t>(changes[i])] =
+                static_cast<char>(static_cast<unsigned char>(changes[i + 1]));
         }
         Image image = makeImage(1, 1, {42});
-        EXPECT_EQ(image.loadTGA(write("a.tga", bytes).c_str()), c.result);
-        if (c.result < 0 && c.result > -6) {
+        const int result = image.loadTGA(write("a.tga", bytes).c_str());
+        EXPECT_EQ(result, readNumbers(row[1])[0]) << row[0];
+        if (result < 0 && result > -6) {
             EXPECT_EQ(pixelsOf(image), Pixels{42});
             continue;
         }
-        const auto byteAt = [&bytes](std::size_t i) {
-            return static_cast<unsigned char>(bytes[i]);
-        };
-        EXPECT_EQ(image.getWidth(), byteAt(12) + 256 * byteAt(13));
-        EXPECT_EQ(image.getHeight(), byteAt(14) + 256 * byteAt(15));
-        EXPECT_EQ(image.getData() == nullptr, c.result == 0);
-        EXPECT_EQ(c.result == 6 ? image.getData()[0] : 0, c.pixel);
+        EXPECT_EQ(image.getWidth(), bytes[12] + 256 * bytes[13]);
+        EXPECT_EQ(image.getHeight(), bytes[14] + 256 * bytes[15]);
+        EXPECT_EQ(image.getData() == nullptr, result == 0);
+        EXPECT_TRUE(result <= 0 || image.getData()[0] == readNumbers(row[2])[0]) << row[0];
     }
 }
 

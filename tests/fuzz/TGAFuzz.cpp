@@ -13,33 +13,11 @@
 namespace
 {
 
-/// A file for one process, gone at its end.
-class TemporaryFile
-{
-public:
-    ~TemporaryFile() { std::filesystem::remove(m_Name); }
-
-    const char* write(const std::uint8_t* data, std::size_t size) const
-    {
-        std::ofstream file(m_Name, std::ios::binary);
-        file.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
-        return m_Name.c_str();
-    }
-
-private:
-    std::string m_Name =
-        (std::filesystem::temp_directory_path() / ("qortk-fuzz-" + std::to_string(getpid())))
-            .string();
-};
-
-/// What the bytes are to load as, told by their sizes alone.
+/// What the bytes are to load as.
 int expectedResult(const std::uint8_t* data, std::size_t size)
 {
-    if (size < 18) {
-        return -2;
-    }
-    if (data[1] != 0) {
-        return -3;
+    if (size < 18 || data[1] != 0) {
+        return size < 18 ? -2 : -3;
     }
     if (data[2] != 2 && data[2] != 3) {
         return -4;
@@ -59,17 +37,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size >= 18 && (data[13] > 3 || data[15] > 3)) {
         return 0; // such images would take more time and memory than they are worth
     }
-    static const TemporaryFile temporary;
-    const char* const filename = temporary.write(data, size);
-    qor::Image image(1, 1);
-    const int result = image.loadTGA(filename);
+    const std::filesystem::path path =
+        std::filesystem::temp_directory_path() / ("qortk-fuzz-" + std::to_string(getpid()));
+    const std::string filename = path.string();
+    std::ofstream(path, std::ios::binary) << std::string(data, data + size);
+    qor::Image image(1, 1), copy;
+    const int result = image.loadTGA(filename.c_str());
     bool isFine = result == expectedResult(data, size);
     if (result >= 0) {
-        qor::Image copy;
-        isFine = isFine && image.saveTGA(filename, 32) == result &&
-                 copy.loadTGA(filename) == result &&
+        isFine = isFine && image.saveTGA(filename.c_str(), 32) == result &&
+                 copy.loadTGA(filename.c_str()) == result &&
                  std::equal(image.getData(), image.getData() + result, copy.getData());
     }
+    std::filesystem::remove(path);
     if (!isFine) {
         std::abort();
     }
