@@ -1,33 +1,17 @@
-#include <algorithm>
 #include <functional>
-#include <random>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "PixelData.h"
 #include "TemporaryFolder.h"
 #include "TestData.h"
-#include "qor/Image.h"
 
 using qor::Image;
 
 namespace
 {
-
-using Pixels = std::vector<std::uint32_t>;
-
-Pixels pixelsOf(const Image& image)
-{
-    return Pixels(image.getData(), image.getData() + image.getWidth() * image.getHeight());
-}
-
-Image makeImage(unsigned long width, unsigned long height, const Pixels& pixels)
-{
-    Image image(width, height);
-    std::copy(pixels.begin(), pixels.end(), image.getData());
-    return image;
-}
 
 /// A pixel as it comes back from a file of a depth.
 std::uint32_t stored(std::uint32_t pixel, int depth)
@@ -60,7 +44,7 @@ TEST_F(TGATest, SavedFilesHaveTheseBytes)
 
 TEST_F(TGATest, SavedPicturesComeBack)
 {
-    std::independent_bits_engine<std::mt19937, 32, std::uint32_t> random;
+    Random random;
     const std::size_t sizes[][2] = {{1, 1}, {5, 3}, {300, 41}, {4096, 2}, {1, 9001}, {9001, 1}};
     for (const auto& size : sizes) {
         Pixels pixels(size[0] * size[1]);

@@ -41,7 +41,7 @@ std::unique_ptr<std::uint32_t[]> allocatePixels(int width, int height)
 
 bool contains(int size, int begin, int length)
 {
-    return begin >= 0 && length >= 0 && length <= size && begin <= size - length;
+    return begin >= 0 && length >= 0 && begin <= size - length;
 }
 
 /// Whether an image has all pixels of an area.
@@ -125,12 +125,13 @@ std::uint32_t transferRow(const unsigned char* source, unsigned char* target,
                           std::ptrdiff_t columns, TStep step, std::uint32_t alpha, TTest test)
 {
     std::uint32_t failures = 0;
-    for (std::ptrdiff_t i = 0; i < columns; ++i) {
-        const std::uint32_t pixel = loadPixel(source + i * step);
-        const std::uint32_t old = loadPixel(target + i * PIXEL_SIZE);
+    const std::ptrdiff_t end = columns * PIXEL_SIZE;
+    for (std::ptrdiff_t from = 0, to = 0; to < end; from += step, to += PIXEL_SIZE) {
+        const std::uint32_t pixel = loadPixel(source + from);
+        const std::uint32_t old = loadPixel(target + to);
         const std::uint32_t fails = test(pixel);
         const std::uint32_t blended = (((pixel & 0x00FFFFFF) | alpha) & ~fails) | (old & fails);
-        std::memcpy(target + i * PIXEL_SIZE, &blended, sizeof blended);
+        std::memcpy(target + to, &blended, sizeof blended);
         failures -= fails;
     }
     return failures;
