@@ -26,10 +26,11 @@ public:
     /// All edges are 0.
     Rectangle() = default;
 
+    /// Takes the edges as they are, in order or not.
+    /// @{
     Rectangle(int left, int top, int right, int bottom);
-
-    /// @param edges four numbers: left, top, right, bottom
-    explicit Rectangle(const int* edges);
+    explicit Rectangle(const int* edges); ///< four numbers: left, top, right, bottom
+    /// @}
 
     Rectangle(const Rectangle& other) = default;
     Rectangle& operator=(const Rectangle& other) = default;
