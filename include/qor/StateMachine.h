@@ -30,10 +30,12 @@ namespace qor
 /// What is asked for during start() waits for the next event.
 ///
 /// The states belong to the host; see State. All runs on the stack of the host's call, without
-/// memory from the heap. Nothing fails and nothing throws, but for lack of memory when a state is
-/// registered. Where a handler throws, the change ends and the machine stands in that handler's
-/// state; a request that it was about is still there, and the next event goes on with it from
-/// there. There is no lock: all calls on a machine and its states come from one thread at a time.
+/// memory from the heap. A transition takes time in proportion to the depth of the states, and to
+/// the square of how many levels it enters. Nothing fails and nothing throws, but for lack of
+/// memory when a state is registered. Where a handler throws, the change ends and the machine
+/// stands in that handler's state; a request that it was about is still there, and the next event
+/// goes on with it from there. There is no lock: all calls on a machine and its states come from
+/// one thread at a time.
 ///
 /// A copy of a machine has the same states as its source, and the same root: that of the source.
 ///
