@@ -1,7 +1,6 @@
 #include <memory>
 #include <random>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -99,7 +98,6 @@ TEST(ChecksumTest, ValuesAreThoseOfOtherPrograms)
 TEST(ChecksumTest, RegisterOfCRC32IsReadAsItIs)
 {
     CRC32 checksum(5);
-    EXPECT_EQ(checksum.getChecksumLength(), 4u);
     EXPECT_EQ(finished(checksum), "05000000");
     CRC32 copy(checksum), assigned;
     checksum.add(std::string("a\0b", 3));
@@ -119,7 +117,6 @@ TEST(ChecksumTest, RegisterOfCRC32IsReadAsItIs)
 TEST(ChecksumTest, DigestsAreReadAsTheStateIs)
 {
     MD5 digest;
-    EXPECT_EQ(digest.getChecksumLength(), 16u);
     EXPECT_EQ(digest.getChecksumHex(), "0123456789abcdeffedcba9876543210");
     EXPECT_EQ(digest.getChecksumInteger(), 0x76543210u);
     digest.addRaw(nullptr, 0);
