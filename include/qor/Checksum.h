@@ -44,7 +44,8 @@ public:
     virtual void add(const char* text);
 
     /// Takes in `length` bytes. Both forms of add() come here.
-    /// @param data may be null only if `length` is 0
+    /// @param data   may be null only if `length` is 0
+    /// @param length number of bytes
     virtual void addRaw(const unsigned char* data, unsigned int length) = 0;
 
     /// Ends the data, for kinds that have something to put behind them.
