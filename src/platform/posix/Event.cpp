@@ -1,7 +1,9 @@
 #include <atomic>
+#include <cerrno>
 #include <ctime>
 
 #include <pthread.h>
+#include <semaphore.h>
 
 #include "platform/Platform.h"
 #include "platform/posix/Lock.h"
@@ -15,33 +17,50 @@ namespace
 
 enum class EventState { CLEAR, SET, AWAITED };
 
-/// A thread that waits. It stands in the queue until it is released or gives up; having a flag of
-/// its own, it can neither lose its release to another thread nor take another's.
-struct TWaiter {
-    TWaiter()
-    {
-        pthread_condattr_t attributes;
-        pthread_condattr_init(&attributes);
-        // Time limits do not follow the wall clock when someone sets it.
-        pthread_condattr_setclock(&attributes, CLOCK_MONOTONIC);
-        pthread_cond_init(&wake, &attributes);
-        pthread_condattr_destroy(&attributes);
-    }
+#ifdef QORTK_HAS_SEM_CLOCKWAIT
+/// Time limits do not follow the wall clock when someone sets it.
+constexpr clockid_t LIMIT_CLOCK = CLOCK_MONOTONIC;
 
+int waitUntil(sem_t& semaphore, const timespec& deadline)
+{
+    return sem_clockwait(&semaphore, LIMIT_CLOCK, &deadline);
+}
+#else
+constexpr clockid_t LIMIT_CLOCK = CLOCK_REALTIME;
+
+int waitUntil(sem_t& semaphore, const timespec& deadline)
+{
+    return sem_timedwait(&semaphore, &deadline);
+}
+#endif
+
+/// A thread that waits. It stands in the queue until it is released or gives up; having a semaphore
+/// of its own, it can neither lose its release to another thread nor take another's.
+struct TWaiter {
+    TWaiter() { sem_init(&wake, 0, 0); }
     TWaiter(const TWaiter&) = delete;
     TWaiter& operator=(const TWaiter&) = delete;
-    ~TWaiter() { pthread_cond_destroy(&wake); }
+    ~TWaiter() { sem_destroy(&wake); }
 
-    /// Looks for the release for about as long as it would take to fall asleep and be woken.
-    void watch() const
+    void sleep()
     {
-        constexpr int LOOKS = 2000;
-        for (int i = 0; i < LOOKS && !isReleased.load(std::memory_order_relaxed); ++i) {
+        while (sem_wait(&wake) != 0) {
         }
     }
 
-    pthread_cond_t wake;
-    std::atomic<bool> isReleased = false;
+    /// @return false if the time was up first
+    bool sleepUntil(const timespec& deadline)
+    {
+        while (waitUntil(wake, deadline) != 0) {
+            if (errno != EINTR) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    sem_t wake;
+    bool isReleased = false; ///< the semaphore is posted, or about to be
     TWaiter* previous = nullptr;
     TWaiter* next = nullptr;
 };
@@ -52,7 +71,7 @@ timespec getDeadline(unsigned int milliseconds)
     constexpr long NANOSECONDS = 1000000000;
     constexpr long NANOSECONDS_PER_MILLISECOND = 1000000;
     timespec deadline = {};
-    clock_gettime(CLOCK_MONOTONIC, &deadline);
+    clock_gettime(LIMIT_CLOCK, &deadline);
     deadline.tv_sec += static_cast<std::time_t>(milliseconds / MILLISECONDS);
     deadline.tv_nsec +=
         static_cast<long>(milliseconds % MILLISECONDS) * NANOSECONDS_PER_MILLISECOND;
@@ -77,7 +96,7 @@ struct TEvent {
     bool tryReset();
     bool enqueue(TWaiter& waiter);
     void remove(TWaiter& waiter);
-    void await(TWaiter& waiter, unsigned int timeLimit);
+    bool await(TLock& lock, unsigned int timeLimit);
 };
 
 /// @return false if threads are waiting
@@ -100,11 +119,10 @@ bool TEvent::tryReset()
     return state.compare_exchange_strong(found, EventState::CLEAR, std::memory_order_acq_rel);
 }
 
-/// Appends a waiter to the queue.
+/// Appends a waiter to the queue; the mutex is held.
 /// @return false if the event was set meanwhile; it is reset then, and there is nothing to wait for
 bool TEvent::enqueue(TWaiter& waiter)
 {
-    const MutexGuard guard(mutex);
     EventState found = EventState::CLEAR;
     while (!first && !state.compare_exchange_strong(found, EventState::AWAITED)) {
         // Set by now, unless another thread was quicker to take that.
@@ -129,25 +147,35 @@ void TEvent::remove(TWaiter& waiter)
     }
 }
 
-/// Waits until the waiter is released or its time is up. Either way it has left the queue then, and
-/// whoever released it is done with it.
-void TEvent::await(TWaiter& waiter, unsigned int timeLimit)
+/// Lets go of the lock and waits until it is released or its time is up.
+/// @return false if the event was set by now; it is reset then, and the lock still held
+bool TEvent::await(TLock& lock, unsigned int timeLimit)
 {
-    const MutexGuard guard(mutex);
-    if (timeLimit == NO_TIME_LIMIT) {
-        while (!waiter.isReleased) {
-            pthread_cond_wait(&waiter.wake, &mutex);
+    TWaiter waiter;
+    {
+        const MutexGuard guard(mutex);
+        if (!enqueue(waiter)) {
+            return false;
         }
-        return;
     }
-    const timespec deadline = getDeadline(timeLimit);
-    int error = 0;
-    while (!waiter.isReleased && error == 0) {
-        error = pthread_cond_timedwait(&waiter.wake, &mutex, &deadline);
+    release(lock);
+    if (timeLimit == NO_TIME_LIMIT) {
+        waiter.sleep();
+        return true;
     }
-    if (!waiter.isReleased) {
-        remove(waiter);
+    if (waiter.sleepUntil(getDeadline(timeLimit))) {
+        return true;
     }
+    {
+        const MutexGuard guard(mutex);
+        if (!waiter.isReleased) {
+            remove(waiter);
+            return true;
+        }
+    }
+    // Released at the last moment, by a thread that still needs the semaphore.
+    waiter.sleep();
+    return true;
 }
 
 TEvent* createEvent()
@@ -166,33 +194,29 @@ void set(TEvent& event)
     if (event.trySet()) {
         return;
     }
-    const MutexGuard guard(event.mutex);
-    TWaiter* const waiter = event.first;
-    if (!waiter) {
-        // The last one gave up on the way here.
-        event.trySet();
-        return;
+    TWaiter* waiter = nullptr;
+    {
+        const MutexGuard guard(event.mutex);
+        waiter = event.first;
+        if (!waiter) {
+            // The last one gave up on the way here.
+            event.trySet();
+            return;
+        }
+        event.remove(*waiter);
+        waiter->isReleased = true;
     }
-    event.remove(*waiter);
-    waiter->isReleased = true;
-    // Still under the mutex: a released waiter ends its condition variable as soon as it can.
-    pthread_cond_signal(&waiter->wake);
+    // Not under the mutex, which the thread would have to wait for as soon as it wakes. From here
+    // on the event may be destroyed.
+    sem_post(&waiter->wake);
 }
 
 void waitForEvent(TEvent& event, TLock& lock, unsigned int timeLimit)
 {
-    if (event.tryReset()) {
+    if (event.tryReset() || !event.await(lock, timeLimit)) {
         offer(lock);
         return;
     }
-    TWaiter waiter;
-    if (!event.enqueue(waiter)) {
-        offer(lock);
-        return;
-    }
-    release(lock);
-    waiter.watch();
-    event.await(waiter, timeLimit);
     acquire(lock);
 }
 
