@@ -56,11 +56,13 @@ struct TWaiter {
                 return false;
             }
         }
-        return true;
+        // The semaphore orders the threads already; this shows it to race detectors, which do not
+        // know each of the system's timed waits.
+        return isReleased.load(std::memory_order_acquire);
     }
 
     sem_t wake;
-    bool isReleased = false; ///< the semaphore is posted, or about to be
+    std::atomic<bool> isReleased = false; ///< the semaphore is posted, or about to be
     TWaiter* previous = nullptr;
     TWaiter* next = nullptr;
 };
@@ -204,7 +206,7 @@ void set(TEvent& event)
             return;
         }
         event.remove(*waiter);
-        waiter->isReleased = true;
+        waiter->isReleased.store(true, std::memory_order_release);
     }
     // Not under the mutex, which the thread would have to wait for as soon as it wakes. From here
     // on the event may be destroyed.
