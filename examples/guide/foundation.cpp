@@ -1,0 +1,74 @@
+// Measures files on a thread of its own while the program goes on, and keeps a log of it.
+#include <deque>
+#include <fstream>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include <qor/qor.h>
+
+/// Measures files and hands over one result after the other.
+class Survey : public qor::Task
+{
+public:
+    explicit Survey(const std::vector<std::string>& files) : m_Files(files) {}
+
+    void run() override
+    {
+        for (const std::string& file : m_Files) {
+            // Of a file that cannot be opened, the library itself tells the log why.
+            const unsigned int size = qor::File::fileSize(file);
+            qor::Log::debug("%s: %u bytes", file.c_str(), size);
+            m_Mutex.lock();
+            m_Sizes.push_back(size);
+            m_Mutex.unlock();
+            m_IsMeasured.signal();
+        }
+    }
+
+    /// Waits for the next result.
+    unsigned int takeSize()
+    {
+        m_Mutex.lock();
+        while (m_Sizes.empty()) {
+            m_IsMeasured.wait(m_Mutex, 0);
+        }
+        const unsigned int size = m_Sizes.front();
+        m_Sizes.pop_front();
+        m_Mutex.unlock();
+        return size;
+    }
+
+private:
+    const std::vector<std::string> m_Files;
+    qor::Mutex m_Mutex;
+    qor::Condition m_IsMeasured;
+    std::deque<unsigned int> m_Sizes; ///< guarded by the mutex
+};
+
+int main()
+{
+    const std::string folder = qor::File::standardizePath("survey\\");
+    qor::Log::open("survey.log", false);
+    qor::File::createDirectory(folder);
+    std::ofstream(qor::File::filePath(folder, "north.txt")) << "pier";
+    std::ofstream(qor::File::filePath(folder, "south.txt")) << "lighthouse";
+
+    Survey survey({"survey/north.txt", "survey/south.txt", "survey/west.txt"});
+    qor::Thread thread;
+    thread.start(&survey);
+    for (int i = 0; i < 3; ++i) {
+        std::cout << "Size: " << survey.takeSize() << '\n';
+    }
+    thread.wait();
+
+    qor::Log::setLevel(qor::Log::INFO);
+    qor::Log::debug("Not written: %d files", 3); // nor formatted
+    qor::Log::info("Done in release " + qor::StringUtil::versionNumberToString(0x01020300));
+    qor::Log::close();
+
+    std::ifstream log("survey.log");
+    for (std::string line; std::getline(log, line);) {
+        std::cout << line.erase(2, 24) << '\n'; // without the time
+    }
+}

@@ -1,0 +1,65 @@
+// Paints a sprite, sets copies of it on a turning spiral, and writes the picture to a file.
+#include <cmath>
+#include <iostream>
+
+#include <qor/Color.h>
+#include <qor/Image.h>
+#include <qor/Matrix.h>
+#include <qor/Vector.h>
+
+/// Paints a ball, lit from the upper left, on black.
+static qor::Image paintBall(int size)
+{
+    const float light[3] = {-0.48f, -0.6f, 0.64f}, base[4] = {0.2f, 0.6f, 0.9f, 1.0f};
+    qor::Image ball(static_cast<unsigned long>(size), static_cast<unsigned long>(size));
+    for (int i = 0; i < size * size; ++i) {
+        const float half = static_cast<float>(size) / 2.0f;
+        const float x = (static_cast<float>(i % size) + 0.5f) / half - 1.0f;
+        const float y = (static_cast<float>(i / size) + 0.5f) / half - 1.0f;
+        float normal[3] = {x, y, 0.0f}, color[4] = {0.0f, 0.0f, 0.0f, 1.0f};
+        if (qor::Vector::length(normal) < 1.0f) {
+            normal[2] = std::sqrt(1.0f - qor::Vector::dot(normal, normal));
+            qor::Color::multiply(base, 0.3f + qor::Vector::dot(normal, light), color);
+            qor::Color::clip(color, 0.1f, 1.0f, color); // not black
+        }
+        ball.getData()[i] = qor::Color::rgba(color);
+    }
+    return ball;
+}
+
+static void fill(qor::Image& image, const float* color)
+{
+    for (int i = 0; i < image.getWidth() * image.getHeight(); ++i) {
+        image.getData()[i] = qor::Color::rgba(color);
+    }
+}
+
+int main()
+{
+    const qor::Image ball = paintBall(48);
+    qor::Image picture(480, 320);
+    const float night[4] = {0.08f, 0.09f, 0.2f, 1.0f};
+    fill(picture, night);
+
+    const float center[3] = {216.0f, 136.0f, 0.0f};
+    float move[16], turn[16], place[16];
+    qor::Matrix::makeTranslate(center, move);
+    int written = 0;
+    for (int i = 0; i < 40; ++i) {
+        const float arm[3] = {static_cast<float>(6 * i), 0.0f, 0.0f};
+        float point[3];
+        qor::Matrix::makeRotateZ(static_cast<float>(i) * 0.45f, turn);
+        qor::Matrix::multiply(move, turn, place); // turns first, then moves
+        qor::Matrix::multiplyV(place, arm, point);
+        // All but the black pixels; what lies outside the picture is cut off.
+        written += picture.blit(ball, ball.getSize(), static_cast<int>(point[0]),
+                                static_cast<int>(point[1]), qor::Image::AL_CKBLACK, 255, 1);
+    }
+
+    const int saved = picture.saveTGA("spiral.tga", 24);
+    qor::Image again;
+    const int loaded = again.loadTGA("spiral.tga");
+    std::cout << (written > 20000 ? "Many" : "Few") << " pixels set, " << saved << " saved, "
+              << loaded << " loaded\n"
+              << "A file that is not there: " << again.loadTGA("nothing.tga") << '\n';
+}

@@ -1,0 +1,58 @@
+// Reads a document, changes it, writes it, and holds it against a template.
+#include <iostream>
+#include <string>
+
+#include <qor/XMLElement.h>
+
+static const char* const HARBOUR =
+    "<harbour>"
+    "  <!-- Two of them are in. -->"
+    "  <ship><name>Aurora &amp; Bella</name><length>24.5</length></ship>"
+    "  <ship><name>Cormorant</name></ship>"
+    "</harbour>";
+
+/// One harbour has 1 to 3 ships; each has a name of 1 to 20 bytes, and may have a length.
+static const char* const TEMPLATE =
+    "<harbour>1:0"
+    "  <ship>1-3:0 <name>1:1-20</name> <length>0-1:1-8</length></ship>"
+    "</harbour>";
+
+static void showShips(const qor::XMLElement& harbour)
+{
+    for (const qor::XMLElement* ship = harbour.getChild("ship"); ship;
+         ship = harbour.getNextChild(ship, "ship")) {
+        std::cout << ship->getValue("name", "nameless") << ": "
+                  << ship->getValueAsFloat("length", 10.0f) << " m\n";
+    }
+}
+
+int main()
+{
+    qor::XMLElement harbour("");
+    if (harbour.parse(HARBOUR) < 0) {
+        std::cerr << qor::XMLElement::getLastError() << '\n';
+        return 1;
+    }
+    showShips(harbour);
+
+    // What is missing on the way is created; a value may be text, a number or a truth value.
+    harbour.findChild("pilot/aboard", true)->setValue(true);
+    qor::XMLElement* const ship = harbour.createChild("ship");
+    ship->createChild("name")->setValue("Dolphin");
+    ship->createChild("length")->setValue(12);
+    harbour.save("harbour.xml", true);
+    std::cout << harbour.findChild("pilot")->toString() << '\n';
+
+    qor::XMLElement rules("");
+    rules.parse(TEMPLATE);
+    if (!harbour.validate(&rules)) {
+        std::cout << qor::XMLElement::getLastError() << '\n';
+    }
+    harbour.deleteChild("pilot");
+    std::cout << (harbour.validate(&rules) ? "The harbour is in order.\n" : "Still not.\n");
+
+    // A document that is broken tells where, and what was read until there.
+    std::cout << harbour.parse("<harbour><ship><name>Egret</ship></harbour>") << ": "
+              << qor::XMLElement::getLastError() << '\n'
+              << harbour.getValue("ship/name", "") << '\n';
+}
