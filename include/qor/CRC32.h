@@ -29,8 +29,12 @@ public:
     /// @param initialValue the register at the beginning, and after reset()
     explicit CRC32(unsigned int initialValue = 0);
 
+    /// Takes over the register and the initial value.
+    /// @{
     CRC32(const CRC32& other) = default;
     CRC32& operator=(const CRC32& other) = default;
+    /// @}
+
     ~CRC32() override;
 
     void addRaw(const unsigned char* data, unsigned int length) override;

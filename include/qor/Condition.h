@@ -34,8 +34,13 @@ class QORTK_API Condition
 public:
     /// Makes an event that is not set.
     Condition();
+
+    /// Names the same event.
+    /// @{
     Condition(const Condition& other);
     Condition& operator=(const Condition& other);
+    /// @}
+
     virtual ~Condition();
 
     /// Gives back one level of the mutex, waits for a signal, and locks the mutex again. No signal

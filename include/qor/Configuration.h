@@ -79,36 +79,58 @@ public:
     static Configuration* getInstance();
 
     /// @name Declaring
-    /// Adds a parameter and sets it to its default, within its limits. Listeners hear of it if it
-    /// is true or a number other than 0.
+    /// @{
+
+    /// Adds a parameter and sets it to its default. Listeners hear of it if it is true.
+    /// @param name what the parameter is read and written by, and where it is stored
+    /// @param defaultValue the value until it is set
     /// @param version the version from which on stored values are good; 0 for all
     /// @return false if the name is in use, and nothing has changed then
-    /// @{
     bool addBooleanParameter(const std::string& name, bool defaultValue, unsigned int version);
 
-    /// A minimum above the maximum means that there are no limits.
-    /// @{
+    /// Adds a parameter and sets it to its default, within its limits. Listeners hear of it if it
+    /// is not 0.
+    /// @param name what the parameter is read and written by, and where it is stored
+    /// @param defaultValue the value until it is set
+    /// @param minimum the least value; above the maximum it means that there are no limits
+    /// @param maximum the greatest value
+    /// @param version the version from which on stored values are good; 0 for all
+    /// @return false if the name is in use, and nothing has changed then
     bool addIntegerParameter(const std::string& name, int defaultValue, int minimum, int maximum,
                              unsigned int version);
+
+    /// Adds a parameter, as addIntegerParameter() does.
     bool addFloatParameter(const std::string& name, float defaultValue, float minimum,
                            float maximum, unsigned int version);
-    /// @}
 
-    /// The limits are lengths in bytes. A text beyond them is logged, and kept whole.
+    /// Adds a parameter and sets it to its default. Listeners do not hear of it.
+    /// @param name what the parameter is read and written by, and where it is stored
+    /// @param defaultValue the value until it is set
+    /// @param minimumLength,maximumLength lengths in bytes. A text beyond them is logged, and kept
+    ///        whole.
+    /// @param version the version from which on stored values are good; 0 for all
+    /// @return false if the name is in use, and nothing has changed then
     bool addStringParameter(const std::string& name, const std::string& defaultValue,
                             int minimumLength, int maximumLength, unsigned int version);
-    /// @}
 
-    /// @name Writing
-    /// Listeners hear of a value that differs from the one before. Not-a-number passes all limits
-    /// and always differs.
-    /// @return whether there is a parameter of that name and type
-    /// @{
-    bool setBoolean(const std::string& name, bool value);
-    bool setInteger(const std::string& name, int value);
-    bool setFloat(const std::string& name, float value);
-    bool setString(const std::string& name, const std::string& value);
     /// @}
+    /// @name Writing
+    /// @{
+
+    /// Sets a parameter. Listeners hear of a value that differs from the one before.
+    /// @return whether there is a parameter of that name and type
+    bool setBoolean(const std::string& name, bool value);
+
+    /// Sets a parameter, within its limits. Listeners hear of a value that differs from the one
+    /// before.
+    /// @return whether there is a parameter of that name and type
+    bool setInteger(const std::string& name, int value);
+
+    /// Sets a parameter, as setInteger() does. Not-a-number passes all limits and always differs.
+    bool setFloat(const std::string& name, float value);
+
+    /// Sets a parameter, as setBoolean() does. A text beyond the limits is logged, and kept whole.
+    bool setString(const std::string& name, const std::string& value);
 
     /// Sets a parameter of any type from text: "true" or "false", a number as in the classic
     /// locale, or the whole text for a string. In front of a word or number white space is skipped,
@@ -116,22 +138,29 @@ public:
     /// @return false if there is no such parameter, or the text is nothing of its type
     bool set(const std::string& name, const std::string& text);
 
+    /// @}
     /// @name Reading
-    /// @return false, 0 or an empty text if there is no parameter of that name and type
     /// @{
+
+    /// @return the value; false if there is no parameter of that name and type
     bool getBoolean(const std::string& name) const;
+
+    /// @return the value; 0 if there is no parameter of that name and type
     int getInteger(const std::string& name) const;
+
+    /// @return the value; 0 if there is no parameter of that name and type
     float getFloat(const std::string& name) const;
 
-    /// The reference is valid until the value is set or a parameter is added.
+    /// @return the value; an empty text if there is no parameter of that name and type. The
+    ///         reference is valid until the value is set or a parameter is added.
     const std::string& getString(const std::string& name) const;
-    /// @}
 
     /// @return the value of a parameter of any type as text, with six digits behind the point.
     ///         `set` takes it back, but for infinities and not-a-number. Empty if there is no such
     ///         parameter
     const std::string get(const std::string& name) const;
 
+    /// @}
     /// @name Listeners
     /// @{
 

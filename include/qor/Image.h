@@ -130,6 +130,9 @@ public:
     /// rows apart. They stand side by side in the target, its rows s rows apart. If `width` is no
     /// multiple of s, each row of samples begins `width` mod s pixels to the left of the place s
     /// rows below the one before.
+    /// @param source,target the first pixel of each area
+    /// @param width,height columns and rows, before any step
+    /// @param sourcePitch,targetPitch pixels from row to row
     /// @param alphaLevel AL_CKBLACK: pixels pass whose red, green and blue are not all 0. Any other
     ///        number from 0 up: pixels pass whose alpha is at least that. Negative: none passes.
     /// @param newAlpha alpha of the pixels written; its low 8 bits count

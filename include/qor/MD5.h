@@ -26,8 +26,13 @@ class QORTK_API MD5 : public Checksum
 {
 public:
     MD5();
+
+    /// Takes over all data taken in so far.
+    /// @{
     MD5(const MD5& other) = default;
     MD5& operator=(const MD5& other) = default;
+    /// @}
+
     ~MD5() override;
 
     void addRaw(const unsigned char* data, unsigned int length) override;

@@ -34,8 +34,13 @@ class QORTK_API Mutex
 public:
     /// Makes a lock that nobody holds.
     Mutex();
+
+    /// Names the same lock.
+    /// @{
     Mutex(const Mutex& other);
     Mutex& operator=(const Mutex& other);
+    /// @}
+
     virtual ~Mutex();
 
     /// Waits, without a time limit, until the calling thread holds the lock.

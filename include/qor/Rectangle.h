@@ -32,11 +32,15 @@ public:
     explicit Rectangle(const int* edges); ///< four numbers: left, top, right, bottom
     /// @}
 
+    /// Takes over the edges.
+    /// @{
     Rectangle(const Rectangle& other) = default;
     Rectangle& operator=(const Rectangle& other) = default;
+    /// @}
+
     virtual ~Rectangle() = default;
 
-    /// @name Edges and size, in pixels
+    /// @return an edge, or the distance of two, in pixels
     /// @{
     int getLeft() const { return m_Left; }
     int getTop() const { return m_Top; }

@@ -28,15 +28,21 @@ public:
     /// @param name what StateMachine::transition() finds the state by
     State(StateMachine* stateMachine, State* parent, const std::string& name);
 
+    /// Takes over all members, and is known to nobody.
+    /// @{
     State(const State& other) = default;
     State& operator=(const State& other) = default;
+    /// @}
+
     virtual ~State();
 
+    /// @return what the machine finds the state by
     std::string getName() const;
 
     /// @return the enclosing state, null at the top of a hierarchy
     State* getParentState() { return m_ParentState; }
 
+    /// @return the machine that the state was made for; null if there is none
     StateMachine* getStateMachine() { return m_StateMachine; }
 
     /// Tells which state to descend into when the machine comes to this one; null to rest here.

@@ -71,8 +71,12 @@ public:
     /// Makes a machine without states but the root, and in that one.
     StateMachine();
 
+    /// Takes over the states, the current one and the request.
+    /// @{
     StateMachine(const StateMachine& other);
     StateMachine& operator=(const StateMachine& other);
+    /// @}
+
     ~StateMachine() override;
 
     /// Makes a state known by its name, as its constructor does. A name that is taken keeps its

@@ -10,8 +10,13 @@ class QORTK_API Task
 {
 public:
     Task();
+
+    /// A task has nothing of its own to copy.
+    /// @{
     Task(const Task& other);
     Task& operator=(const Task& other);
+    /// @}
+
     virtual ~Task();
 
     /// Does the work, on the new thread. An exception that leaves it ends the process.

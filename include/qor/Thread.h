@@ -39,8 +39,13 @@ class QORTK_API Thread
 {
 public:
     Thread();
+
+    /// Refers to the same thread.
+    /// @{
     Thread(const Thread& other);
     Thread& operator=(const Thread& other);
+    /// @}
+
     virtual ~Thread();
 
     /// Starts a thread that runs the task and ends.

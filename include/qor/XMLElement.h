@@ -78,36 +78,44 @@ public:
     /// @name Name and value
     /// @{
 
+    /// @return the name
     std::string getName() const;
+
+    /// Stores any name, whatever its bytes.
     void setName(const std::string& name);
 
+    /// @return the value as it is stored
     std::string getValue() const;
 
-    /// The value read as a number, as a standard stream would: white space in front is skipped and
-    /// text behind it ignored; 0 if there is no number that fits the type.
-    /// @{
+    /// @return the value read as a number, as a standard stream would: white space in front is
+    ///         skipped and text behind it ignored; 0 if there is no number that fits the type
     int getValueAsInteger() const;
+
+    /// @return as getValueAsInteger()
     float getValueAsFloat() const;
-    /// @}
 
     /// @return whether the value begins, behind white space, with the word "true"
     bool getValueAsBoolean() const;
 
-    /// The same for the element at `path`; `defaultValue` where there is none. A value that is
-    /// there but cannot be read gives 0 or false all the same.
-    /// @{
+    /// @return the value of the element at `path`; `defaultValue` where there is no such element
     std::string getValue(const std::string& path, const std::string& defaultValue) const;
-    int getValueAsInteger(const std::string& path, int defaultValue) const;
-    float getValueAsFloat(const std::string& path, float defaultValue) const;
-    bool getValueAsBoolean(const std::string& path, bool defaultValue) const;
-    /// @}
 
-    /// Stores the text without the blanks, tabs, line feeds and carriage returns at its ends. A
-    /// null text counts as empty.
-    /// @{
+    /// @return the number at `path`; `defaultValue` where there is no such element. A value that is
+    ///         there but cannot be read gives 0 all the same.
+    int getValueAsInteger(const std::string& path, int defaultValue) const;
+
+    /// @return as getValueAsInteger()
+    float getValueAsFloat(const std::string& path, float defaultValue) const;
+
+    /// @return whether the value at `path` begins with the word "true"; `defaultValue` where there
+    ///         is no such element
+    bool getValueAsBoolean(const std::string& path, bool defaultValue) const;
+
+    /// Stores the text without the blanks, tabs, line feeds and carriage returns at its ends.
     void setValue(const std::string& text);
+
+    /// Stores a text as above; null counts as empty.
     void setValue(const char* text);
-    /// @}
 
     /// Stores the decimal text.
     void setValue(int number);
@@ -142,23 +150,23 @@ public:
     void clear();
 
     /// @return the first child with this name, or with any name if `name` is empty
-    /// @{
     XMLElement* getChild(const std::string& name);
+
+    /// @return the first child with this name, or with any name if `name` is empty
     const XMLElement* getChild(const std::string& name) const;
-    /// @}
 
     /// @return the next sibling behind `child` with this name, or with any name if `name` is empty
-    /// @{
     XMLElement* getNextChild(XMLElement* child, const std::string& name);
+
+    /// @return the next sibling behind `child` with this name, or with any name if `name` is empty
     const XMLElement* getNextChild(const XMLElement* child, const std::string& name) const;
-    /// @}
 
     /// @return the element at `path`. With `create`, what is missing on the way is created, behind
     ///         the children there are.
-    /// @{
     XMLElement* findChild(const std::string& path, bool create = false);
+
+    /// @return the element at `path`
     const XMLElement* findChild(const std::string& path) const;
-    /// @}
 
     /// @}
     /// @name Text
