@@ -1,4 +1,5 @@
-# What `cmake --install` gives: headers, library, CMake package and pkg-config file.
+# What `cmake --install` gives: headers, library, CMake package and pkg-config file. What programs need
+# that are built already is the component `runtime`, all else is `development`.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -7,22 +8,23 @@ get_target_property(QORTK_TYPE qortk TYPE)
 set(QORTK_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/qortk)
 
 install(TARGETS qortk EXPORT qortkTargets
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
-    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
+    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/qor
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
     FILES_MATCHING PATTERN "*.h")
-install(EXPORT qortkTargets NAMESPACE qortk:: DESTINATION ${QORTK_CMAKE_DIR})
+install(EXPORT qortkTargets NAMESPACE qortk::
+    DESTINATION ${QORTK_CMAKE_DIR} COMPONENT development)
 
-# Until 1.0.0, each minor version may change what programs are compiled against.
-write_basic_package_version_file(qortkConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+write_basic_package_version_file(qortkConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/qortkConfig.cmake.in qortkConfig.cmake
     INSTALL_DESTINATION ${QORTK_CMAKE_DIR})
 install(FILES
     ${CMAKE_CURRENT_BINARY_DIR}/qortkConfig.cmake
     ${CMAKE_CURRENT_BINARY_DIR}/qortkConfigVersion.cmake
-    DESTINATION ${QORTK_CMAKE_DIR})
+    DESTINATION ${QORTK_CMAKE_DIR} COMPONENT development)
 
 # Relative to the file itself, so that an installed tree can be moved.
 file(RELATIVE_PATH QORTK_PC_PREFIX
@@ -47,4 +49,4 @@ if(QORTK_TYPE STREQUAL "STATIC_LIBRARY")
 endif()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/qortk.pc.in qortk.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/qortk.pc
-    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)

@@ -25,4 +25,5 @@
 #include "qor/Task.h"
 #include "qor/Thread.h"
 #include "qor/Vector.h"
+#include "qor/Version.h"
 #include "qor/XMLElement.h"
