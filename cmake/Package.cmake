@@ -1,6 +1,7 @@
 # What `cpack` gives: an archive of all, and on Debian the packages libqortk1 and libqortk-dev. The latter
 # take the system's own folders if CMAKE_INSTALL_PREFIX is /usr, as in the preset `package`.
 
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "toolkit library for desktop applications")
 set(CPACK_PACKAGE_VENDOR "qortk developers")
 set(CPACK_PACKAGE_CONTACT "qortk developers <qortk@localhost>")
 set(CPACK_STRIP_FILES ON)
@@ -33,8 +34,7 @@ set(CPACK_COMPONENTS_ALL development)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libqortk-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
-"toolkit library for desktop applications (development files)
-${QORTK_DESCRIPTION}
+"${QORTK_DESCRIPTION}
 .
 This package has what programs are compiled with.")
 
@@ -47,8 +47,7 @@ if(QORTK_TYPE STREQUAL "SHARED_LIBRARY")
     set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
     set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
     set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
-"toolkit library for desktop applications
-${QORTK_DESCRIPTION}
+"${QORTK_DESCRIPTION}
 .
 This package has what programs need when they run.")
 endif()

@@ -2,11 +2,7 @@
 # Installs the library, shared and static, and builds a program against it in all ways there are.
 set -euo pipefail
 
-here=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
-consumer=$here/tests/install/consumer
-version=$(sed -n 's/^ *VERSION \([0-9.]*\)$/\1/p' "$here/CMakeLists.txt")
-folder=$(mktemp -d)
-trap 'rm -rf "$folder"' EXIT
+. "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 for shared in ON OFF; do
     prefix=$folder/prefix-$shared
@@ -14,27 +10,31 @@ for shared in ON OFF; do
         -DQORTK_BUILD_TESTS=OFF -DQORTK_BUILD_EXAMPLES=OFF -DCMAKE_INSTALL_LIBDIR=lib
     cmake --build "$folder/build-$shared" --parallel "$(nproc)"
     cmake --install "$folder/build-$shared" --prefix "$prefix"
+    if [ $shared = ON ]; then
+        files=$(development_files lib libqortk.so && runtime_files lib)
+    else
+        files=$(development_files lib libqortk.a)
+    fi
+    (cd "$prefix" && find . ! -type d -printf '%P\n') | same_files "$files"
 
     # Moved, to see that nothing remembers where it was installed.
     mv "$prefix" "$prefix-moved"
     prefix=$prefix-moved
 
-    cmake -S "$consumer" -B "$folder/by-cmake-$shared" -DCMAKE_PREFIX_PATH="$prefix" \
-        -DQORTK_VERSION="$version"
-    cmake --build "$folder/by-cmake-$shared"
-    "$folder/by-cmake-$shared/consumer"
+    use_by_cmake "by-cmake-$shared" -DCMAKE_PREFIX_PATH="$prefix" -DQORTK_VERSION="$major"
+    if cmake -S "$consumer" -B "$folder/next" -DCMAKE_PREFIX_PATH="$prefix" -DQORTK_VERSION=$((major + 1)) \
+        2>/dev/null; then
+        echo "Version $version passes for a later one." >&2
+        exit 1
+    fi
 
-    [ "$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --modversion qortk)" = "$version" ]
-    flags=$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --cflags --libs qortk)
-    [ $shared = ON ] || [[ $flags == *-DQORTK_STATIC*-pthread* ]]
-    # shellcheck disable=SC2086 # the flags are words
-    c++ -std=c++17 "$consumer/main.cpp" $flags -o "$folder/by-pkg-config"
-    LD_LIBRARY_PATH=$prefix/lib "$folder/by-pkg-config"
+    export PKG_CONFIG_PATH=$prefix/lib/pkgconfig
+    [ $shared = ON ] || [[ $(pkg-config --cflags --libs qortk) == *-DQORTK_STATIC*-pthread* ]]
+    use_by_pkg_config "$prefix/lib"
 done
 
-readelf -d "$folder/prefix-ON-moved/lib/libqortk.so" | grep -q "SONAME.*libqortk\.so\.${version%.*}\]"
+readelf -d "$folder/prefix-ON-moved/lib/libqortk.so" | grep -q "SONAME.*libqortk\.so\.$major\]"
 
-cmake -S "$consumer" -B "$folder/subproject" -DQORTK_SOURCE="$here"
-cmake --build "$folder/subproject" --parallel "$(nproc)"
-"$folder/subproject/consumer"
+use_by_cmake subproject -DQORTK_SOURCE="$here"
+use_by_cmake fetched -DQORTK_SOURCE="$here" -DQORTK_FETCH=ON -DBUILD_SHARED_LIBS=OFF
 echo "The library can be used in all ways."

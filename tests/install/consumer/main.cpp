@@ -1,3 +1,5 @@
+#include <cstdio>
+
 #include <qor/qor.h>
 
 int main()
@@ -8,5 +10,9 @@ int main()
     }
     thread.wait();
     qor::XMLElement document("");
-    return document.parse("<answer>42</answer>") < 0 || document.getValueAsInteger() != 42 ? 1 : 0;
+    if (document.parse("<answer>42</answer>") < 0 || document.getValueAsInteger() != 42) {
+        return 1;
+    }
+    std::puts(QORTK_VERSION);
+    return 0;
 }
