@@ -12,7 +12,7 @@
 /// #endif
 /// @endcode
 
-/// @name The version's numbers
+/// A number of the version.
 /// @{
 #define QORTK_VERSION_MAJOR 1
 #define QORTK_VERSION_MINOR 0

@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Builds the reference and the guide. A public name without a description is an error.
+set -euo pipefail
+
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+. "$here/scripts/require.sh"
+require "doxygen:command -v doxygen" "graphviz:command -v dot"
+
+cd "$here"
+mkdir -p build/docs
+QORTK_VERSION=$(sed -n 's/^#define QORTK_VERSION_[A-Z]* \([0-9]*\)$/\1/p' include/qor/Version.h | paste -sd.)
+export QORTK_VERSION
+doxygen docs/Doxyfile
+echo "The pages begin with build/docs/html/index.html."
