@@ -21,8 +21,8 @@ class Checksum;
 /// is followed. An empty name, as behind a trailing slash, stands for the first child whatever its
 /// name.
 ///
-/// **Text** that is read or written: elements, comments and the five entities `&amp;`, `&lt;`,
-/// `&gt;`, `&quot;`, `&apos;`. A tag's whole text is its element's name, so `<a b="1">` has the
+/// **Text** that is read or written: elements, comments and the five entities `amp`, `lt`, `gt`,
+/// `quot`, `apos`. A tag's whole text is its element's name, so `<a b="1">` has the
 /// name `a b="1"`, and `<a/>` opens an element `a/`. A declaration `<?xml ... ?>` is passed over
 /// and never written. Text on both sides of child elements is one value.
 ///
