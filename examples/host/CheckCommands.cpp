@@ -1,9 +1,11 @@
 #include "CheckCommands.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -90,7 +92,9 @@ private:
     bool addFile(const std::string& filename)
     {
         constexpr std::size_t BLOCK_SIZE = std::size_t{1} << 20;
-        if (!qor::File::fileExists(filename)) {
+        std::error_code error;
+        // A pipe could be waited for without end.
+        if (!qor::File::fileExists(filename) || std::filesystem::is_fifo(filename, error)) {
             return false;
         }
         std::ifstream file(filename, std::ios::binary);

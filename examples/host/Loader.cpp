@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <filesystem>
 #include <fstream>
 #include <new>
+#include <system_error>
 #include <utility>
 
 #include <qor/File.h>
@@ -80,7 +82,9 @@ void Loader::run()
 /// @return the file's bytes; empty if the load was given up; none if the file cannot be read
 std::optional<std::string> Loader::readSource()
 {
-    if (!qor::File::fileExists(m_Filename)) {
+    std::error_code error;
+    if (!qor::File::fileExists(m_Filename) || std::filesystem::is_fifo(m_Filename, error)) {
+        // Opening a pipe would wait for somebody to write into it; load does not.
         return std::nullopt;
     }
     std::ifstream file(m_Filename, std::ios::binary);

@@ -193,9 +193,8 @@ public:
 
     /// Reads a file, and remembers its name for `save`. Parameters without a stored value keep
     /// theirs; stored values are set as by the operations above, with limits and listeners.
-    /// @return false if there is a file that could not be read; no value has changed then. That
-    /// there
-    ///         is none is no failure.
+    /// @return false if there is a file that could not be read, such as a pipe that nobody writes
+    ///         into; no value has changed then. That there is none is no failure.
     bool load(const std::string& fileName);
 
     /// Reads from an element, whose own name does not matter. A stored text of the wrong form

@@ -144,8 +144,8 @@ public:
 
     /// Reads an uncompressed TGA file without a colour map, of 8 bits (grey), 24 bits, or 32 bits
     /// with alpha per pixel. Alpha is 255 where the file has none. The file is taken as holding its
-    /// bottom row first, whatever it says. May throw `std::bad_alloc`, as create() and
-    /// flipVertical() do.
+    /// bottom row first, whatever it says. A pipe that nobody writes into counts as empty,
+    /// and is not waited for. May throw `std::bad_alloc`, as create() and flipVertical() do.
     /// @return width * height, of which the low 32 bits count; or
     ///         -1 the file cannot be opened, or its name is null;
     ///         -2 it has no whole header;
@@ -163,7 +163,8 @@ public:
     /// @param depth bits per pixel: 8 (grey), 24, or 32 with alpha
     /// @return width * height, of which the low 32 bits count, and 0 if there are no pixels; or
     ///         -1 the depth is another one, and no file is touched;
-    ///         -2 the file cannot be opened, or its name is null;
+    ///         -2 the file cannot be opened, such as a pipe that nobody reads, or its name
+    ///            is null;
     ///         -3 writing failed before the file was to be closed. It remains as far as it got.
     int saveTGA(const char* filename, unsigned char depth) const;
 

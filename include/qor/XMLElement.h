@@ -173,8 +173,8 @@ public:
     /// @{
 
     /// Replaces this element, name included, by the document in a file. A zero byte in the file
-    /// ends the text.
-    /// @return as parse()
+    /// ends the text. A pipe is read to its end, but one that nobody writes into is not waited for.
+    /// @return as parse(); -1 if the file cannot be opened or read, or is empty
     int load(const std::string& filename);
 
     /// Replaces this element, name included, by the document in `source`. What stands behind the
@@ -187,8 +187,8 @@ public:
     /// Writes this element and all below it to a file, which is replaced: if `formatted`, an
     /// element a line, indented by tabs; otherwise with nothing put between the tags.
     /// @return the number of bytes of the text, at most the greatest `int`; -1 if the file cannot
-    /// be
-    ///         opened. Only opening is checked: a disk that fills up on the way is not noticed.
+    ///         be opened, such as a pipe that nobody reads. Only opening is checked: a disk that
+    ///         fills up on the way is not noticed. Without enough memory the file is left alone.
     int save(const std::string& filename, bool formatted) const;
 
     /// @return the text of this element and all below it, with nothing put between the tags

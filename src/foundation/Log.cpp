@@ -108,7 +108,9 @@ bool Log::open(const char* path, bool append)
     if (!path) {
         return false;
     }
-    auto stream = std::make_unique<platform::OutputFile>(path, append);
+    using platform::OutputFile;
+    auto stream = std::make_unique<OutputFile>(path, append ? OutputFile::Kind::MORE_TEXT
+                                                            : OutputFile::Kind::TEXT);
     if (!stream->isOpen()) {
         return false;
     }

@@ -1,8 +1,9 @@
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <cstring>
-#include <fstream>
 
+#include "platform/Platform.h"
 #include "qor/Image.h"
 
 namespace qor
@@ -130,29 +131,32 @@ int checkHeader(const std::array<unsigned char, HEADER_SIZE>& header)
 
 /// Reads pixels in the order of the file, and those only that it has.
 /// @return whether it has all of them
-bool readPixels(std::istream& file, unsigned char depth, std::uint32_t* pixels, std::size_t count)
+bool readPixels(std::FILE* file, unsigned char depth, std::uint32_t* pixels, std::size_t count)
 {
     const std::size_t pixelSize = depth / 8;
     Block block{};
-    while (count > 0 && file) {
+    while (count > 0) {
         const std::size_t wanted = std::min(count, BLOCK_PIXELS);
-        file.read(reinterpret_cast<char*>(block.data()),
-                  static_cast<std::streamsize>(wanted * pixelSize));
-        const std::size_t found = static_cast<std::size_t>(file.gcount()) / pixelSize;
+        const std::size_t found = std::fread(block.data(), pixelSize, wanted, file);
         unpack(block.data(), found, depth, pixels);
+        if (found < wanted) {
+            return false;
+        }
         pixels += found;
         count -= found;
     }
-    return count == 0;
+    return true;
 }
 
-void writeBlock(std::ostream& file, const Block& block, std::size_t size)
+/// @return whether all was written
+bool writeBytes(platform::OutputFile& file, const unsigned char* bytes, std::size_t size)
 {
-    file.write(reinterpret_cast<const char*>(block.data()), static_cast<std::streamsize>(size));
+    return file.write(reinterpret_cast<const char*>(bytes), size) == size;
 }
 
 /// Writes the rows from the last to the first, in blocks that begin and end anywhere in a row.
-void writePixels(std::ostream& file, unsigned char depth, const Image& image)
+/// @return whether all was written
+bool writePixels(platform::OutputFile& file, unsigned char depth, const Image& image)
 {
     const std::size_t width = static_cast<std::size_t>(image.getWidth());
     const std::size_t pixelSize = depth / 8;
@@ -165,39 +169,40 @@ void writePixels(std::ostream& file, unsigned char depth, const Image& image)
             pack(row + x, count, depth, block.data() + filled * pixelSize);
             filled += count;
             if (filled == BLOCK_PIXELS) {
-                writeBlock(file, block, filled * pixelSize);
+                if (!writeBytes(file, block.data(), filled * pixelSize)) {
+                    return false;
+                }
                 filled = 0;
             }
         }
     }
-    writeBlock(file, block, filled * pixelSize);
+    return writeBytes(file, block.data(), filled * pixelSize);
 }
 
 } // namespace
 
 int Image::loadTGA(const char* filename)
 {
-    std::ifstream file;
-    if (filename) {
-        file.open(filename, std::ios::binary);
-    }
-    if (!file.is_open()) {
+    platform::TFileStream file = filename ? platform::openToRead(filename, "rb") : nullptr;
+    if (!file) {
         return -1;
     }
     std::array<unsigned char, HEADER_SIZE> header;
-    if (!file.read(reinterpret_cast<char*>(header.data()), HEADER_SIZE)) {
+    if (std::fread(header.data(), 1, HEADER_SIZE, file.get()) < HEADER_SIZE) {
         return -2;
     }
     const int fault = checkHeader(header);
     if (fault != 0) {
         return fault;
     }
-    file.ignore(header[ID_LENGTH]);
+    for (int i = 0; i < header[ID_LENGTH]; ++i) {
+        std::fgetc(file.get());
+    }
     create(header[WIDTH] + 256u * header[WIDTH + 1], header[HEIGHT] + 256u * header[HEIGHT + 1]);
-    if (!readPixels(file, header[DEPTH], m_Pixels.get(), countPixels())) {
+    if (!readPixels(file.get(), header[DEPTH], m_Pixels.get(), countPixels())) {
         return -6;
     }
-    file.close();
+    file.reset();
     flipVertical();
     return static_cast<int>(static_cast<std::uint32_t>(countPixels()));
 }
@@ -207,22 +212,18 @@ int Image::saveTGA(const char* filename, unsigned char depth) const
     if (!isDepth(depth)) {
         return -1;
     }
-    std::ofstream file;
-    if (filename) {
-        file.open(filename, std::ios::binary);
+    if (!filename) {
+        return -2;
     }
-    if (!file.is_open()) {
+    platform::OutputFile file(filename, platform::OutputFile::Kind::BINARY);
+    if (!file.isOpen()) {
         return -2;
     }
     const std::array<unsigned char, HEADER_SIZE> header = makeHeader(m_Width, m_Height, depth);
-    file.write(reinterpret_cast<const char*>(header.data()), HEADER_SIZE);
-    if (m_Pixels) {
-        writePixels(file, depth, *this);
-    }
-    if (!file) {
+    if (!writeBytes(file, header.data(), HEADER_SIZE) ||
+        (m_Pixels && !writePixels(file, depth, *this))) {
         return -3;
     }
-    file.close();
     return static_cast<int>(static_cast<std::uint32_t>(countPixels()));
 }
 

@@ -3,6 +3,8 @@
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <memory>
 #include <string>
 
 /// What the library needs of the operating system, and all that it asks of it beyond the standard
@@ -147,24 +149,41 @@ private:
     int m_Error = 0;
 };
 
-/// A text file opened for writing at its end, wherever that is when a text arrives: other programs
-/// may read, write, cut or rename the file meanwhile. The handle is not passed on to programs that
-/// the host starts. A pipe whose reader has gone takes nothing, and no signal tells of that.
+struct TFileCloser {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+using TFileStream = std::unique_ptr<std::FILE, TFileCloser>;
+
+/// Opens an existing file for reading as std::fopen does in that mode, but waits for no other
+/// program: a pipe that nobody writes into is empty. Programs that the host starts do not get it.
+/// @return null if the file cannot be opened
+TFileStream openToRead(const char* path, const char* mode);
+
+/// A file opened for writing, which is created where there is none. A pipe that nobody reads cannot
+/// be opened, and is not waited for. One whose reader has gone takes nothing, and no signal tells
+/// of that. The handle is not passed on to programs that the host starts.
 class OutputFile
 {
 public:
-    /// @param append whether what the file holds stays
-    OutputFile(const char* path, bool append);
+    enum class Kind {
+        BINARY,    ///< replaced
+        TEXT,      ///< replaced, with line feeds as the system's line ends, and written at its end
+        MORE_TEXT, ///< the same, but what the file holds stays
+    };
+
+    /// A text is written at the file's end, wherever that is when it arrives: other programs may
+    /// read, write, cut or rename the file meanwhile.
+    OutputFile(const char* path, Kind kind);
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
     ~OutputFile();
 
     bool isOpen() const;
 
-    /// Hands a text to the system, in one piece if the system takes it so. A line feed becomes the
-    /// system's line end.
-    /// @return how many characters were taken; fewer than `size` on failure
-    std::size_t write(const char* text, std::size_t size);
+    /// Hands bytes to the system, in one piece if the system takes them so.
+    /// @return how many were taken; fewer than `size` on failure
+    std::size_t write(const char* bytes, std::size_t size);
 
 private:
     std::intptr_t m_Handle;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "foundation/Whitespace.h"
+#include "platform/Platform.h"
 #include "qor/XMLElement.h"
 #include "xml/ByteSearch.h"
 
@@ -129,12 +130,6 @@ private:
 
     std::string m_Buffer;
 };
-
-struct TFileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
-using TFile = std::unique_ptr<std::FILE, TFileCloser>;
 
 struct TFileText {
     std::unique_ptr<char[]> bytes;
@@ -458,7 +453,7 @@ int XMLElement::load(const std::string& filename)
     clear();
     TFileText text;
     {
-        const TFile file(std::fopen(filename.c_str(), "r"));
+        const platform::TFileStream file = platform::openToRead(filename.c_str(), "r");
         if (!file) {
             return fail(-1, "Unable to open source file '" + filename + "'");
         }

@@ -1,14 +1,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <limits>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/Platform.h"
 #include "qor/XMLElement.h"
 #include "xml/ByteSearch.h"
 
@@ -259,16 +258,14 @@ private:
 
 int XMLElement::save(const std::string& filename, bool formatted) const
 {
-    struct TFileCloser {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
-    const std::unique_ptr<std::FILE, TFileCloser> file(std::fopen(filename.c_str(), "wb"));
-    if (!file) {
-        return fail(-1, "Unable to open target file '" + filename + "'");
-    }
+    // Before the file is emptied, since memory may run out.
     std::string text;
     Writer(text, formatted).write(*this);
-    std::fwrite(text.data(), 1, text.size(), file.get());
+    platform::OutputFile file(filename.c_str(), platform::OutputFile::Kind::BINARY);
+    if (!file.isOpen()) {
+        return fail(-1, "Unable to open target file '" + filename + "'");
+    }
+    file.write(text.data(), text.size());
     constexpr std::size_t GREATEST = std::numeric_limits<int>::max();
     return static_cast<int>(std::min(text.size(), GREATEST));
 }

@@ -37,6 +37,12 @@ int openAtOnce(const char* path, int flags)
     }
 }
 
+/// From here on the other end is waited for, so that no bytes are dropped.
+void letWait(int handle)
+{
+    fcntl(handle, F_SETFL, fcntl(handle, F_GETFL) & ~O_NONBLOCK);
+}
+
 /// Keeps a broken pipe from ending the process, for as long as it lives and in this thread.
 class PipeSignalPause
 {
@@ -164,13 +170,27 @@ int InputFile::getSize(std::uint64_t& size) const
     return 0;
 }
 
-OutputFile::OutputFile(const char* path, bool append)
-    : m_Handle(openAtOnce(path, O_WRONLY | O_CREAT | O_APPEND | (append ? 0 : O_TRUNC)))
+TFileStream openToRead(const char* path, const char* mode)
+{
+    const int handle = openAtOnce(path, O_RDONLY);
+    if (handle < 0) {
+        return nullptr;
+    }
+    letWait(handle);
+    TFileStream file(fdopen(handle, mode));
+    if (!file) {
+        close(handle);
+    }
+    return file;
+}
+
+OutputFile::OutputFile(const char* path, Kind kind)
+    : m_Handle(openAtOnce(path, O_WRONLY | O_CREAT | (kind == Kind::MORE_TEXT ? 0 : O_TRUNC) |
+                                    (kind == Kind::BINARY ? 0 : O_APPEND)))
 {
     if (isOpen()) {
-        // Once it is open, a slow reader of a pipe is to be waited for, and no text dropped.
         const int handle = static_cast<int>(m_Handle);
-        fcntl(handle, F_SETFL, fcntl(handle, F_GETFL) & ~O_NONBLOCK);
+        letWait(handle);
         struct stat status;
         m_IsPipe = fstat(handle, &status) == 0 && !S_ISREG(status.st_mode);
     }
@@ -186,13 +206,13 @@ bool OutputFile::isOpen() const
     return m_Handle != NO_HANDLE;
 }
 
-std::size_t OutputFile::write(const char* text, std::size_t size)
+std::size_t OutputFile::write(const char* bytes, std::size_t size)
 {
     const std::optional<PipeSignalPause> pause =
         m_IsPipe ? std::make_optional<PipeSignalPause>() : std::nullopt;
     std::size_t done = 0;
     while (done < size) {
-        const ssize_t count = ::write(static_cast<int>(m_Handle), text + done, size - done);
+        const ssize_t count = ::write(static_cast<int>(m_Handle), bytes + done, size - done);
         if (count > 0) {
             done += static_cast<std::size_t>(count);
         } else if (count == 0 || errno != EINTR) {
