@@ -230,6 +230,9 @@ private:
     void setInteger(TParameter& parameter, int value);
     void setFloat(TParameter& parameter, float value);
     void setString(TParameter& parameter, const std::string& value);
+    static int clipInteger(const TParameter& parameter, int value);
+    static double clipFloat(const TParameter& parameter, float value);
+    bool startWith(int index, const std::string& name, double value);
     void storeNumber(TParameter& parameter, double value);
     void readValue(TParameter& parameter, const XMLElement& element);
     std::string getNotice(const TParameter& parameter) const;

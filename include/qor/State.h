@@ -70,9 +70,9 @@ private:
 
     void addChildState(State* state);
 
+    std::string m_Name; ///< first, so that an assignment that lacks memory changes nothing
     StateMachine* m_StateMachine;
     State* m_ParentState;
-    std::string m_Name;
     State* m_FirstChildState = nullptr;
     State* m_LastChildState = nullptr;
     State* m_NextSiblingState = nullptr;

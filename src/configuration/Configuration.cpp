@@ -92,17 +92,14 @@ Configuration* Configuration::getInstance()
 }
 
 // The record is a copy of all arguments, and the value is set from it: adding it moves the texts
-// that they may refer to.
+// that they may refer to. Once it is added, no more memory is needed.
 
 bool Configuration::addBooleanParameter(const std::string& name, bool defaultValue,
                                         unsigned int version)
 {
     const TParameter parameter{name, BOOLEAN, "", 0.0, 0.0, 1.0, version};
-    if (addParameter(parameter) < 0) {
-        return false;
-    }
-    setBoolean(parameter.name, defaultValue);
-    return true;
+    const int index = addParameter(parameter);
+    return index >= 0 && startWith(index, parameter.name, defaultValue ? 1.0 : 0.0);
 }
 
 bool Configuration::addIntegerParameter(const std::string& name, int defaultValue, int minimum,
@@ -111,11 +108,8 @@ bool Configuration::addIntegerParameter(const std::string& name, int defaultValu
     const TParameter parameter{
         name,   INTEGER, "", 0.0, static_cast<double>(minimum), static_cast<double>(maximum),
         version};
-    if (addParameter(parameter) < 0) {
-        return false;
-    }
-    setInteger(parameter.name, defaultValue);
-    return true;
+    const int index = addParameter(parameter);
+    return index >= 0 && startWith(index, parameter.name, clipInteger(parameter, defaultValue));
 }
 
 bool Configuration::addFloatParameter(const std::string& name, float defaultValue, float minimum,
@@ -123,11 +117,8 @@ bool Configuration::addFloatParameter(const std::string& name, float defaultValu
 {
     const TParameter parameter{
         name, FLOAT, "", 0.0, static_cast<double>(minimum), static_cast<double>(maximum), version};
-    if (addParameter(parameter) < 0) {
-        return false;
-    }
-    setFloat(parameter.name, defaultValue);
-    return true;
+    const int index = addParameter(parameter);
+    return index >= 0 && startWith(index, parameter.name, clipFloat(parameter, defaultValue));
 }
 
 bool Configuration::addStringParameter(const std::string& name, const std::string& defaultValue,
@@ -191,6 +182,16 @@ void Configuration::setBoolean(TParameter& parameter, bool value)
 
 void Configuration::setInteger(TParameter& parameter, int value)
 {
+    storeNumber(parameter, clipInteger(parameter, value));
+}
+
+void Configuration::setFloat(TParameter& parameter, float value)
+{
+    storeNumber(parameter, clipFloat(parameter, value));
+}
+
+int Configuration::clipInteger(const TParameter& parameter, int value)
+{
     int clipped = value;
     if (parameter.minimum <= parameter.maximum) {
         if (value > parameter.maximum) {
@@ -203,10 +204,10 @@ void Configuration::setInteger(TParameter& parameter, int value)
                        parameter.name.c_str(), clipped);
         }
     }
-    storeNumber(parameter, clipped);
+    return clipped;
 }
 
-void Configuration::setFloat(TParameter& parameter, float value)
+double Configuration::clipFloat(const TParameter& parameter, float value)
 {
     double clipped = static_cast<double>(value);
     // Limits that are not-a-number clip nothing.
@@ -221,7 +222,7 @@ void Configuration::setFloat(TParameter& parameter, float value)
                        parameter.name.c_str(), clipped);
         }
     }
-    storeNumber(parameter, clipped);
+    return clipped;
 }
 
 void Configuration::setString(TParameter& parameter, const std::string& value)
@@ -350,6 +351,17 @@ int Configuration::addParameter(const TParameter& parameter)
     }
     Log::debug("Added configuration parameter '%s' at index %d", parameter.name.c_str(), index);
     return index;
+}
+
+/// Gives a new parameter its first number, and tells the listeners of one that is not 0.
+/// @return true
+bool Configuration::startWith(int index, const std::string& name, double value)
+{
+    if (value != 0.0) {
+        m_Parameters[static_cast<std::size_t>(index)].value = value;
+        notify(name);
+    }
+    return true;
 }
 
 /// Stores a number that differs from the one before, and tells the listeners.

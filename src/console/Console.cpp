@@ -54,7 +54,22 @@ Console::Console(int maxOutputLines)
 }
 
 Console::Console(const Console& other) = default;
-Console& Console::operator=(const Console& other) = default;
+
+Console& Console::operator=(const Console& other)
+{
+    // All or nothing, if memory runs out.
+    Console copy(other);
+    m_CommandLine.swap(copy.m_CommandLine);
+    m_Output.swap(copy.m_Output);
+    m_MaxOutputLines = copy.m_MaxOutputLines;
+    m_Variables.swap(copy.m_Variables);
+    m_Commands.swap(copy.m_Commands);
+    m_OutputModCount = copy.m_OutputModCount;
+    m_CommandLineModCount = copy.m_CommandLineModCount;
+    m_OldestOutput = copy.m_OldestOutput;
+    return *this;
+}
+
 Console::~Console() = default;
 
 void Console::addCommand(const std::string& name, const std::string& help, int minParameters,

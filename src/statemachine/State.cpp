@@ -6,14 +6,15 @@ namespace qor
 {
 
 State::State(StateMachine* stateMachine, State* parent, const std::string& name)
-    : m_StateMachine(stateMachine), m_ParentState(parent), m_Name(name)
+    : m_Name(name), m_StateMachine(stateMachine), m_ParentState(parent)
 {
-    if (parent) {
-        parent->addChildState(this);
-    }
     // A machine registers itself: at this moment it is not yet there.
     if (stateMachine && stateMachine != this) {
         stateMachine->registerState(this);
+    }
+    // Last, as nothing takes a state out again if memory is short.
+    if (parent) {
+        parent->addChildState(this);
     }
 }
 

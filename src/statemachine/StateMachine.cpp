@@ -112,8 +112,10 @@ StateMachine::StateMachine(const StateMachine& other)
 
 StateMachine& StateMachine::operator=(const StateMachine& other)
 {
-    m_States = other.m_States;
+    // All or nothing, if memory runs out.
+    std::map<std::string, State*> states(other.m_States);
     State::operator=(other);
+    m_States.swap(states);
     m_CurrentState = other.m_CurrentState;
     m_PendingState = other.m_PendingState;
     return *this;

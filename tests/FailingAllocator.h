@@ -1,0 +1,40 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+// Replaces the allocator of the program, so it belongs into one of its sources. The forms that are
+// not defined here lead to those that are, but for stricter alignments.
+
+constexpr long NEVER = -1;
+inline std::atomic<long> liveBlocks = 0;
+inline std::atomic<long> allocations = 0;
+inline long allocationsLeft = NEVER; ///< until all fail
+
+void* operator new(std::size_t size)
+{
+    if (allocationsLeft == 0) {
+        throw std::bad_alloc();
+    }
+    allocationsLeft -= allocationsLeft > 0 ? 1 : 0;
+    void* const block = std::malloc(size);
+    if (!block) {
+        throw std::bad_alloc();
+    }
+    ++liveBlocks;
+    ++allocations;
+    return block;
+}
+
+void operator delete(void* block) noexcept
+{
+    liveBlocks -= block ? 1 : 0;
+    std::free(block);
+}
+
+void operator delete(void* block, std::size_t) noexcept
+{
+    operator delete(block);
+}
