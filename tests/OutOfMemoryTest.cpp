@@ -154,7 +154,7 @@ struct TPicture : Image {
     TPicture() : Image(makeImage(1, 1, {7})) {}
     std::string show() const
     {
-        const Pixels pixels = pixelsOf(*this);
+        const Pixels pixels = getData() ? pixelsOf(*this) : Pixels();
         return std::string(reinterpret_cast<const char*>(pixels.data()), pixels.size() * 4);
     }
 };
