@@ -1,10 +1,13 @@
 #include <cstddef>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "RandomText.h"
 #include "TemporaryFolder.h"
+#include "qor/MD5.h"
 #include "qor/XMLElement.h"
 
 using qor::XMLElement;
@@ -108,6 +111,36 @@ TEST_F(XMLWriterTest, SaveReplacesFilesOrTellsWhyNot)
     element.setValue(std::string(100000, 'x'));
     EXPECT_EQ(element.save("/dev/full", false), 100007);
     EXPECT_EQ(XMLElement::getLastError(), "Unable to open target file '" + lost + "'");
+}
+
+TEST_F(XMLWriterTest, ThreadsHaveDocumentsOfTheirOwn)
+{
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([file = path(std::to_string(thread))] {
+            RandomText names(makePieces("")), values(makePieces("&|<"));
+            XMLElement rules("");
+            rules.parse("<t>0:0-9999<n>1:1</n></t>");
+            for (int i = 0; i < 50; ++i) {
+                XMLElement tree("r"), loaded("");
+                fill(tree, names, values, 3);
+                const int size = tree.save(file, false);
+                EXPECT_EQ(loaded.load(file), size);
+                tree = loaded;
+                EXPECT_EQ(tree.toString(), read(file));
+                qor::MD5 checksum, expected;
+                tree.calculateChecksum(checksum);
+                loaded.calculateChecksum(expected);
+                EXPECT_EQ(checksum.getChecksumHex(), expected.getChecksumHex());
+                tree.deleteChildren();
+                tree.findChild("n", true)->setValue(i % 10);
+                EXPECT_TRUE(tree.validate(&rules));
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
 }
 
 TEST_F(XMLWriterTest, WhatIsWrittenIsReadBack)

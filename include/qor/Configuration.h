@@ -19,7 +19,9 @@ class XMLElement;
 /// what is read back may differ from what was written. Names are compared byte by byte.
 ///
 /// Nothing is thrown on bad input. A missing name, another type, a clipped value and the like are
-/// told by the result and, most of them at level DEBUG, in the `Log`.
+/// told by the result and, most of them at level DEBUG, in the `Log`. Lack of memory shows as
+/// `std::bad_alloc` and changes nothing, except that values may be loaded, saved into an element or
+/// told to listeners in part.
 ///
 /// **Stored form.** The values, nothing else, in an XML document: the table's version in the
 /// element "version", and a parameter's value in the element at the path that its name gives, so

@@ -23,7 +23,8 @@ namespace qor
 ///
 /// Commands and the storage of variables belong to the host and have to outlive their registration.
 /// A console has no lock: all calls on it come from one thread at a time. Nothing fails but for
-/// lack of memory, which shows as `std::bad_alloc`.
+/// lack of memory, which shows as `std::bad_alloc` and changes nothing, except that a command line
+/// may have been printed or run; it is not emptied then.
 ///
 /// @code
 /// qor::Console console(500);

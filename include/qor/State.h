@@ -19,7 +19,8 @@ class QORTK_API State
 {
 public:
     /// Makes the last child of `parent` and registers it with the machine under its name, unless
-    /// that is taken there: then only a pointer leads to the state.
+    /// that is taken there: then only a pointer leads to the state. Where memory runs out, neither
+    /// parent nor machine knows it.
     /// @param stateMachine the machine that the state belongs to; with null it is registered
     /// nowhere
     /// @param parent the enclosing state, constructed earlier: the machine for a state at the top

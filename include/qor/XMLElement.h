@@ -29,7 +29,7 @@ class Checksum;
 /// **Failures** of load(), parse() and save() are told by a negative result and those of validate()
 /// by false, with the reason in getLastError(). Nothing throws but `std::bad_alloc`, and only where
 /// memory is taken; what was there before is then still whole or, in load() and parse(), replaced
-/// by a part of the new tree.
+/// by a part of the new tree. Of a path that was to be created, a part may be there.
 ///
 /// **Depth** is bounded by memory alone: no operation recurses. Each takes time in proportion to
 /// the elements and bytes that it visits.
