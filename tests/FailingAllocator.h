@@ -6,14 +6,15 @@
 #include <new>
 
 // Replaces the allocator of the program, so it belongs into one of its sources. The forms that are
-// not defined here lead to those that are, but for stricter alignments.
+// not defined here lead to those that are, but for stricter alignments. A compiler that inlined one
+// of a pair alone would take the two for mismatched.
 
 constexpr long NEVER = -1;
 inline std::atomic<long> liveBlocks = 0;
 inline std::atomic<long> allocations = 0;
 inline long allocationsLeft = NEVER; ///< until all fail
 
-void* operator new(std::size_t size)
+[[gnu::noinline]] void* operator new(std::size_t size)
 {
     if (allocationsLeft == 0) {
         throw std::bad_alloc();
@@ -28,13 +29,13 @@ void* operator new(std::size_t size)
     return block;
 }
 
-void operator delete(void* block) noexcept
+[[gnu::noinline]] void operator delete(void* block) noexcept
 {
     liveBlocks -= block ? 1 : 0;
     std::free(block);
 }
 
-void operator delete(void* block, std::size_t) noexcept
+[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept
 {
     operator delete(block);
 }
