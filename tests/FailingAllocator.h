@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <new>
 
-// Replaces the allocator of the program, so it belongs into one of its sources. The forms that are
-// not defined here lead to those that are, but for stricter alignments. A compiler that inlined one
-// of a pair alone would take the two for mismatched.
+// Replaces the allocator of the program, so it belongs into one of its sources. All forms are here
+// but those for stricter alignments, since sanitizers have each of their own. A compiler that
+// inlined one of a pair alone would take the two for mismatched.
 
 constexpr long NEVER = -1;
 inline std::atomic<long> liveBlocks = 0;
@@ -38,4 +38,28 @@ inline long allocationsLeft = NEVER; ///< until all fail
 [[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept
 {
     operator delete(block);
+}
+
+[[gnu::noinline]] void* operator new[](std::size_t size)
+{
+    return operator new(size);
+}
+
+[[gnu::noinline]] void operator delete[](void* block) noexcept
+{
+    operator delete(block);
+}
+
+[[gnu::noinline]] void operator delete[](void* block, std::size_t) noexcept
+{
+    operator delete(block);
+}
+
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
