@@ -1,9 +1,6 @@
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
 #include <vector>
 
+#include "FuzzInput.h"
 #include "qor/StringUtil.h"
 #include "qor/XMLElement.h"
 
@@ -49,14 +46,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     qor::XMLElement tree("");
     const int result = tree.parse(source);
     const std::string text = tree.toString();
-    bool isFine = qor::XMLElement(tree).toString() == text &&
-                  (result == -1 || static_cast<std::size_t>(std::abs(result)) <= size);
+    require(qor::XMLElement(tree).toString() == text);
+    require(result == -1 || static_cast<std::size_t>(std::abs(result)) <= size);
     if (result >= 0 && isReadableTree(tree)) {
-        isFine =
-            isFine && tree.parse(text) == static_cast<int>(text.size()) && tree.toString() == text;
-    }
-    if (!isFine) {
-        std::abort();
+        require(tree.parse(text) == static_cast<int>(text.size()) && tree.toString() == text);
     }
     return 0;
 }
