@@ -1,0 +1,78 @@
+#include <vector>
+
+#include "FuzzInput.h"
+#include "qor/Configuration.h"
+#include "qor/StringUtil.h"
+#include "qor/XMLElement.h"
+
+namespace
+{
+
+const std::vector<std::string> NAMES = {"flag", "count", "a/any", "a/scale", "ratio", "title"};
+
+qor::Configuration makeTable()
+{
+    qor::Configuration table(2);
+    table.addBooleanParameter(NAMES[0], true, 0);
+    table.addIntegerParameter(NAMES[1], 5, -100, 1000, 1);
+    table.addIntegerParameter(NAMES[2], 6, 1, 0, 0);
+    table.addFloatParameter(NAMES[3], 0.5f, -1.5f, 2.5f, 0);
+    table.addFloatParameter(NAMES[4], 0.25f, 1.0f, 0.0f, 0);
+    table.addStringParameter(NAMES[5], "none", 2, 8, 2);
+    return table;
+}
+
+std::vector<std::string> textsOf(const qor::Configuration& table)
+{
+    const int count = table.getInteger("count");
+    const float scale = table.getFloat("a/scale");
+    require(count >= -100 && count <= 1000 && scale >= -1.5f && scale <= 2.5f);
+    std::vector<std::string> texts;
+    for (const std::string& name : NAMES) {
+        texts.push_back(table.get(name));
+    }
+    return texts;
+}
+
+/// Holds a table of odd names against an element's own ways to get to them.
+void checkPaths(FuzzInput& input, const qor::XMLElement& root)
+{
+    qor::Configuration table(2), loaded(2);
+    qor::XMLElement byTable(root), byPaths(root);
+    byPaths.findChild("version", true)->setValue(2);
+    while (!input.isEmpty()) {
+        const std::string name = input.takeText(), text = input.takeText();
+        if (table.addStringParameter(name, text, 0, 0, 0)) {
+            byPaths.findChild(name, true)->setValue(text);
+            loaded.addStringParameter(name, text, 0, 0, 0);
+            loaded.load(&root);
+            require(loaded.getString(name) == root.getValue(name, text));
+        }
+    }
+    table.save(&byTable);
+    require(byTable.toString() == byPaths.toString());
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    FuzzInput input(data, size);
+    const FuzzFile file(input.takeText());
+    qor::Configuration table = makeTable(), again = makeTable();
+    qor::XMLElement root("");
+    const bool isReadable = root.load(file.name) >= 0;
+    require(table.load(file.name) == isReadable);
+    require(isReadable || textsOf(table) == textsOf(again));
+    for (std::size_t i = 0; (i = input.takeByte()) > 0;) {
+        const std::string name = NAMES[i % NAMES.size()], text = input.takeText();
+        const std::string before = table.get(name);
+        require(table.set(name, text) || table.get(name) == before);
+        const std::vector<std::string> texts = textsOf(table);
+        require(table.set(name, table.get(name)) && textsOf(table) == texts);
+    }
+    table.setString("title", qor::StringUtil::trim(table.getString("title")));
+    require(table.save() && again.load(file.name) && textsOf(again) == textsOf(table));
+    checkPaths(input, root);
+    return 0;
+}

@@ -1,0 +1,83 @@
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <locale>
+#include <sstream>
+
+#include "FuzzInput.h"
+#include "qor/StringUtil.h"
+
+using qor::StringUtil;
+
+namespace
+{
+
+void checkNumber(unsigned int number, int precision)
+{
+    const int signedNumber = static_cast<int>(number);
+    require(StringUtil::stringToUInt(StringUtil::toString(number)) == number);
+    require(StringUtil::stringToInt(StringUtil::toString(signedNumber)) == signedNumber);
+    const std::string version = StringUtil::versionNumberToString(number);
+    require(StringUtil::versionStringToNumber(version) == (number & 0xFFFFFF00));
+    float real = 0.0f;
+    std::memcpy(&real, &number, sizeof real);
+    char text[512];
+    std::snprintf(text, sizeof text, "%.*f", precision, static_cast<double>(real));
+    require(StringUtil::toString(real, precision) == text);
+    const std::string exact = StringUtil::toString(real, 149);
+    require(!std::isfinite(real) || StringUtil::stringToFloat(exact) == real);
+}
+
+void checkTimeStamp(std::int64_t timeStamp)
+{
+    const std::string text = StringUtil::timeStampToString(timeStamp, true);
+    require(text.substr(text.size() - 8) == StringUtil::timeStampToString(timeStamp, false));
+    const std::time_t seconds = timeStamp;
+    if (const std::tm* const time = std::gmtime(&seconds)) {
+        const long long year = time->tm_year + 1900LL;
+        char expected[64];
+        std::snprintf(expected, sizeof expected, "%s%04lld-%02d-%02d %02d:%02d:%02d",
+                      year < 0 ? "-" : "", std::abs(year), time->tm_mon + 1, time->tm_mday,
+                      time->tm_hour, time->tm_min, time->tm_sec);
+        require(text == expected);
+    }
+}
+
+/// @return what a stream of the classic locale reads from a text
+template<typename TNumber>
+TNumber readByStream(const std::string& text)
+{
+    std::istringstream stream(text);
+    stream.imbue(std::locale::classic());
+    TNumber number{};
+    return stream >> number ? number : TNumber{};
+}
+
+void checkText(const std::string& text)
+{
+    require(StringUtil::stringToInt(text) == readByStream<int>(text));
+    require(StringUtil::stringToUInt(text) == readByStream<unsigned int>(text));
+    require(StringUtil::stringToFloat(text) == readByStream<float>(text));
+    const unsigned int version = StringUtil::versionStringToNumber(text);
+    const std::string versionText = StringUtil::versionNumberToString(version);
+    require(StringUtil::versionStringToNumber(versionText + ' ' + text) == version);
+    const std::size_t begin = std::min(text.find_first_not_of(" \t\n\r"), text.size());
+    const std::size_t end = text.find_last_not_of(" \t\n\r") + 1;
+    require(StringUtil::trim(text) == text.substr(begin, std::max(begin, end) - begin));
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    FuzzInput input(data, size);
+    std::uint64_t number = 0;
+    for (int i = 0; i < 8; ++i) {
+        number = number << 8 | input.takeByte();
+    }
+    checkNumber(static_cast<unsigned int>(number), static_cast<int>(number >> 32 & 0xFF));
+    checkTimeStamp(static_cast<std::int64_t>(number));
+    checkText(input.takeText());
+    return 0;
+}
