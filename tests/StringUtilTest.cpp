@@ -5,17 +5,16 @@
 #include <cstdint>
 #include <cstring>
 #include <ctime>
-#include <iomanip>
 #include <limits>
 #include <locale>
 #include <random>
-#include <sstream>
 #include <string>
 #include <utility>
 
 #include <gtest/gtest.h>
 
 #include "RandomText.h"
+#include "StreamNumbers.h"
 #include "TestData.h"
 #include "qor/XMLElement.h"
 
@@ -53,16 +52,6 @@ private:
     const std::string m_NameBefore = std::setlocale(LC_ALL, nullptr);
 };
 
-template<typename TValue>
-TValue readByStream(const std::string& text)
-{
-    std::istringstream stream(text);
-    stream.imbue(std::locale::classic());
-    TValue value{};
-    stream >> std::boolalpha >> value;
-    return stream ? value : TValue{};
-}
-
 void expectReadAsByStream(const std::string& text)
 {
     EXPECT_EQ(StringUtil::stringToInt(text), readByStream<int>(text)) << text;
@@ -73,14 +62,6 @@ void expectReadAsByStream(const std::string& text)
     EXPECT_EQ(element.getValueAsInteger(), readByStream<int>(text)) << text;
     EXPECT_EQ(element.getValueAsFloat(), readByStream<float>(text)) << text;
     EXPECT_EQ(element.getValueAsBoolean(), readByStream<bool>(text)) << text;
-}
-
-std::string writeByStream(float number, int precision)
-{
-    std::ostringstream stream;
-    stream.imbue(std::locale::classic());
-    stream << std::fixed << std::setprecision(precision) << number;
-    return stream.str();
 }
 
 void expectWrittenAsByStream(float number)

@@ -10,34 +10,9 @@ using qor::StateMachine;
 namespace
 {
 
-/// What a machine and its states do, from the input, and which states were entered and not left.
+/// What is done with a machine, from its states' handlers as well.
 struct TPlay {
-    FuzzInput input;
-    StateMachine* machine = nullptr;
-    std::vector<State*> states;
-    std::vector<State*> entered;
-    int changes = 0; ///< how many calls for entering or leaving are running
-
     State* pick(unsigned int number) { return states[number % states.size()]; }
-
-    void enter(State* state)
-    {
-        require(state == machine->getCurrentState());
-        require(state->getParentState() == (entered.empty() ? nullptr : entered.back()));
-        entered.push_back(state);
-        ++changes;
-        act();
-        --changes;
-    }
-
-    void leave(const State* state)
-    {
-        require(state == machine->getCurrentState() && state == entered.back());
-        ++changes;
-        act();
-        --changes;
-        entered.pop_back();
-    }
 
     /// @return whether that handles an event. It may throw a number.
     bool act()
@@ -59,7 +34,7 @@ struct TPlay {
                                            : state == before);
         } else if (action == 5) {
             if (changes == 0 && machine->getInitialChildState()) {
-                entered = {machine}; // nothing is left on a start
+                entered = {nullptr, machine}; // a start leaves nothing
             }
             machine->start();
         } else if (action == 6) {
@@ -67,50 +42,69 @@ struct TPlay {
         }
         return action == 7;
     }
+
+    FuzzInput input;
+    StateMachine* machine;
+    std::vector<State*> states{nullptr};
+    std::vector<const State*> entered{nullptr}; ///< and not left, innermost last
+    int changes = 0;                            ///< how many handlers are entering or leaving
 };
+
+TPlay* play;
 
 /// A state, or with StateMachine a machine.
 template<typename TBase>
-class Actor : public TBase
-{
-public:
-    template<typename... TArguments>
-    explicit Actor(TPlay& play, TArguments... arguments) : TBase(arguments...), m_Play(play)
+struct TActor : TBase {
+    using TBase::TBase;
+
+    void onEntry(State* /*source*/) override
     {
-        play.states.push_back(this);
+        require(this->getParentState() == play->entered.back());
+        play->entered.push_back(this);
+        change();
     }
 
-protected:
-    void onEntry(State* /*source*/) override { m_Play.enter(this); }
-    bool onEvent(unsigned int /*event*/) override { return m_Play.act(); }
-    void onExit(State* /*target*/) override { m_Play.leave(this); }
+    bool onEvent(unsigned int /*event*/) override { return play->act(); }
 
-private:
-    TPlay& m_Play;
+    void onExit(State* /*target*/) override
+    {
+        require(this == play->entered.back());
+        change();
+        play->entered.pop_back();
+    }
+
+    void change() const
+    {
+        require(this == play->machine->getCurrentState());
+        ++play->changes;
+        play->act();
+        --play->changes;
+    }
 };
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    TPlay play{FuzzInput(data, size), nullptr, {nullptr}, {}};
-    Actor<StateMachine> machine(play);
-    play.machine = &machine;
-    play.entered = {&machine};
-    std::deque<Actor<State>> states;
-    for (int count = play.input.takeByte() % 16; count > 0; --count) {
-        const std::uint8_t byte = play.input.takeByte();
-        states.emplace_back(play, &machine, play.pick(byte / 8), std::string(byte % 8, 'a'));
+    TActor<StateMachine> machine;
+    TPlay newPlay{FuzzInput(data, size), &machine, {nullptr, &machine}, {nullptr, &machine}};
+    play = &newPlay;
+    std::deque<TActor<State>> states;
+    for (int count = play->input.takeByte() % 16; count > 0; --count) {
+        const std::uint8_t byte = play->input.takeByte();
+        states.emplace_back(&machine, play->pick(byte / 8), std::string(byte % 8, 'a'));
+        play->states.push_back(&states.back());
     }
-    while (!play.input.isEmpty()) {
-        play.changes = 0;
+    while (!play->input.isEmpty()) {
+        play->changes = 0;
         try {
-            play.act();
+            play->act();
         } catch (unsigned int) {
         }
+        // The current state and those around it, and no others, are entered.
         State* state = machine.getCurrentState();
-        for (auto inner = play.entered.rbegin(); inner != play.entered.rend(); ++inner) {
-            require(state == *inner);
+        for (std::size_t i = play->entered.size() - 1; i > 0; --i) {
+            require(state == play->entered[i]);
             state = state->getParentState();
         }
         require(!state);
