@@ -24,8 +24,8 @@ qor::Configuration makeTable()
 
 std::vector<std::string> textsOf(const qor::Configuration& table)
 {
-    const int count = table.getInteger("count");
-    const float scale = table.getFloat("a/scale");
+    const int count = table.getInteger(NAMES[1]);
+    const float scale = table.getFloat(NAMES[3]);
     require(count >= -100 && count <= 1000 && scale >= -1.5f && scale <= 2.5f);
     std::vector<std::string> texts;
     for (const std::string& name : NAMES) {
@@ -64,6 +64,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool isReadable = root.load(file.name) >= 0;
     require(table.load(file.name) == isReadable);
     require(isReadable || textsOf(table) == textsOf(again));
+    if (isReadable) {
+        const bool isNew = static_cast<unsigned int>(root.getValueAsInteger("version", 0)) >= 2;
+        require(table.getBoolean(NAMES[0]) == root.getValueAsBoolean(NAMES[0], true));
+        require(table.getInteger(NAMES[2]) == root.getValueAsInteger(NAMES[2], 6));
+        require(table.getFloat(NAMES[4]) == root.getValueAsFloat(NAMES[4], 0.25f));
+        require(table.getString(NAMES[5]) == (isNew ? root.getValue(NAMES[5], "none") : "none"));
+    }
     for (std::size_t i = 0; (i = input.takeByte()) > 0;) {
         const std::string name = NAMES[i % NAMES.size()], text = input.takeText();
         const std::string before = table.get(name);
@@ -71,7 +78,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const std::vector<std::string> texts = textsOf(table);
         require(table.set(name, table.get(name)) && textsOf(table) == texts);
     }
-    table.setString("title", qor::StringUtil::trim(table.getString("title")));
+    table.setString(NAMES[5], qor::StringUtil::trim(table.getString(NAMES[5])));
     require(table.save() && again.load(file.name) && textsOf(again) == textsOf(table));
     checkPaths(input, root);
     return 0;
