@@ -28,10 +28,11 @@ struct TPlay {
             require(machine->transition(target->getName()));
         } else if (action == 4) {
             const State* const before = machine->getCurrentState();
+            const int leftBefore = left;
             machine->setCurrentState(target);
             State* const state = machine->getCurrentState();
-            require(target && changes == 0 ? state == target || state->isChildStateOf(target)
-                                           : state == before);
+            const bool isThere = state == target || state->isChildStateOf(target);
+            require(target && changes == 0 ? isThere && left > leftBefore : state == before);
         } else if (action == 5) {
             if (changes == 0 && machine->getInitialChildState()) {
                 entered = {nullptr, machine}; // a start leaves nothing
@@ -47,7 +48,8 @@ struct TPlay {
     StateMachine* machine;
     std::vector<State*> states{nullptr};
     std::vector<const State*> entered{nullptr}; ///< and not left, innermost last
-    int changes = 0;                            ///< how many handlers are entering or leaving
+    int left = 0;
+    int changes = 0; ///< how many handlers are entering or leaving
 };
 
 TPlay* play;
@@ -69,6 +71,7 @@ struct TActor : TBase {
     void onExit(State* /*target*/) override
     {
         require(this == play->entered.back());
+        ++play->left;
         change();
         play->entered.pop_back();
     }

@@ -42,7 +42,8 @@ void checkText(const std::string& text)
 {
     require(StringUtil::stringToInt(text) == readByStream<int>(text));
     require(StringUtil::stringToUInt(text) == readByStream<unsigned int>(text));
-    require(StringUtil::stringToFloat(text) == readByStream<float>(text));
+    const float real = StringUtil::stringToFloat(text), expected = readByStream<float>(text);
+    require(real == expected && std::signbit(real) == std::signbit(expected));
     const unsigned int version = StringUtil::versionStringToNumber(text);
     const std::string versionText = StringUtil::versionNumberToString(version);
     require(StringUtil::versionStringToNumber(versionText + ' ' + text) == version);
