@@ -49,7 +49,9 @@ std::optional<float> readFloat(std::string_view text)
     const char* const end = number.data() + number.size();
     float value = 0.0f;
     const std::from_chars_result result = std::from_chars(number.data(), end, value);
-    if (result.ec == std::errc::result_out_of_range && isFraction(number)) {
+    // What stands behind the number may look like more of it.
+    const auto length = static_cast<std::size_t>(result.ptr - number.data());
+    if (result.ec == std::errc::result_out_of_range && isFraction(number.substr(0, length))) {
         return number.front() == '-' ? -0.0f : 0.0f;
     }
     if (result.ec != std::errc() || std::isinf(value)) {
