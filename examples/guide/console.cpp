@@ -37,7 +37,7 @@ int main()
 {
     qor::Console console(100); // lines of output that are kept
     Sum sum(console);
-    console.addCommand("sum", "NUMBER... Add numbers", 1, -1, &sum);
+    console.addCommand("sum", "NUMBER... Add numbers", 1, -1, &sum); // one at least, no limit
     std::string player = "nobody";
     console.addVariable("player", "who plays", qor::Console::VT_STRING, 0, 0, &player);
 

@@ -47,7 +47,7 @@ public:
     /// falls between the first two: who locks the mutex next finds this thread waiting. The caller
     /// holds the mutex, and exactly once, since a second level would stay locked meanwhile.
     ///
-    /// A signal and the end of time look alike, so look for what you are waiting for yourself.
+    /// A signal and a time-out look alike, so look for what you are waiting for yourself.
     /// @param mutex   the lock that the caller holds; held again at the end, however long that
     /// takes
     /// @param timeOut in milliseconds; 0 waits without a limit
