@@ -193,13 +193,13 @@ def run(command, seconds=None, memory=None, **options):
 class Build:
     """The copy, built in one way, and with a fault in it where one is asked for."""
 
-    def __init__(self, sanitizer=""):
+    def __init__(self, folders, sanitizer=""):
         self.sanitizer = sanitizer
         self.folder = WORK / (sanitizer.replace(",", "-") or "plain")
         lists = (TREE / "tests" / "CMakeLists.txt").read_text()
         self.subjects = re.findall(r"^ *add_subject\((\w+)", lists, re.M)
         if sanitizer:
-            self.subjects = [s for s in self.subjects if s not in ("AllocationTest", "DeepTreeTest")]
+            self.subjects = sorted({s for folder in folders for s in self.closest(folder)})
         targets = self.subjects + ["XMLParserReplay", "TGAReplay", "qorhost"]
         for command in [
                 ["cmake", "-S", TREE, "-B", self.folder, "-DCMAKE_BUILD_TYPE=Debug",
@@ -217,6 +217,13 @@ class Build:
         status, listed = run(["ctest", "--show-only=json-v1"], cwd=self.folder)
         self.scripts = [test["command"] for test in json.loads(listed)["tests"]
                         if re.match("Host|.*Replay$", test["name"])]
+
+    def closest(self, folder):
+        """The test programs for a folder, those that look most closely first."""
+        if self.sanitizer == "thread":
+            return WITH_THREADS.get(folder, [])
+        closest = CLOSEST[folder].split()
+        return closest + [s for s in self.subjects if s not in closest and not self.sanitizer]
 
     def units_of(self, file):
         """The sources that a file of src/ is compiled with."""
@@ -281,14 +288,8 @@ def try_fault(fault, builds, workers):
     worker = workers.get()
     try:
         folder = fault.file.split("/")[1]
-        closest = CLOSEST[folder].split()
         for build in builds:
-            if not build.sanitizer:
-                subjects = closest + [s for s in build.subjects if s not in closest]
-            elif build.sanitizer == "thread":
-                subjects = WITH_THREADS.get(folder, [])
-            else:
-                subjects = [s for s in closest if s in build.subjects]
+            subjects = build.closest(folder)
             if not subjects:
                 continue
             if not build.make(fault, worker):
@@ -351,7 +352,10 @@ def main():
         print("\n".join(fault.name for all_ in faults.values() for fault in all_))
         return
 
-    builds = [Build()] + ([] if options.plain else [Build("address,undefined"), Build("thread")])
+    folders = [folder for folder in folders if faults[folder]]
+    builds = [Build(folders)]
+    if not options.plain:
+        builds += [Build(folders, "address,undefined"), Build(folders, "thread")]
     workers = queue.Queue()
     for number in range(options.jobs):
         worker = WORK / ("worker%d" % number)
@@ -359,8 +363,7 @@ def main():
         shutil.copytree(TREE / "src", worker / "src")
         workers.put(worker)
         for build in builds:
-            failing = build.failing(build.subjects if build.sanitizer != "thread" else ["LogTest", "ThreadTest"],
-                                    worker)
+            failing = build.failing(build.subjects, worker)
             if failing:
                 sys.exit("Without any fault, this fails: " + failing)
 

@@ -114,7 +114,7 @@ TEST(ConsoleTest, LineIsEditedByCharacters)
         const char character = static_cast<char>(code);
         const bool isText = code >= 32 && code < 128;
         Console console(-1);
-        console.putChar(character);
+        EXPECT_TRUE(console.putChar(character));
         EXPECT_EQ(console.getCommandLine(), std::string(isText ? 1 : 0, character));
         EXPECT_EQ(console.getCommandLineModCount(), isText ? 1u : 0u) << code;
         type(console, "ab\n\nabc" + std::string(1, character));

@@ -164,10 +164,12 @@ TEST(StateMachineTest, CopiesGoTheirOwnWay)
     Stage stage("");
     stage.run("start ask B");
     StateMachine copy(stage.m_Machine), assigned;
+    EXPECT_FALSE(assigned.sendEvent(1));
     stage.run("ask none");
     assigned = copy;
     for (StateMachine* machine : {&copy, &assigned}) {
         EXPECT_EQ(machine->getStateMachine(), &stage.m_Machine);
+        EXPECT_EQ(machine->getCurrentState(), stage.find("A1"));
         machine->sendEvent(1);
         EXPECT_EQ(machine->getCurrentState(), stage.find("B1"));
         EXPECT_TRUE(machine->transition("A2"));
