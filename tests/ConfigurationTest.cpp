@@ -75,10 +75,10 @@ TEST_F(ConfigurationTest, KeepsValuesWithinTheirLimits)
 
 TEST_F(ConfigurationTest, RefusesOtherNamesAndTypes)
 {
-    table.addBooleanParameter("b", true, 0);
-    table.addIntegerParameter("i", 3, 0, 9, 0);
-    table.addFloatParameter("f", 1.5f, 0, 9, 0);
-    table.addStringParameter("s", "text", 0, 9, 0);
+    EXPECT_TRUE(table.addBooleanParameter("b", true, 0));
+    EXPECT_TRUE(table.addIntegerParameter("i", 3, 0, 9, 0));
+    EXPECT_TRUE(table.addFloatParameter("f", 1.5f, 0, 9, 0));
+    EXPECT_TRUE(table.addStringParameter("s", "text", 0, 9, 0));
     EXPECT_FALSE(table.addStringParameter("b", "other", 0, 9, 0));
     takeRecords();
     const std::function<bool(const std::string&)> works[] = {
@@ -236,7 +236,7 @@ protected:
     {
         ConfigurationTest::SetUp();
         table.addBooleanParameter("b", true, 0);
-        table.addIntegerParameter("group/i", 5, 0, 100, 3);
+        table.addIntegerParameter("group/i", 5, 0, 100, 1);
         table.addFloatParameter("group/f", 0.25f, -1, 1, 0);
         table.addStringParameter("s", "text", 0, 10, 0);
         takeRecords();
