@@ -35,6 +35,7 @@ protected:
 
     void TearDown() override
     {
+        EXPECT_EQ(getpid(), m_Process) << "this is a child that goes on as if it were the host";
         close(OPEN_FILE);
         std::filesystem::current_path(m_FormerFolder);
         setenv("PATH", m_FormerPath.c_str(), 1);
@@ -43,7 +44,7 @@ protected:
 
     static constexpr int OPEN_FILE = 77;
     static constexpr const char* PROGRAM = R"(#!/bin/sh
-[ ! -e /proc/$$/fd/77 ] || fault=open
+[ -e /proc/$$/fd/1 ] && [ -e /proc/$$/fd/2 ] && [ ! -e /proc/$$/fd/77 ] || fault=handles
 while read -r name value; do
     case $name/$value in SigBlk:/*[!0]*|SigIgn:/*[!0]*) fault=signals ;; esac
 done < /proc/$$/status
@@ -78,6 +79,7 @@ exit )";
     }
 
 private:
+    const pid_t m_Process = getpid();
     std::string m_FormerPath;
     std::filesystem::path m_FormerFolder;
 };

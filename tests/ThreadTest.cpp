@@ -271,8 +271,13 @@ TEST(ThreadTest, IsStartedUntilItIsWaitedFor)
         id = std::this_thread::get_id();
         ++first;
     });
-    TTask two([&] { ++second; });
+    std::atomic<bool> isStarted = false;
     Thread thread;
+    TTask two([&] {
+        comesTrue([&] { return isStarted.load(); });
+        thread.wait();
+        ++second;
+    });
     thread.wait();
     thread.threadFunction();
     ASSERT_TRUE(thread.start(&one));
@@ -285,9 +290,11 @@ TEST(ThreadTest, IsStartedUntilItIsWaitedFor)
     thread.wait();
     thread.threadFunction();
     ASSERT_TRUE(thread.start(&two));
+    isStarted = true;
+    ASSERT_TRUE(comesTrue([&] { return second == 1; })) << "it does not wait for itself";
+    EXPECT_FALSE(thread.start(&one));
     thread.wait();
     EXPECT_EQ(first, 2);
-    EXPECT_EQ(second, 1);
     ASSERT_TRUE(thread.start(nullptr));
     EXPECT_FALSE(thread.start(&one));
     thread.wait();
