@@ -31,6 +31,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutate"
 TREE = WORK / "tree"
 TIME_LIMIT = 20  # seconds for a test program; a sanitizer makes them slower
+PROCESSOR_LIMIT = 300  # seconds, for what has escaped the one above
 MEMORY_LIMIT = 8 << 30
 
 # The test programs that look most closely at a folder. They are run before the others.
@@ -177,6 +178,7 @@ def run(command, seconds=None, memory=None, **options):
     """Runs a command in a process group of its own, which is ended when the time is up."""
     def limit():
         resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+        resource.setrlimit(resource.RLIMIT_CPU, (PROCESSOR_LIMIT, PROCESSOR_LIMIT))
         if memory:
             resource.setrlimit(resource.RLIMIT_AS, (memory, memory))
     process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
@@ -186,7 +188,9 @@ def run(command, seconds=None, memory=None, **options):
         return process.returncode, output.decode(errors="replace")
     except subprocess.TimeoutExpired:
         os.killpg(process.pid, signal.SIGKILL)
-        process.communicate()
+        # Not to the end of the output: a child in a session of its own may hold it open.
+        process.wait()
+        process.stdout.close()
         return "time", ""
 
 
