@@ -17,8 +17,7 @@ if [ "$(id -u)" -ne 0 ]; then
         exit
     fi
 fi
-require "$COMPILER" "$CMAKE" "$MAKE" "pkg-config:command -v pkg-config" \
-    "dpkg-dev:command -v dpkg-shlibdeps" "file:command -v file"
+require "pkg-config:command -v pkg-config"
 if dpkg-query -W $runtime $development >/dev/null 2>&1; then
     echo "$runtime or $development is on this machine already. Remove them, and start again." >&2
     exit 1
@@ -26,9 +25,8 @@ fi
 
 # What others have set must not help to find anything.
 unset CMAKE_PREFIX_PATH PKG_CONFIG_PATH LD_LIBRARY_PATH CPATH LIBRARY_PATH
+"$here/scripts/package.sh" "$folder/build"
 libdir=lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)
-(cd "$here" && cmake --preset package -B "$folder/build")
-cmake --build "$folder/build" --parallel "$(nproc)" --target package
 runtime_package=$(echo "$folder/build/${runtime}_${version}"_*.deb)
 development_package=$(echo "$folder/build/${development}_${version}"_*.deb)
 
