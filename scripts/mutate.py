@@ -14,6 +14,7 @@ do not count.
 import argparse
 import collections
 import concurrent.futures
+import itertools
 import json
 import os
 import pathlib
@@ -72,7 +73,7 @@ SWAPS = [  # kind, what to look for, what takes its place
     ("jump", r"\b(?:break|continue)(?=;)", {"break": "continue", "continue": "break"}),
     ("negation", r"!(?=[\w(*])", {"!": ""}),
 ]
-NUMBER = re.compile(r"(?<![\w.])(?:0x[0-9a-fA-F]+|\d+\.\d+|\d+)(?=[uUlLfF]*\b)")
+NUMBER = re.compile(r"(?<![\w.])(?:0x[0-9a-fA-F]+|\d+\.\d+|0|[1-9]\d*)(?=[uUlLfF]*\b)")
 CONDITION = re.compile(r"\b(?:if|while) \(")
 RETURN = re.compile(r"\breturn ([^;]+);")
 EMPTY_VALUES = {"0", "nullptr", "false", '""', "{}", "std::nullopt", "0.0f"}
@@ -104,14 +105,6 @@ def closing(code, position):
         position += 1
 
 
-def one_more(number):
-    if "." in number:
-        return str(float(number) + 1)
-    if number.startswith("0x"):
-        return hex(int(number, 16) + 1)
-    return "0%o" % (int(number, 8) + 1) if number[0] == "0" and len(number) > 1 else str(int(number) + 1)
-
-
 def changes(text):
     """Yields what can be changed, as kind, start, end, new text."""
     code = plain(text)
@@ -121,7 +114,7 @@ def changes(text):
                 yield kind, match.start(), match.end(), new[match.group()]
     for match in NUMBER.finditer(code):
         number = match.group()
-        yield "number", match.start(), match.end(), one_more(number)
+        yield "number", match.start(), match.end(), str(float(number) + 1 if "." in number else int(number, 0) + 1)
     for match in CONDITION.finditer(code):
         begin, end = match.end(), closing(code, match.end() - 1)
         yield "condition", begin, end, "!(" + text[begin:end] + ")"
@@ -204,12 +197,12 @@ class Build:
         self.subjects = re.findall(r"^ *add_subject\((\w+)", lists, re.M)
         if sanitizer:
             self.subjects = sorted({s for folder in folders for s in self.closest(folder)})
-        targets = self.subjects + ["XMLParserReplay", "TGAReplay", "qorhost"]
-        for command in [
-                ["cmake", "-S", TREE, "-B", self.folder, "-DCMAKE_BUILD_TYPE=Debug",
-                 "-DCMAKE_CXX_FLAGS_DEBUG=-O1", "-DQORTK_SANITIZE=" + sanitizer, "-DQORTK_INSTALL=OFF",
-                 "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON", "-Wno-dev"],
-                ["cmake", "--build", self.folder, "--parallel", str(os.cpu_count()), "--target"] + targets]:
+        replays = re.findall(r"^ *add_fuzz_target\((\w+)", (TREE / "tests/fuzz/CMakeLists.txt").read_text(), re.M)
+        targets = self.subjects + [name + "Replay" for name in replays] + ["qorhost"]
+        configure = ["-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O1", "-DQORTK_SANITIZE=" + sanitizer,
+                     "-DBUILD_SHARED_LIBS=ON", "-DQORTK_INSTALL=OFF", "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON"]
+        for command in [["cmake", "-Wno-dev", "-S", TREE, "-B", self.folder] + configure,
+                        ["cmake", "--build", self.folder, "--parallel", str(os.cpu_count()), "--target"] + targets]:
             status, output = run(command)
             if status != 0:
                 sys.exit(output)
@@ -311,16 +304,16 @@ def try_fault(fault, builds, workers):
 
 
 def try_some(faults, count, builds, workers, jobs):
-    """Tries faults until so many count, and prints how each fared. @return how many, and survivors"""
+    """Tries faults until so many count, and tells how each fared.
+    @return how many counted, how many did not, and which survived
+    """
     counted, survivors, voids = 0, [], 0
     faults = iter(faults)
     with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
         running = {}
         while True:
-            while len(running) < jobs and counted + len(running) < count:
-                fault = next(faults, None)
-                if fault is None:
-                    break
+            room = min(jobs, count - counted) - len(running)
+            for fault in itertools.islice(faults, max(room, 0)):
                 running[pool.submit(try_fault, fault, builds, workers)] = fault
             if not running:
                 return counted, voids, survivors
@@ -345,7 +338,6 @@ def main():
     parser.add_argument("--plain", action="store_true", help="leave the sanitizers out")
     parser.add_argument("--survivors", metavar="FILE", help="write those that no test told here")
     parser.add_argument("--only", metavar="FILE", help="try the faults listed there")
-    parser.add_argument("--list", action="store_true", help="list all faults, and plant none")
     options = parser.parse_args()
 
     copy_tree()
@@ -356,10 +348,6 @@ def main():
     if options.only:
         wanted = set(pathlib.Path(options.only).read_text().splitlines())
         faults = {folder: [f for f in all_ if f.name in wanted] for folder, all_ in faults.items()}
-    if options.list:
-        print("\n".join(fault.name for all_ in faults.values() for fault in all_))
-        return
-
     folders = [folder for folder in folders if faults[folder]]
     builds = [Build(folders)]
     if not options.plain:
