@@ -27,6 +27,7 @@ protected:
         m_FormerFolder = std::filesystem::current_path();
         setenv("PATH", path("bin").c_str(), 1);
         setenv("GIVEN", path("given").c_str(), 1);
+        setenv("HOST", std::to_string(m_Process).c_str(), 1);
         setenv("DISPLAY", ":99", 1);
         unsetenv("WAYLAND_DISPLAY");
         std::filesystem::create_directory(path("bin"));
@@ -44,6 +45,7 @@ protected:
 
     static constexpr int OPEN_FILE = 77;
     static constexpr const char* PROGRAM = R"(#!/bin/sh
+[ $$ != "$HOST" ] || exit 99
 [ -e /proc/$$/fd/1 ] && [ -e /proc/$$/fd/2 ] && [ ! -e /proc/$$/fd/77 ] || fault=handles
 while read -r name value; do
     case $name/$value in SigBlk:/*[!0]*|SigIgn:/*[!0]*) fault=signals ;; esac

@@ -207,10 +207,15 @@ TEST(ConditionTest, HoldsTheLockAgainWhenTimeIsUp)
     waiters.condition.signal();
     ASSERT_TRUE(waiters.add());
     EXPECT_TRUE(waiters.areReleased(2)) << "by the signal that nobody waited for";
-    ASSERT_TRUE(waiters.add());
-    Thread::sleep(WHILE);
-    EXPECT_EQ(waiters.getReleased(), 2);
-    waiters.condition.signal();
+    // Nor does one that is released in time return without the lock.
+    ASSERT_TRUE(waiters.add(60000));
+    waiters.mutex.lock();
+    for (int i = 0; i < 2; ++i) {
+        Thread::sleep(WHILE);
+        EXPECT_EQ(waiters.getReleased(), 2);
+        waiters.condition.signal();
+    }
+    waiters.mutex.unlock();
     EXPECT_TRUE(waiters.areReleased(3));
 }
 
