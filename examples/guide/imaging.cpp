@@ -13,9 +13,10 @@ static qor::Image paintBall(int size)
     const float light[3] = {-0.48f, -0.6f, 0.64f}, base[4] = {0.2f, 0.6f, 0.9f, 1.0f};
     qor::Image ball(static_cast<unsigned long>(size), static_cast<unsigned long>(size));
     for (int i = 0; i < size * size; ++i) {
+        const int column = i % size, row = i / size;
         const float half = static_cast<float>(size) / 2.0f;
-        const float x = (static_cast<float>(i % size) + 0.5f) / half - 1.0f;
-        const float y = (static_cast<float>(i / size) + 0.5f) / half - 1.0f;
+        const float x = (static_cast<float>(column) + 0.5f) / half - 1.0f;
+        const float y = (static_cast<float>(row) + 0.5f) / half - 1.0f;
         float normal[3] = {x, y, 0.0f}, color[4] = {0.0f, 0.0f, 0.0f, 1.0f};
         if (qor::Vector::length(normal) < 1.0f) {
             normal[2] = std::sqrt(1.0f - qor::Vector::dot(normal, normal));

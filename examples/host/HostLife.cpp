@@ -40,7 +40,7 @@ std::string HostLife::getPath()
     std::string path = getCurrentState()->getName();
     for (qor::State* state = getCurrentState()->getParentState(); state;
          state = state->getParentState()) {
-        path = state->getName() + " / " + path;
+        path.insert(0, state->getName() + " / ");
     }
     return path;
 }
@@ -109,7 +109,6 @@ bool HostLife::AskingToSave::onEvent(unsigned int event)
 /// @return true
 bool HostLife::AskingToSave::answer(const std::string& line)
 {
-    Host& host = m_Life.m_Host;
     if (line == "drop") {
         return m_Life.transition("quitting");
     }
@@ -117,6 +116,7 @@ bool HostLife::AskingToSave::answer(const std::string& line)
         return m_Life.transition("browsing");
     }
     if (line == "save") {
+        Host& host = m_Life.m_Host;
         const bool isSaved = host.saveDocument(host.getFilename(), true);
         host.noteResult(isSaved);
         return m_Life.transition(isSaved ? "quitting" : "browsing");

@@ -99,7 +99,7 @@ private:
 
 std::string openLog(Host& host, const std::string& filename)
 {
-    const std::string file = filename.empty() ? Host::getUserFile("qorhost.log") : filename;
+    std::string file = filename.empty() ? Host::getUserFile("qorhost.log") : filename;
     if (file.empty()) {
         host.getConsole().print("There is no place for a log; name one with --log");
         return file;

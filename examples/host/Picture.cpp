@@ -32,7 +32,7 @@ qor::Image scaleDown(const qor::Image& image, int step)
     const std::ptrdiff_t pitch = image.getWidth();
     // A transfer of all rows at once would leave the rows between its own in the target.
     for (int row = 0; row < rows; ++row) {
-        qor::Image::blitRaw(image.getData() + row * step * pitch, columns * step, step,
+        qor::Image::blitRaw(image.getData() + pitch * row * step, columns * step, step,
                             image.getWidth(),
                             small.getData() + static_cast<std::ptrdiff_t>(row) * columns, columns,
                             qor::Image::AL_NONE, OPAQUE, step);

@@ -138,7 +138,7 @@ public:
 private:
     static TVector transform(const float* matrix, const float* in)
     {
-        TVector out;
+        TVector out = {};
         qor::Matrix::multiplyV(matrix, in, out.v);
         return out;
     }

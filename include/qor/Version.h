@@ -21,7 +21,8 @@
 
 /// @cond
 #define QORTK_QUOTE(text) #text
-#define QORTK_JOIN(major, minor, patch) QORTK_QUOTE(major.minor.patch)
+#define QORTK_JOIN(major, minor, patch)                                                            \
+    QORTK_QUOTE(major) "." QORTK_QUOTE(minor) "." QORTK_QUOTE(patch)
 /// @endcond
 
 /// The version as text, such as "1.2.3".

@@ -42,7 +42,7 @@ std::string Checksum::getChecksumHex()
     const unsigned int length = getChecksumLength();
     getChecksumRaw(raw);
     std::string text;
-    text.reserve(2 * length);
+    text.reserve(std::size_t{2} * length);
     for (unsigned int i = 0; i < length; ++i) {
         text += DIGITS[raw[i] >> 4];
         text += DIGITS[raw[i] & 0xF];

@@ -1,5 +1,6 @@
 #include "qor/Log.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdarg>
 #include <cstdint>
@@ -198,15 +199,13 @@ void Log::write(char prefix, const char* text)
     const std::size_t size = 1 + HEAD_SIZE + length + END_SIZE;
     std::array<char, 1 + HEAD_SIZE + MESSAGE_SIZE + END_SIZE> usual;
     std::unique_ptr<char[]> unusual;
-    if (size > usual.size()) {
+    if (length > MESSAGE_SIZE) {
         unusual.reset(new char[size]);
     }
     char* const line = unusual ? unusual.get() : usual.data();
     // Used only behind a line that has no end.
     line[0] = '\n';
-    char* end = putHead(line + 1, prefix);
-    std::memcpy(end, text, length);
-    end += length;
+    char* end = std::copy_n(text, length, putHead(line + 1, prefix));
     *end++ = '\n';
 
     const MutexHolder holder(*m_LogMutex);

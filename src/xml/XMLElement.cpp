@@ -156,7 +156,7 @@ void XMLElement::setValue(int number)
     const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, number);
     // Values mostly keep their length, and then this is cheaper than to assign.
     m_Value.resize(static_cast<std::size_t>(result.ptr - digits));
-    std::copy(digits, result.ptr, &m_Value[0]);
+    std::copy(digits, result.ptr, m_Value.data());
 }
 
 void XMLElement::setValue(float number)

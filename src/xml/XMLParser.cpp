@@ -97,7 +97,7 @@ public:
         if (m_Buffer.size() < capacity) {
             m_Buffer.resize(capacity);
         }
-        char* const target = &m_Buffer[0];
+        char* const target = m_Buffer.data();
         std::memcpy(target, begin, plainSize);
         const char* const end = unescape(ampersand, begin + value.size(), target + plainSize);
         return {target, static_cast<std::size_t>(end - target)};

@@ -65,7 +65,7 @@ private:
         const std::string path = variable ? variable : "/usr/local/bin:/usr/bin:/bin";
         for (std::size_t begin = 0; begin <= path.size();) {
             const std::size_t end = std::min(path.find(':', begin), path.size());
-            const std::string file = path.substr(begin, end - begin) + "/" + name;
+            std::string file = path.substr(begin, end - begin) + "/" + name;
             struct stat status;
             if (path[begin] == '/' && stat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
                 access(file.c_str(), X_OK) == 0) {

@@ -224,7 +224,7 @@ std::size_t OutputFile::write(const char* bytes, std::size_t size)
 
 std::string getUserDataFolder()
 {
-    const std::string dataHome = getVariable("XDG_DATA_HOME");
+    std::string dataHome = getVariable("XDG_DATA_HOME");
     if (!dataHome.empty() && dataHome.front() == '/') {
         return dataHome;
     }
