@@ -21,6 +21,7 @@ namespace
 class TextCollector
 {
 public:
+    // cppcheck-suppress uninitMemberVar ; the block is filled as it is used
     explicit TextCollector(std::string& text) : m_Text(text), m_End(m_Block) {}
     TextCollector(const TextCollector&) = delete;
     TextCollector& operator=(const TextCollector&) = delete;
