@@ -2,17 +2,17 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <limits>
 
 #include <gtest/gtest.h>
+
+#include "TestData.h"
 
 using qor::Math;
 
 TEST(MathTest, SaturateLimitsToTheUnitRange)
 {
-    constexpr float INFINITE = std::numeric_limits<float>::infinity();
-    const float CASES[][2] = {{-INFINITE, 0}, {-0.5f, 0},   {0, 0},       {0.25f, 0.25f},
-                              {1, 1},         {1.0001f, 1}, {INFINITE, 1}};
+    const float CASES[][2] = {{-HUGE_VALF, 0}, {-0.5f, 0},   {0.25f, 0.25f},
+                              {1, 1},          {1.0001f, 1}, {HUGE_VALF, 1}};
     for (const auto& test : CASES) {
         EXPECT_EQ(Math::saturate(test[0]), test[1]) << test[0];
     }
@@ -32,19 +32,11 @@ TEST(MathTest, RandomFollowsTheSeedOfTheHost)
 
 TEST(MathTest, BlendFactorMovesOneStep)
 {
-    constexpr float NAN_TIME = std::numeric_limits<float>::quiet_NaN();
-    // Factor, rising, rise time, fall time, elapsed time, and the factor then.
-    const float CASES[][6] = {
-        {0, 1, 2, 0, 0.5f, 0.25f},   {0.875f, 1, 2, 0, 0.5f, 1},  {0.5f, 1, 0, 9, 0, 1},
-        {1.5f, 1, -1, 9, 0, 1},      {1.5f, 1, 2, 0, 0.5f, 1.5f}, {-0.5f, 1, 2, 0, 0.5f, -0.25f},
-        {1, 1, 2, 0, 0.5f, 1},       {0.5f, 1, 2, 0, 0, 0.5f},    {0.3f, 1, NAN_TIME, 1, 0, 1},
-        {1, 0, 0, 4, 1, 0.75f},      {0.125f, 0, 0, 4, 1, 0},     {0.5f, 0, 9, 0, 0, 0},
-        {0.5f, 0, 9, -1, 7, 0},      {-0.5f, 0, 9, 0, 0, 0},      {-0.5f, 0, 0, 4, 1, -0.5f},
-        {1.5f, 0, 0, 4, 1, 1.25f},   {0.5f, 0, 0, 4, 0, 0.5f},    {0.5f, 1, 1e-40f, 0, 0, 0.5f},
-        {0.3f, 0, 1, NAN_TIME, 0, 0}};
-    for (const auto& [before, rising, riseTime, fallTime, elapsedTime, after] : CASES) {
-        float factor = before;
-        Math::adjustBlendFactor(factor, rising > 0, riseTime, fallTime, elapsedTime);
-        EXPECT_EQ(factor, after) << before << (rising > 0 ? " rising" : " falling");
+    for (const auto& row : readTable("blend-factors")) {
+        const std::vector<double> given = readNumbers(row[0]);
+        const std::vector<float> now(given.begin(), given.end());
+        float factor = now[0];
+        Math::adjustBlendFactor(factor, now[1] > 0, now[2], now[3], now[4]);
+        EXPECT_EQ(factor, std::stof(row[1])) << row[0];
     }
 }
