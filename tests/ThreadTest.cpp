@@ -59,13 +59,13 @@ class Waiters
 {
 public:
     /// @return whether a further thread is waiting
-    bool add()
+    bool add(unsigned int timeOut = 0)
     {
         const int number = static_cast<int>(m_Threads.size());
-        m_Threads.push_back(onThread([this, number] {
+        m_Threads.push_back(onThread([this, number, timeOut] {
             mutex.lock();
             ++m_Waiting;
-            condition.wait(mutex, 0);
+            condition.wait(mutex, timeOut);
             lastReleased = number;
             ++released;
             mutex.unlock();
@@ -155,7 +155,7 @@ TEST(ConditionTest, ReleasesThoseThatWaited)
 TEST(ConditionTest, HoldsTheLockAgainWhenTimeIsUp)
 {
     Waiters waiters;
-    ASSERT_TRUE(waiters.add());
+    ASSERT_TRUE(waiters.add(60000));
     waiters.mutex.lock();
     constexpr unsigned int TIME = 999; // Almost always into the next second.
     const unsigned int begin = Thread::timer();
@@ -165,11 +165,11 @@ TEST(ConditionTest, HoldsTheLockAgainWhenTimeIsUp)
         waiters.mutex.lock();
         waiters.mutex.unlock();
     });
-    EXPECT_FALSE(hasEnded(other));
-    waiters.mutex.unlock();
     // The one that gave up is not in the way of the one that still waits.
-    EXPECT_EQ(waiters.released, 0);
     waiters.condition.signal();
+    EXPECT_FALSE(hasEnded(other));
+    EXPECT_EQ(waiters.released, 0) << "not before it holds the lock";
+    waiters.mutex.unlock();
     EXPECT_TRUE(waiters.areReleased(1));
 }
 
