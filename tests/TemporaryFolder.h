@@ -8,7 +8,8 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
-/// Gives each test case an empty folder of its own, which goes with all in it at the end.
+/// Gives each test case an empty folder of its own, which is the current one until it goes with all
+/// in it at the end.
 class TemporaryFolder : public testing::Test
 {
 protected:
@@ -17,9 +18,14 @@ protected:
         std::string folder = (std::filesystem::temp_directory_path() / "qortk-XXXXXX").string();
         ASSERT_NE(mkdtemp(folder.data()), nullptr);
         m_Folder = folder;
+        std::filesystem::current_path(folder);
     }
 
-    void TearDown() override { std::filesystem::remove_all(m_Folder); }
+    void TearDown() override
+    {
+        std::filesystem::current_path(m_Former);
+        std::filesystem::remove_all(m_Folder);
+    }
 
     std::string path(const std::string& name) const { return m_Folder + "/" + name; }
 
@@ -36,5 +42,6 @@ protected:
     }
 
 private:
+    const std::filesystem::path m_Former = std::filesystem::current_path();
     std::string m_Folder;
 };
