@@ -77,22 +77,19 @@ TEST_F(DiskFaultTest, PlacesThatHoldNoFile)
     std::filesystem::create_symlink("fifo", path("link"));
     const struct {
         std::string place;
-        Answer document, picture, saving;
-        bool exists;
-    } cases[] = {
-        {path("no/file"), NOT_OPENED, NOT_OPENED, NOT_OPENED, false},
-        {path(std::string(300, 'n')), NOT_OPENED, NOT_OPENED, NOT_OPENED, false},
-        {path(std::string(9000, '/') + "file"), NOT_OPENED, NOT_OPENED, NOT_OPENED, false},
-        {file + "/x", NOT_OPENED, NOT_OPENED, NOT_OPENED, false},
-        {path("loop"), NOT_OPENED, NOT_OPENED, NOT_OPENED, false},
-        {"", NOT_OPENED, NOT_OPENED, NOT_OPENED, false},
-        // Nobody at all may create files there.
-        {"/proc/none", NOT_OPENED, NOT_OPENED, NOT_OPENED, false},
-        {path(""), NOT_READ, NOT_READ, NOT_OPENED, false},
-        {m_Fifo, NOT_READ, NOT_READ, NOT_OPENED, true},
-        {path("link"), NOT_READ, NOT_READ, NOT_OPENED, true},
-        {"/dev/full", NOT_READ, OTHER_TYPE, NOT_WRITTEN, true},
-    };
+        bool exists = false;
+        Answer document = NOT_OPENED, picture = NOT_OPENED, saving = NOT_OPENED;
+    } cases[] = {{path("no/file")},
+                 {path(std::string(300, 'n'))},
+                 {path(std::string(9000, '/') + "file")},
+                 {file + "/x"},
+                 {path("loop")},
+                 {""},
+                 {"/proc/none"}, // Nobody at all may create files there.
+                 {path(""), false, NOT_READ, NOT_READ},
+                 {m_Fifo, true, NOT_READ, NOT_READ},
+                 {path("link"), true, NOT_READ, NOT_READ},
+                 {"/dev/full", true, NOT_READ, OTHER_TYPE, NOT_WRITTEN}};
     for (const auto& test : cases) {
         SCOPED_TRACE(test.place.substr(0, 100));
         expectLoads(test.place, test.document, test.picture, test.exists);
@@ -146,7 +143,10 @@ TEST_F(DiskFaultTest, FilesThatChangeBetweenCalls)
 
 TEST_F(DiskFaultTest, DisksThatFillUpOnTheWay)
 {
-    const std::string file = path("file");
+    constexpr std::size_t ROOM = 50000, LINE = sizeof "I 2000-01-01 00:00:00.000 ";
+    // Leaves room for four letters of the next message.
+    Log::info(std::string(ROOM - 2 * LINE - 3 - read(m_LogFile).size(), 'x'));
+    takeRecords();
     XMLElement tree("a");
     tree.setValue(std::string(100000, 'x'));
     Image image(112, 112); // Its last block of bytes is cut.
@@ -154,15 +154,20 @@ TEST_F(DiskFaultTest, DisksThatFillUpOnTheWay)
     getrlimit(RLIMIT_FSIZE, &former);
     const auto handler = std::signal(SIGXFSZ, SIG_IGN);
     rlimit limit = former;
-    limit.rlim_cur = 50000;
+    limit.rlim_cur = ROOM;
     setrlimit(RLIMIT_FSIZE, &limit);
-    EXPECT_EQ(image.saveTGA(file.c_str(), 32), -3);
-    EXPECT_EQ(File::fileSize(file), 50000u);
-    EXPECT_EQ(Image(1, 1).loadTGA(file.c_str()), -6);
-    EXPECT_EQ(tree.save(file, false), 100007) << "as only opening is checked";
-    EXPECT_EQ(File::fileSize(file), 50000u);
+    EXPECT_EQ(image.saveTGA("file", 32), -3);
+    EXPECT_EQ(File::fileSize("file"), ROOM);
+    EXPECT_EQ(Image(1, 1).loadTGA("file"), -6);
+    EXPECT_EQ(tree.save("file", false), 100007) << "as only opening is checked";
+    EXPECT_EQ(File::fileSize("file"), ROOM);
+    Log::info("torn within");
+    Log::info("dropped");
     setrlimit(RLIMIT_FSIZE, &former);
     std::signal(SIGXFSZ, handler);
+    Log::info("there is room");
+    Log::info("and more");
+    EXPECT_EQ(takeRecords(), (TLines{"I torn", "I there is room", "I and more"}));
 }
 
 TEST_F(DiskFaultTest, PipesWhoseReaderGoes)
