@@ -23,14 +23,12 @@ protected:
     void SetUp() override
     {
         TemporaryFolder::SetUp();
-        m_FormerPath = std::getenv("PATH");
-        m_FormerFolder = std::filesystem::current_path();
         setenv("PATH", path("bin").c_str(), 1);
         setenv("GIVEN", path("given").c_str(), 1);
         setenv("HOST", std::to_string(m_Process).c_str(), 1);
         setenv("DISPLAY", ":99", 1);
         unsetenv("WAYLAND_DISPLAY");
-        std::filesystem::create_directory(path("bin"));
+        std::filesystem::create_directory("bin");
         ASSERT_EQ(dup2(STDERR_FILENO, OPEN_FILE), OPEN_FILE);
     }
 
@@ -38,8 +36,6 @@ protected:
     {
         EXPECT_EQ(getpid(), m_Process) << "this is a child that goes on as if it were the host";
         close(OPEN_FILE);
-        std::filesystem::current_path(m_FormerFolder);
-        setenv("PATH", m_FormerPath.c_str(), 1);
         TemporaryFolder::TearDown();
     }
 
@@ -64,12 +60,12 @@ exit )";
     /// @return what the programs were given since the last call, once one is through
     std::string takeGiven()
     {
-        for (int i = 0; i < 20000 && access(path("given.done").c_str(), F_OK) != 0; ++i) {
+        for (int i = 0; i < 20000 && access("given.done", F_OK) != 0; ++i) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
-        const std::string given = read(path("given"));
-        unlink(path("given").c_str());
-        unlink(path("given.done").c_str());
+        const std::string given = read("given");
+        unlink("given");
+        unlink("given.done");
         return given;
     }
 
@@ -82,15 +78,13 @@ exit )";
 
 private:
     const pid_t m_Process = getpid();
-    std::string m_FormerPath;
-    std::filesystem::path m_FormerFolder;
 };
 
 TEST_F(DesktopTest, OpensAnAddressWithTheFirstOpener)
 {
     const auto handler = std::signal(SIGCHLD, SIG_DFL);
     const auto pipeHandler = std::signal(SIGPIPE, SIG_IGN);
-    std::filesystem::create_directory(path("bin/xdg-open"));
+    std::filesystem::create_directory("bin/xdg-open");
     const std::string address = "http://a.example/?x=1&y='$(touch b);`\\";
     addProgram("kde-open", 0);
     qor::launchWebBrowser(address.c_str());
@@ -98,7 +92,7 @@ TEST_F(DesktopTest, OpensAnAddressWithTheFirstOpener)
     addProgram("gio", 0);
     qor::launchWebBrowser(address.c_str());
     EXPECT_EQ(takeGiven(), "[gio][open][" + address + "]");
-    std::filesystem::remove(path("bin/xdg-open"));
+    std::filesystem::remove("bin/xdg-open");
     addProgram("xdg-open", 3);
     qor::launchWebBrowser(address.c_str());
     EXPECT_EQ(takeGiven(), "[xdg-open][" + address + "]");
@@ -106,7 +100,7 @@ TEST_F(DesktopTest, OpensAnAddressWithTheFirstOpener)
         "bin/xdg-open",
         "#!/bin/sh\nwhile [ ! -e \"$GIVEN.go\" ]; do /bin/sleep 0.01; done\n: > \"$GIVEN.done\"\n");
     qor::launchWebBrowser("a");
-    EXPECT_NE(access(path("given.done").c_str(), F_OK), 0) << "nobody waits for the program";
+    EXPECT_NE(access("given.done", F_OK), 0) << "nobody waits for the program";
     write("given.go", "");
     takeGiven();
     EXPECT_EQ(std::signal(SIGCHLD, handler), SIG_DFL);
@@ -127,14 +121,13 @@ TEST_F(DesktopTest, OpensNothingHarmful)
     EXPECT_EQ(takeGiven(), "[xdg-open][a]");
     // In the current folder, where PATH has it too.
     addProgram("gio", 0, ".");
-    unlink(path("bin/xdg-open").c_str());
-    std::filesystem::create_directory(path("bin/kde-open5"));
+    unlink("bin/xdg-open");
+    std::filesystem::create_directory("bin/kde-open5");
     write("bin/kde-open", "not to be run");
-    std::filesystem::current_path(path("."));
     setenv("PATH", (":.:" + path("bin") + ":").c_str(), 1);
     qor::launchWebBrowser("a");
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    EXPECT_EQ(read(path("given")), "");
+    EXPECT_EQ(read("given"), "");
 }
 
 TEST_F(DesktopTest, ShowsAnErrorWithTheFirstDialog)
@@ -167,7 +160,7 @@ TEST_F(DesktopTest, WritesWhatNobodyHasSeenToStandardError)
                            "[kdialog][--title=Error][--error=text]");
     unsetenv("DISPLAY");
     EXPECT_EQ(showAndCatch("text", ""), ": text\n");
-    EXPECT_EQ(read(path("given")), "");
+    EXPECT_EQ(read("given"), "");
 }
 
 } // namespace
