@@ -35,7 +35,6 @@ protected:
     void TearDown() override
     {
         EXPECT_EQ(getpid(), m_Process) << "this is a child that goes on as if it were the host";
-        close(OPEN_FILE);
         TemporaryFolder::TearDown();
     }
 
@@ -86,16 +85,16 @@ TEST_F(DesktopTest, OpensAnAddressWithTheFirstOpener)
     const auto pipeHandler = std::signal(SIGPIPE, SIG_IGN);
     std::filesystem::create_directory("bin/xdg-open");
     const std::string address = "http://a.example/?x=1&y='$(touch b);`\\";
-    addProgram("kde-open", 0);
-    qor::launchWebBrowser(address.c_str());
-    EXPECT_EQ(takeGiven(), "[kde-open][" + address + "]");
-    addProgram("gio", 0);
-    qor::launchWebBrowser(address.c_str());
-    EXPECT_EQ(takeGiven(), "[gio][open][" + address + "]");
-    std::filesystem::remove("bin/xdg-open");
-    addProgram("xdg-open", 3);
-    qor::launchWebBrowser(address.c_str());
-    EXPECT_EQ(takeGiven(), "[xdg-open][" + address + "]");
+    const std::string openers[][2] = {{"kde-open", "[kde-open]["},
+                                      {"kde-open5", "[kde-open5]["},
+                                      {"gio", "[gio][open]["},
+                                      {"xdg-open", "[xdg-open]["}};
+    for (const auto& [name, begin] : openers) {
+        std::filesystem::remove("bin/" + name);
+        addProgram(name, 3);
+        qor::launchWebBrowser(address.c_str());
+        EXPECT_EQ(takeGiven(), begin + address + "]");
+    }
     write(
         "bin/xdg-open",
         "#!/bin/sh\nwhile [ ! -e \"$GIVEN.go\" ]; do /bin/sleep 0.01; done\n: > \"$GIVEN.done\"\n");
@@ -122,7 +121,6 @@ TEST_F(DesktopTest, OpensNothingHarmful)
     // In the current folder, where PATH has it too.
     addProgram("gio", 0, ".");
     unlink("bin/xdg-open");
-    std::filesystem::create_directory("bin/kde-open5");
     write("bin/kde-open", "not to be run");
     setenv("PATH", (":.:" + path("bin") + ":").c_str(), 1);
     qor::launchWebBrowser("a");

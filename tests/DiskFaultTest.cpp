@@ -1,5 +1,6 @@
 #include <csignal>
 #include <filesystem>
+#include <future>
 #include <string>
 #include <thread>
 
@@ -28,8 +29,7 @@ protected:
     {
         LogReader::SetUp();
         table.addIntegerParameter("n", 1, 0, 9, 0);
-        m_Fifo = path("fifo");
-        ASSERT_EQ(mkfifo(m_Fifo.c_str(), 0600), 0);
+        ASSERT_EQ(mkfifo("fifo", 0600), 0);
     }
 
     void expectLoads(const std::string& place, Answer document, Answer picture, bool exists)
@@ -64,7 +64,6 @@ protected:
         EXPECT_EQ(Log::open(place.c_str(), false), isOpened);
     }
 
-    std::string m_Fifo;
     Configuration table{1};
 };
 
@@ -87,7 +86,7 @@ TEST_F(DiskFaultTest, PlacesThatHoldNoFile)
                  {""},
                  {"/proc/none"}, // Nobody at all may create files there.
                  {path(""), false, NOT_READ, NOT_READ},
-                 {m_Fifo, true, NOT_READ, NOT_READ},
+                 {"fifo", true, NOT_READ, NOT_READ},
                  {path("link"), true, NOT_READ, NOT_READ},
                  {"/dev/full", true, NOT_READ, OTHER_TYPE, NOT_WRITTEN}};
     for (const auto& test : cases) {
@@ -153,8 +152,7 @@ TEST_F(DiskFaultTest, DisksThatFillUpOnTheWay)
     rlimit former = {};
     getrlimit(RLIMIT_FSIZE, &former);
     const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit limit = former;
-    limit.rlim_cur = ROOM;
+    const rlimit limit = {ROOM, former.rlim_max};
     setrlimit(RLIMIT_FSIZE, &limit);
     EXPECT_EQ(image.saveTGA("file", 32), -3);
     EXPECT_EQ(File::fileSize("file"), ROOM);
@@ -173,22 +171,20 @@ TEST_F(DiskFaultTest, DisksThatFillUpOnTheWay)
 TEST_F(DiskFaultTest, PipesWhoseReaderGoes)
 {
     constexpr unsigned long SIZE = 400; // Far more than a pipe takes at once.
-    Image image(SIZE, SIZE);
-    std::fill_n(image.getData(), SIZE * SIZE, 0u);
+    const Image image = makeImage(SIZE, SIZE, Pixels(SIZE * SIZE));
     XMLElement tree("a");
     tree.setValue(std::string(SIZE * SIZE, 'x'));
     for (const bool isPicture : {true, false}) {
-        const int reader = ::open(m_Fifo.c_str(), O_RDONLY | O_NONBLOCK);
+        const int reader = ::open("fifo", O_RDONLY | O_NONBLOCK);
         fcntl(reader, F_SETFL, 0);
-        std::thread thread([reader] {
+        const std::future<void> reading = std::async(std::launch::async, [reader] {
             char bytes[8];
             while (::read(reader, bytes, sizeof bytes) == 0) {
                 std::this_thread::yield();
             }
             ::close(reader);
         });
-        EXPECT_EQ(isPicture ? image.saveTGA(m_Fifo.c_str(), 24) : tree.save(m_Fifo, false),
+        EXPECT_EQ(isPicture ? image.saveTGA("fifo", 24) : tree.save("fifo", false),
                   isPicture ? -3 : static_cast<int>(SIZE * SIZE) + 7);
-        thread.join();
     }
 }

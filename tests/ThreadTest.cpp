@@ -185,16 +185,14 @@ TEST(ConditionTest, LosesAndMakesUpNoWakeUp)
     for (int i = 0; i < THREADS; ++i) {
         consumers.push_back(onThread([&] {
             mutex.lock();
-            for (;;) {
-                while (items == 0 && !isEnding) {
+            while (items > 0 || !isEnding) {
+                if (items > 0) {
+                    --items;
+                    ++taken;
+                } else {
                     condition.wait(mutex, 0);
                     ++wakeUps;
                 }
-                if (items == 0) {
-                    break;
-                }
-                --items;
-                ++taken;
             }
             mutex.unlock();
             condition.signal();
@@ -301,9 +299,7 @@ TEST(ThreadTest, CountsTimeSinceTheSystemStarted)
     const unsigned int begin = Thread::timer();
     Thread::sleep(WHILE);
     Thread::sleep(0);
-    const unsigned int duration = Thread::timer() - begin;
-    EXPECT_GE(duration, WHILE - 1);
-    EXPECT_LT(duration, 10000u);
+    EXPECT_GE(Thread::timer() - begin, WHILE - 1);
     double uptime = 0;
     if (std::ifstream("/proc/uptime") >> uptime) {
         const auto expected = static_cast<unsigned int>(static_cast<std::int64_t>(uptime * 1000));
