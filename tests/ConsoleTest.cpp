@@ -108,22 +108,6 @@ TEST(ConsoleTest, LinesAreSplitAndDispatched)
     EXPECT_EQ(name + other, "Ada Lx");
 }
 
-TEST(ConsoleTest, LineIsEditedByCharacters)
-{
-    for (int code = 0; code < 256; ++code) {
-        const char character = static_cast<char>(code);
-        const bool isText = code >= 32 && code < 128;
-        Console console(-1);
-        EXPECT_TRUE(console.putChar(character));
-        EXPECT_EQ(console.getCommandLine(), std::string(isText ? 1 : 0, character));
-        EXPECT_EQ(console.getCommandLineModCount(), isText ? 1u : 0u) << code;
-        type(console, "ab\n\nabc" + std::string(1, character));
-        const bool isEdit = code == 10 || code == 13;
-        EXPECT_EQ(console.getCommandLineModCount(), isText ? 9u : isEdit ? 8u : 7u) << code;
-        EXPECT_EQ(console.getOutputModCount(), code == 13 ? 2u : 0u) << code;
-    }
-}
-
 TEST(ConsoleTest, CommandsMayChangeTheConsoleTheyRunIn)
 {
     Console console(-1);
