@@ -1,9 +1,9 @@
-#include <random>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "PlainValidator.h"
+#include "RandomText.h"
 #include "TestData.h"
 #include "qor/XMLElement.h"
 
@@ -19,35 +19,6 @@ XMLElement parsed(const std::string& text)
     return tree;
 }
 
-/// Trees small enough to fit each other now and then.
-class RandomTrees
-{
-public:
-    XMLElement make(bool isTemplate, int levels = 3)
-    {
-        XMLElement element(!isTemplate && below(8) == 0 ? "!" : std::string(1, "abcde"[below(5)]));
-        element.setValue(isTemplate ? rule(levels) : repeated("x", below(8) == 0 ? 3 : below(2)));
-        for (int count = levels > 0 ? below(6) : 0; count > 0; --count) {
-            *element.createChild("") = make(isTemplate, levels - 1);
-        }
-        return element;
-    }
-
-private:
-    std::string rule(int levels)
-    {
-        const int least = below(3) / 2;
-        const std::string rule = std::to_string(least) + "-" +
-                                 std::to_string(least + 1 + below(4)) + ":0-" +
-                                 std::to_string(1 + below(3));
-        return levels < 3 && below(12) == 0 ? "none" : rule;
-    }
-
-    int below(unsigned int end) { return static_cast<int>(m_Random() % end); }
-
-    std::mt19937 m_Random{24};
-};
-
 } // namespace
 
 TEST(XMLValidatorTest, FirstFaultsAreTold)
@@ -61,12 +32,14 @@ TEST(XMLValidatorTest, FirstFaultsAreTold)
 
 TEST(XMLValidatorTest, RandomTreesGetTheVerdictsOfPlainerCode)
 {
-    RandomTrees trees;
+    RandomText rules("<a>0-2:0-1|<b>1-2:0-1|<c>0-1:0-2|<a>0-3:1-2</a>|<b>0-1:0-2</b>|<c>1:0-1</c>|"
+                     "<d>0-9:0</d>|</a>|</b>|</c>|none"),
+        texts("<a>|<b>|<c>|<a>x</a>|<b>x</b>|<c></c>|<d></d>|</a>|</b>|</c>|x|<!---->");
     int fitting = 0;
     for (int i = 0; i < 3000; ++i) {
-        const XMLElement templateRoot = trees.make(true);
+        const XMLElement templateRoot = parsed("<r>1:0-2" + rules.next(12));
         for (int j = 0; j < 10; ++j) {
-            const XMLElement document = trees.make(false);
+            const XMLElement document = parsed("<r>" + texts.next(9));
             const std::string fault = plainFaultOf(document, templateRoot);
             ASSERT_EQ(faultOf(document, templateRoot), fault) << templateRoot.toString() << "\n"
                                                               << document.toString();

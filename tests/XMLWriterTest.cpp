@@ -96,43 +96,34 @@ TEST_F(XMLWriterTest, ValuesAreEscapedAndLongOnesStandAlone)
     }
 }
 
-TEST_F(XMLWriterTest, SaveReplacesFilesOrTellsWhyNot)
-{
-    XMLElement element("a");
-    const std::string file = write("old.xml", std::string(100, 'x')), lost = path("no/a.xml");
-    EXPECT_EQ(element.save(lost, true), -1);
-    EXPECT_EQ(XMLElement::getLastError(), "Unable to open target file '" + lost + "'");
-    EXPECT_EQ(element.save(file, false), 7);
-    EXPECT_EQ(read(file), "<a></a>");
-    EXPECT_EQ(element.save(file, true), 8);
-    EXPECT_EQ(read(file), "<a></a>\n");
-    // A full disk is not noticed, whether in the write or only in the close.
-    EXPECT_EQ(element.save("/dev/full", false), 7);
-    element.setValue(std::string(100000, 'x'));
-    EXPECT_EQ(element.save("/dev/full", false), 100007);
-    EXPECT_EQ(XMLElement::getLastError(), "Unable to open target file '" + lost + "'");
-}
-
-TEST_F(XMLWriterTest, ThreadsHaveDocumentsOfTheirOwn)
+TEST_F(XMLWriterTest, ThreadsReadBackWhatTheyWrite)
 {
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([file = path(std::to_string(thread))] {
-            RandomText names(makePieces("")), values(makePieces("&|<"));
+            RandomText names(makePieces("<|&|;|/|-")),
+                values(makePieces(">|&|<|\"|'|&amp;|]]>|" + std::string(37, 'v') + '|' +
+                                  std::string(8190, 'v')));
             XMLElement rules("");
             rules.parse("<t>0:0-9999<n>1:1</n></t>");
-            for (int i = 0; i < 50; ++i) {
-                XMLElement tree("r"), loaded("");
-                fill(tree, names, values, 3);
-                const int size = tree.save(file, false);
-                EXPECT_EQ(loaded.load(file), size);
-                tree = loaded;
-                EXPECT_EQ(tree.toString(), read(file));
+            for (int i = 0; i < 30; ++i) {
+                XMLElement tree("r" + names.next(20)), loaded("");
+                fill(tree, names, values, 4);
+                const std::string text = tree.toString();
+                const int size = static_cast<int>(text.size());
+                EXPECT_EQ(loaded.parse(text), size);
+                EXPECT_EQ(loaded.toString(), text);
+                EXPECT_EQ(tree.save(file, false), size);
+                EXPECT_EQ(read(file), text);
+                // The line feed at the end is not read.
+                const int formattedSize = tree.save(file, true);
+                EXPECT_EQ(loaded.load(file), formattedSize - 1);
+                EXPECT_EQ(loaded.toString(), text);
                 qor::MD5 checksum, expected;
-                tree.calculateChecksum(checksum);
-                loaded.calculateChecksum(expected);
+                tree.calculateChecksum(expected);
+                loaded.calculateChecksum(checksum);
                 EXPECT_EQ(checksum.getChecksumHex(), expected.getChecksumHex());
-                tree.deleteChildren();
+                tree.clear();
                 tree.findChild("n", true)->setValue(i % 10);
                 EXPECT_TRUE(tree.validate(&rules));
             }
@@ -140,24 +131,5 @@ TEST_F(XMLWriterTest, ThreadsHaveDocumentsOfTheirOwn)
     }
     for (std::thread& thread : threads) {
         thread.join();
-    }
-}
-
-TEST_F(XMLWriterTest, WhatIsWrittenIsReadBack)
-{
-    RandomText names(makePieces("<|&|;|/|-")),
-        values(makePieces(">|&|<|\"|'|&amp;|]]>|" + std::string(37, 'v') + '|' +
-                          std::string(8190, 'v')));
-    for (int i = 0; i < 50; ++i) {
-        XMLElement tree("r" + names.next(20));
-        fill(tree, names, values, 4);
-        const std::string text = tree.toString();
-        XMLElement compact(""), spaced("");
-        EXPECT_EQ(compact.parse(text), static_cast<int>(text.size()));
-        EXPECT_EQ(compact.toString(), text);
-        const std::string file = formatted(tree);
-        EXPECT_EQ(spaced.load(path("out.xml")), static_cast<int>(file.size()) - 1);
-        EXPECT_EQ(spaced.toString(), text);
-        EXPECT_EQ(XMLElement(tree).toString(), text);
     }
 }

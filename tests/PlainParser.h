@@ -1,0 +1,99 @@
+#pragma once
+
+#include <cstddef>
+#include <set>
+#include <string>
+
+#include "qor/StringUtil.h"
+#include "qor/XMLElement.h"
+
+/// Reads documents that begin with a tag, step by step and without any thought of speed. What it
+/// has read it writes at once: children in front of the value, and nothing but the tag of comments.
+struct TPlainParser {
+    std::string source, message = {}, text = {}, location = {};
+    std::size_t position = 1;
+
+    void fail(const std::string& reason) { message = reason + (location.empty() ? "/" : location); }
+
+    std::string readTag()
+    {
+        std::string tag;
+        while (position < source.size()) {
+            const char byte = source[position++];
+            const bool mayEnd =
+                tag[0] != '!' || (tag.size() > 4 && tag.substr(tag.size() - 2) == "--");
+            if (byte == '>' && mayEnd) {
+                if (tag.empty()) {
+                    fail("Empty tag at ");
+                }
+                break;
+            }
+            tag += byte == '>' ? "" : std::string(1, byte);
+        }
+        return tag;
+    }
+
+    void readElement(const std::string& name)
+    {
+        const std::size_t outerSize = location.size(), begin = text.size();
+        location += '/' + name;
+        text += '<' + name + '>';
+        std::string value;
+        while (message.empty() && position < source.size()) {
+            if (source[position++] != '<') {
+                value += source[position - 1];
+                continue;
+            }
+            const std::string tag = readTag();
+            if (!message.empty() || tag == '/' + name) {
+                break;
+            }
+            if (tag[0] == '!') {
+                text += '<' + tag + '>';
+            } else if (tag[0] == '/') {
+                fail("Mismatching closing tag '" + tag.substr(1) + "' while expecting '" + name +
+                     "' at ");
+            } else if (position == source.size()) {
+                fail("Unexpected end of source data at ");
+            } else {
+                readElement(tag);
+            }
+        }
+        location.resize(outerSize);
+        // Entities are written as they were read, but for ampersands that begin none.
+        const std::set<std::string> ENTITIES{"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"};
+        value = qor::StringUtil::trim(value);
+        for (std::size_t i = 0; i < value.size(); ++i) {
+            const std::string entity = value.substr(i, value.find(';', i) - i + 1);
+            const bool isLone = value[i] == '&' && ENTITIES.count(entity) == 0;
+            text += isLone ? "" : value[i] == '>' ? "&gt;" : value.substr(i, 1);
+        }
+        text += "</" + name + '>';
+        if (name[0] == '!') {
+            text.resize(begin + name.size() + 2);
+        }
+    }
+};
+
+/// What parse() answers, and with it the text of the tree or the message of a failure.
+inline std::string outcomeOf(const std::string& source)
+{
+    qor::XMLElement tree("old");
+    tree.createChild("old")->setValue("old");
+    const int result = tree.parse(source);
+    return std::to_string(result) + ' ' +
+           (result < 0 ? qor::XMLElement::getLastError() : tree.toString());
+}
+
+/// The same by the plain parser.
+inline std::string plainOutcomeOf(const std::string& source)
+{
+    TPlainParser parser{source};
+    const std::string root = parser.readTag();
+    if (parser.message.empty()) {
+        parser.readElement(root);
+    }
+    const std::string position = std::to_string(parser.position);
+    return parser.message.empty() ? position + ' ' + parser.text
+                                  : '-' + position + ' ' + parser.message;
+}
