@@ -149,21 +149,11 @@ TEST(ChecksumTest, LengthsBeyondOneWordCount)
 
 TEST(ChecksumTest, KindsOfOtherPeopleAreReadAlike)
 {
-    struct TReading {
-        unsigned int length;
-        const char* hex;
-        unsigned int integer;
-    };
-    for (const TReading& reading : {TReading{0, "", 0},
-                                    {1, "0a", 0x0A},
-                                    {3, "7fff0a", 0x7FFF0A},
-                                    {4, "007fff0a", 0x7FFF0A},
-                                    {5, "ee007fff0a", 0x7FFF0A},
-                                    {16, "6162636465666768696a6bee007fff0a", 0x7FFF0A}}) {
-        Recorder recorder(reading.length);
+    for (const auto& test : readTable("checksum-readings")) {
+        Recorder recorder(hexNumber(test[0]));
         recorder.Checksum::add(std::string("abcdefghijk\xEE\0\x7F\xFF\n", 16));
-        EXPECT_EQ(recorder.getChecksumHex(), reading.hex);
-        EXPECT_EQ(recorder.getChecksumInteger(), reading.integer);
+        EXPECT_EQ(recorder.getChecksumHex(), test[1]);
+        EXPECT_EQ(recorder.getChecksumInteger(), hexNumber(test[2]));
     }
 }
 

@@ -183,9 +183,6 @@ TEST_F(ConfigurationTest, LetsListenersSetAndAdd)
 TEST_F(ConfigurationTest, TakesArgumentsThatReferToItself)
 {
     const std::string longText(100, 'l');
-    TLines notes;
-    TListener listener(notes);
-    table.addListener(&listener);
     table.addStringParameter("a", longText, 0, 999, 0);
     for (int i = 0; i < 20; ++i) {
         const std::string& text = table.getString("a");
@@ -193,11 +190,8 @@ TEST_F(ConfigurationTest, TakesArgumentsThatReferToItself)
     }
     EXPECT_TRUE(table.addStringParameter(table.getString("a"), table.getString("a"), 0, 999, 0));
     EXPECT_EQ(table.getString(longText), longText);
-    EXPECT_TRUE(table.setString("a", table.getString("a")));
-    EXPECT_TRUE(notes.empty());
     // The parameter has its own name as its value.
     EXPECT_TRUE(table.setString(table.getString(longText), "new"));
-    EXPECT_EQ(notes, TLines{longText});
     EXPECT_TRUE(table.set("a", table.getString(longText)));
     EXPECT_EQ(table.getString("a"), "new");
 }

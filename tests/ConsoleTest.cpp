@@ -1,11 +1,9 @@
 #include "qor/Console.h"
 
 #include <algorithm>
-#include <deque>
 #include <functional>
 #include <string>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -129,11 +127,10 @@ TEST(ConsoleTest, OutputKeepsTheNewestLines)
 {
     for (const int most : {0, 1, 2, 5, -1}) {
         Console console(most);
-        std::deque<std::string> kept;
+        TLines kept;
         for (unsigned int i = 0; i < 13; ++i) {
-            const std::string line = i == 3 ? "" : "line " + std::to_string(i);
-            console.print(line);
-            kept.push_front(line);
+            kept.insert(kept.begin(), i == 3 ? "" : "line " + std::to_string(i));
+            console.print(kept.front());
             kept.resize(std::min(kept.size(), static_cast<std::size_t>(most)));
             EXPECT_EQ(console.getOutputModCount(), i + 1);
             EXPECT_EQ(console.getOutputLenght(), static_cast<int>(kept.size()));

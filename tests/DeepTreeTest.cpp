@@ -12,11 +12,7 @@ using qor::XMLElement;
 namespace
 {
 
-#ifndef __has_feature
-#define __has_feature(name) 0
-#endif
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) ||                               \
-    __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#ifdef QORTK_SANITIZED
 constexpr int LEVELS = 200000;
 #else
 constexpr int LEVELS = 10000000;

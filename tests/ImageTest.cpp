@@ -1,4 +1,6 @@
+#include <functional>
 #include <limits>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,51 +15,49 @@ using qor::Image, qor::Rectangle;
 namespace
 {
 
-std::vector<int> readInts(const std::string& cell)
+using Ints = std::vector<int>;
+
+Ints readInts(const std::string& cell)
 {
-    std::vector<int> numbers;
+    Ints numbers;
     for (const double number : readNumbers(cell)) {
         numbers.push_back(static_cast<int>(number));
     }
     return numbers;
 }
 
-void append(std::vector<int>& numbers, const Rectangle& r)
+Ints edgesOf(std::initializer_list<Rectangle> rectangles)
 {
-    numbers.insert(numbers.end(), {r.getLeft(), r.getTop(), r.getRight(), r.getBottom()});
+    Ints edges;
+    for (const Rectangle& r : rectangles) {
+        edges.insert(edges.end(), {r.getLeft(), r.getTop(), r.getRight(), r.getBottom()});
+    }
+    return edges;
 }
 
 /// Does what a row of the table of rectangles says.
-std::vector<int> runOnRectangle(const std::string& operation, Rectangle r,
-                                std::vector<int> arguments)
+Ints runOnRectangle(const std::string& operation, Rectangle r, Ints a)
 {
-    arguments.resize(9);
-    Rectangle first(arguments.data()), second(arguments.data() + 4);
-    std::vector<int> result;
-    if (operation == "size") {
-        return {r.getWidth(), r.getHeight(), r.empty()};
-    } else if (operation == "test") {
-        return {r.testPoint(arguments[0], arguments[1])};
-    } else if (operation == "clip") {
-        r.clipRectangle(first);
-        r = first;
-    } else if (operation == "cut") {
-        r.clipRectangle(first, second, arguments[8]);
-        append(result, first);
-        r = second;
-    } else if (operation == "offset") {
-        r.offset(arguments[0], arguments[1]);
-    } else if (operation == "grow") {
-        r.grow(arguments[0]);
-    } else if (operation == "shrink") {
-        r.shrink(arguments[0]);
-    } else if (operation == "clear") {
-        r.clear();
-    } else {
-        r = operation == "intersect" ? r.intersect(first) : r.combine(first);
-    }
-    append(result, r);
-    return result;
+    a.resize(9);
+    Rectangle first(a.data()), second(a.data() + 4);
+    const std::map<std::string, std::function<Ints()>> operations = {
+        {"size",
+         [&] {
+             return Ints{r.getWidth(), r.getHeight(), r.empty()};
+         }},
+        {"test", [&] { return Ints{r.testPoint(a[0], a[1])}; }},
+        {"clip", [&] { return r.clipRectangle(first), edgesOf({first}); }},
+        {"cut",
+         [&] {
+             return r.clipRectangle(first, second, a[8]), edgesOf({first, second});
+         }},
+        {"offset", [&] { return r.offset(a[0], a[1]), edgesOf({r}); }},
+        {"grow", [&] { return r.grow(a[0]), edgesOf({r}); }},
+        {"shrink", [&] { return r.shrink(a[0]), edgesOf({r}); }},
+        {"clear", [&] { return r.clear(), edgesOf({r}); }},
+        {"intersect", [&] { return edgesOf({r.intersect(first)}); }},
+        {"combine", [&] { return edgesOf({r.combine(first)}); }}};
+    return operations.at(operation)();
 }
 
 /// Pixels of few values, so that each test passes some and fails some: black ones, and alphas
@@ -115,23 +115,16 @@ TEST(RectangleTest, OperationsGiveTheseEdges)
 
 TEST(ImageTest, SizesAreKeptAndPixelsMadeWhereBothArePositive)
 {
-    const struct {
-        unsigned long width, height;
-        int keptWidth, keptHeight;
-    } cases[] = {{3, 2, 3, 2},           {0, 5, 0, 5},
-                 {5, 0, 5, 0},           {0x80000000, 1, -2147483647 - 1, 1},
-                 {1, 0xFFFFFFFF, 1, -1}, {0xFFFFFFFF, 0xFFFFFFFE, -1, -2}};
     Image image(7, 7);
-    for (const auto& c : cases) {
-        image.create(c.width, c.height);
+    for (const std::vector<std::string>& row : readTable("image-sizes")) {
+        const std::vector<double> sizes = readNumbers(row[0]);
+        image.create(static_cast<unsigned long>(sizes[0]), static_cast<unsigned long>(sizes[1]));
         const Image copy(image);
         image.flipVertical();
-        std::vector<int> edges;
-        append(edges, copy.getSize());
-        EXPECT_EQ(edges, std::vector<int>({0, 0, c.keptWidth, c.keptHeight}));
-        EXPECT_TRUE(image.getWidth() == c.keptWidth && image.getHeight() == c.keptHeight);
-        EXPECT_EQ(image.getData() != nullptr, c.width * c.height == 6);
-        EXPECT_EQ(copy.getData() != nullptr, c.width * c.height == 6);
+        EXPECT_EQ(edgesOf({copy.getSize()}), readInts("0 0 " + row[1]));
+        EXPECT_EQ((Ints{image.getWidth(), image.getHeight()}), readInts(row[1]));
+        EXPECT_EQ(image.getData() != nullptr, row[0] == "3 2");
+        EXPECT_EQ(copy.getData() != nullptr, row[0] == "3 2");
     }
     image.create(2, 2);
     EXPECT_EQ(image.loadRawData("", Image::EPF_NONE), 0);
@@ -158,8 +151,8 @@ TEST(ImageTest, CopiesHavePixelsOfTheirOwnAndMovesTakeThem)
 TEST(ImageTest, TransfersAnswerWithTheseNumbers)
 {
     for (const std::vector<std::string>& row : readTable("blits")) {
-        const std::vector<int> t = readInts(row[0]), s = readInts(row[1]), at = readInts(row[3]),
-                               test = readInts(row[4]);
+        const Ints t = readInts(row[0]), s = readInts(row[1]), at = readInts(row[3]),
+                   test = readInts(row[4]);
         Image target(static_cast<unsigned long>(t[0]), static_cast<unsigned long>(t[1]));
         Image source(static_cast<unsigned long>(s[0]), static_cast<unsigned long>(s[1]));
         std::fill_n(source.getData(), s[0] * s[1], 0xFF010101);

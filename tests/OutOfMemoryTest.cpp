@@ -82,25 +82,13 @@ void expectNothingLost(const TScenario& scenario)
 }
 
 /// An operation on one object.
-template<typename TObject>
-TScenario on(const std::string& name, Guarantee guarantee, std::function<void(TObject&)> action)
+template<typename TObject, Guarantee GUARANTEE = STRONG>
+TScenario on(const std::string& name, std::function<void(TObject&)> action)
 {
-    return {name, guarantee, [action] {
+    return {name, GUARANTEE, [action] {
                 const auto object = std::make_shared<TObject>();
                 return TRun{[=] { action(*object); }, [=] { return object->show(); }};
             }};
-}
-
-template<typename TObject>
-TScenario strong(const std::string& name, std::function<void(TObject&)> action)
-{
-    return on<TObject>(name, STRONG, action);
-}
-
-template<typename TObject>
-TScenario basic(const std::string& name, std::function<void(TObject&)> action)
-{
-    return on<TObject>(name, BASIC, action);
 }
 
 struct TText : std::string {
@@ -110,7 +98,7 @@ struct TText : std::string {
 /// An operation that makes something new, tells it as text and leaves all else alone.
 TScenario making(const std::string& name, std::function<std::string()> action)
 {
-    return strong<TText>(name, [action](TText& text) { text.assign(action()); });
+    return on<TText>(name, [action](TText& text) { text.assign(action()); });
 }
 
 const std::string LONG = "a text that fits no buffer of its string";
@@ -208,9 +196,7 @@ struct TMachine {
     std::list<State> states;
 };
 
-class OutOfMemoryTest : public TemporaryFolder
-{
-};
+using OutOfMemoryTest = TemporaryFolder;
 
 } // namespace
 
@@ -256,59 +242,58 @@ TEST_F(OutOfMemoryTest, NothingIsLostAndAllCanBeRepeated)
                    tree.calculateChecksum(checksum);
                    return checksum.getChecksumHex();
                }),
-        strong<TTree>("assignment", [&](TTree& t) { t = rules; }),
-        strong<TTree>("assignment to a child", [](TTree& t) { *t.getChild("a") = t; }),
-        strong<TTree>("move into a child",
-                      [](TTree& t) { *t.findChild("a/b") = std::move(*t.getChild("a")); }),
-        basic<TTree>("parse", [](TTree& t) { t.parse(DOCUMENT + " "); }),
-        basic<TTree>("fault in a text", [](TTree& t) { t.parse("<a>" + GROUP + "</c>"); }),
-        basic<TTree>("load", [&](TTree& t) { t.load(document); }),
-        basic<TTree>("missing file", [&](TTree& t) { t.load(missing); }),
-        strong<TTree>("name", [](TTree& t) { t.setName(LONG); }),
-        strong<TTree>("value", [](TTree& t) { t.getChild("a")->setValue(LONG + LONG); }),
-        strong<TTree>("number", [](TTree& t) { t.findChild("a/b")->setValue(1e30f); }),
-        strong<TTree>("child", [](TTree& t) { t.createChild(LONG); }),
-        basic<TTree>("path", [](TTree& t) { t.findChild(LONG + "/b/" + LONG, true); }),
+        on<TTree>("assignment", [&](TTree& t) { t = rules; }),
+        on<TTree>("assignment to a child", [](TTree& t) { *t.getChild("a") = t; }),
+        on<TTree>("move into a child",
+                  [](TTree& t) { *t.findChild("a/b") = std::move(*t.getChild("a")); }),
+        on<TTree, BASIC>("parse", [](TTree& t) { t.parse(DOCUMENT + " "); }),
+        on<TTree, BASIC>("fault in a text", [](TTree& t) { t.parse("<a>" + GROUP + "</c>"); }),
+        on<TTree, BASIC>("load", [&](TTree& t) { t.load(document); }),
+        on<TTree, BASIC>("missing file", [&](TTree& t) { t.load(missing); }),
+        on<TTree>("name", [](TTree& t) { t.setName(LONG); }),
+        on<TTree>("value", [](TTree& t) { t.getChild("a")->setValue(LONG + LONG); }),
+        on<TTree>("number", [](TTree& t) { t.findChild("a/b")->setValue(1e30f); }),
+        on<TTree>("child", [](TTree& t) { t.createChild(LONG); }),
+        on<TTree, BASIC>("path", [](TTree& t) { t.findChild(LONG + "/b/" + LONG, true); }),
         onFile("saved tree", [&] { tree.save(target, true); }),
         making("failed save",
                [&] { return tree.save(missing, true) < 0 ? XMLElement::getLastError() : ""; }),
 
         making("table", [&] { return Configuration(table).get(LONG); }),
-        strong<TTable>("assigned table",
-                       [&](TTable& t) { static_cast<Configuration&>(t) = table; }),
-        strong<TTable>("new flag", [](TTable& t) { t.addBooleanParameter(NEW, true, 0); }),
-        strong<TTable>("new number", [](TTable& t) { t.addIntegerParameter(NEW, 5, 0, 3, 0); }),
-        strong<TTable>("new float", [](TTable& t) { t.addFloatParameter(NEW, 5, 0, 3, 0); }),
-        strong<TTable>("new text", [](TTable& t) { t.addStringParameter(NEW, LONG, 0, 3, 0); }),
-        strong<TTable>("text", [](TTable& t) { t.setString(LONG, LONG); }),
-        strong<TTable>("number", [](TTable& t) { t.set(LONG + "/i", "5"); }),
-        basic<TTable>("listener", [](TTable& t) { t.removeListener(&t), t.addListener(&t); }),
-        basic<TTable>("all parameters", [](TTable& t) { t.updateAllParameters(); }),
-        basic<TTable>("table into tree", [](TTable& t) { t.save(&t.tree); }),
-        basic<TTable>("table of a file", [&](TTable& t) { t.load(settings); }),
+        on<TTable>("assigned table", [&](TTable& t) { static_cast<Configuration&>(t) = table; }),
+        on<TTable>("new flag", [](TTable& t) { t.addBooleanParameter(NEW, true, 0); }),
+        on<TTable>("new number", [](TTable& t) { t.addIntegerParameter(NEW, 5, 0, 3, 0); }),
+        on<TTable>("new float", [](TTable& t) { t.addFloatParameter(NEW, 5, 0, 3, 0); }),
+        on<TTable>("new text", [](TTable& t) { t.addStringParameter(NEW, LONG, 0, 3, 0); }),
+        on<TTable>("text", [](TTable& t) { t.setString(LONG, LONG); }),
+        on<TTable>("number", [](TTable& t) { t.set(LONG + "/i", "5"); }),
+        on<TTable, BASIC>("listener", [](TTable& t) { t.removeListener(&t), t.addListener(&t); }),
+        on<TTable, BASIC>("all parameters", [](TTable& t) { t.updateAllParameters(); }),
+        on<TTable, BASIC>("table into tree", [](TTable& t) { t.save(&t.tree); }),
+        on<TTable, BASIC>("table of a file", [&](TTable& t) { t.load(settings); }),
         onFile("table into a file", [&] { table.save(target); }),
 
-        strong<TPicture>("assigned image", [&](TPicture& i) { static_cast<Image&>(i) = image; }),
-        basic<TPicture>("loaded image", [&](TPicture& i) { i.loadTGA(picture.c_str()); }),
+        on<TPicture>("assigned image", [&](TPicture& i) { static_cast<Image&>(i) = image; }),
+        on<TPicture, BASIC>("loaded image", [&](TPicture& i) { i.loadTGA(picture.c_str()); }),
 
         making("console", [] { return TConsole().show(); }),
         making("copied console", [&] { return TConsole(console).show(); }),
-        strong<TConsole>("assigned console",
-                         [](TConsole& c) {
-                             Console other(1);
-                             other.print(LONG);
-                             static_cast<Console&>(c) = other;
-                         }),
-        strong<TConsole>("line", [](TConsole& c) { c.print(LONG); }),
-        strong<TConsole>("character", [](TConsole& c) { c.putChar('x'); }),
-        basic<TConsole>("command line", [](TConsole& c) { c.putChar(13); }),
-        strong<TConsole>("command", [&](TConsole& c) { c.addCommand(LONG, LONG, 0, 0, &nothing); }),
-        strong<TConsole>(
-            "variable", [](TConsole& c) { c.addVariable(LONG, LONG, c.VT_STRING, 0, 0, nullptr); }),
+        on<TConsole>("assigned console",
+                     [](TConsole& c) {
+                         Console other(1);
+                         other.print(LONG);
+                         static_cast<Console&>(c) = other;
+                     }),
+        on<TConsole>("line", [](TConsole& c) { c.print(LONG); }),
+        on<TConsole>("character", [](TConsole& c) { c.putChar('x'); }),
+        on<TConsole, BASIC>("command line", [](TConsole& c) { c.putChar(13); }),
+        on<TConsole>("command", [&](TConsole& c) { c.addCommand(LONG, LONG, 0, 0, &nothing); }),
+        on<TConsole>("variable",
+                     [](TConsole& c) { c.addVariable(LONG, LONG, c.VT_STRING, 0, 0, nullptr); }),
 
-        strong<TMachine>("state",
-                         [](TMachine& m) { m.states.emplace_back(&m.machine, &m.first, LONG); }),
-        strong<TMachine>("assigned machine", [&](TMachine& m) { m.machine = machine.machine; }),
+        on<TMachine>("state",
+                     [](TMachine& m) { m.states.emplace_back(&m.machine, &m.first, LONG); }),
+        on<TMachine>("assigned machine", [&](TMachine& m) { m.machine = machine.machine; }),
         making("copied machine",
                [&] { return StateMachine(machine.machine).transition(LONG) ? LONG : ""; }),
 
@@ -331,8 +316,7 @@ TEST_F(OutOfMemoryTest, NothingIsLostAndAllCanBeRepeated)
                    thread.wait();
                    return "";
                }),
-        making("lock", [] { return qor::Mutex(), ""; }),
-        making("event", [] { return qor::Condition(), ""; }),
+        making("lock and event", [] { return qor::Mutex(), qor::Condition(), ""; }),
         making("trimmed text", [] { return StringUtil::trim(" " + LONG); }),
         making("number as text", [] { return StringUtil::toString(1e30f, 60); }),
         making("time as text", [] { return StringUtil::timeStampToString(0, true); }),

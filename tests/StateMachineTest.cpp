@@ -1,7 +1,6 @@
 #include <functional>
 #include <list>
 #include <map>
-#include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -80,8 +79,6 @@ public:
                 isHandled = true;
             } else if (word == "start") {
                 m_Machine.start();
-            } else if (word == "throw") {
-                throw std::runtime_error("thrown by a handler");
             } else if (!word.empty()) {
                 run(word, words[++i]);
             }
@@ -148,12 +145,11 @@ TEST(StateMachineTest, StatesKnowTheirPlace)
     EXPECT_EQ(inner->getParentState(), stage.find("A"));
     EXPECT_EQ(inner->getStateMachine(), &stage.m_Machine);
     EXPECT_EQ(stage.m_Machine.getStateMachine(), &stage.m_Machine);
-    for (const char* around : {"A", "root"}) {
-        EXPECT_TRUE(inner->isChildStateOf(stage.find(around))) << around;
+    std::string around;
+    for (const char* name : {"root", "A", "A1", "A2", "B", "X", "none"}) {
+        around += inner->isChildStateOf(stage.find(name)) ? name : "";
     }
-    for (const char* other : {"A1", "A2", "B", "X", "none"}) {
-        EXPECT_FALSE(inner->isChildStateOf(stage.find(other))) << other;
-    }
+    EXPECT_EQ(around, "rootA");
     EXPECT_FALSE(stage.find("X1")->isChildStateOf(&stage.m_Machine));
     stage.m_Machine.registerState(nullptr);
     EXPECT_EQ(State(nullptr, nullptr, "alone").getStateMachine(), nullptr);
@@ -175,14 +171,4 @@ TEST(StateMachineTest, CopiesGoTheirOwnWay)
         EXPECT_TRUE(machine->transition("A2"));
     }
     EXPECT_EQ(stage.m_Machine.getCurrentState(), stage.find("A1"));
-}
-
-TEST(StateMachineTest, MachinesStayUsableWhereHandlersThrow)
-{
-    Stage stage("A-=throw");
-    EXPECT_THROW(stage.run("start set B"), std::runtime_error);
-    EXPECT_EQ(stage.trace(), "A+root A1+root A1-B A-B @A");
-    stage.m_Handlers.clear();
-    stage.run("set A2");
-    EXPECT_EQ(stage.trace(), "A+root A1+root A1-B A-B A-A2 A+A A2+A @A2");
 }

@@ -1,4 +1,3 @@
-#include <cstddef>
 #include <string>
 #include <thread>
 #include <vector>
@@ -49,9 +48,7 @@ TEST(XMLParserTest, AnyTextIsReadAsTheRulesSay)
     }
 }
 
-class XMLLoadTest : public TemporaryFolder
-{
-};
+using XMLLoadTest = TemporaryFolder;
 
 TEST_F(XMLLoadTest, FilesThatHoldNoDocument)
 {

@@ -32,12 +32,13 @@ TEST(XMLValidatorTest, FirstFaultsAreTold)
 
 TEST(XMLValidatorTest, RandomTreesGetTheVerdictsOfPlainerCode)
 {
-    RandomText rules("<a>0-2:0-1|<b>1-2:0-1|<c>0-1:0-2|<a>0-3:1-2</a>|<b>0-1:0-2</b>|<c>1:0-1</c>|"
-                     "<d>0-9:0</d>|</a>|</b>|</c>|none"),
-        texts("<a>|<b>|<c>|<a>x</a>|<b>x</b>|<c></c>|<d></d>|</a>|</b>|</c>|x|<!---->");
+    RandomText rules("<a>0-2:0-1<b>0-2:0</b><c>0-1:0-2</c></a>|<b>0-2:0-1<d>0-1:0|<c>0-3:0-1|"
+                     "<a>0-3:1-2|<b>1-2:0-2|<c>1-3:0-1</c>|<d>0-9:0</d>|</a>|</b>|</c>|</d>|none"),
+        texts("<a>|<a>|<b>|<c>|<a>x</a>|<b>x</b>|<c></c>|<d></d>|</a>|</b>|</c>|x|<!---->");
     int fitting = 0;
     for (int i = 0; i < 3000; ++i) {
-        const XMLElement templateRoot = parsed("<r>1:0-2" + rules.next(12));
+        const XMLElement templateRoot =
+            parsed("<r>1:0-2<c>0-3:0-1</c><a>0-3:0-1<b>0-2:0</b>" + rules.next(12));
         for (int j = 0; j < 10; ++j) {
             const XMLElement document = parsed("<r>" + texts.next(9));
             const std::string fault = plainFaultOf(document, templateRoot);
