@@ -143,6 +143,8 @@ TEST_F(DesktopTest, ShowsAnErrorWithTheFirstDialog)
         EXPECT_EQ(showAndCatch(text, caption), "");
         EXPECT_EQ(takeGiven(), expected);
     }
+    unsetenv("DISPLAY");
+    setenv("WAYLAND_DISPLAY", "wayland-0", 1);
     qor::showErrorPopUp(nullptr, nullptr);
     EXPECT_EQ(takeGiven(), "[zenity][--error][--no-markup][--title=Error][--text=]");
 }

@@ -1,8 +1,8 @@
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <future>
 #include <string>
-#include <thread>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -171,20 +171,29 @@ TEST_F(DiskFaultTest, DisksThatFillUpOnTheWay)
 TEST_F(DiskFaultTest, PipesWhoseReaderGoes)
 {
     constexpr unsigned long SIZE = 400; // Far more than a pipe takes at once.
+    constexpr std::size_t READ_SIZE = 70000;
     const Image image = makeImage(SIZE, SIZE, Pixels(SIZE * SIZE));
     XMLElement tree("a");
     tree.setValue(std::string(SIZE * SIZE, 'x'));
     for (const bool isPicture : {true, false}) {
         const int reader = ::open("fifo", O_RDONLY | O_NONBLOCK);
         fcntl(reader, F_SETFL, 0);
-        const std::future<void> reading = std::async(std::launch::async, [reader] {
-            char bytes[8];
-            while (::read(reader, bytes, sizeof bytes) == 0) {
-                std::this_thread::yield();
+        // Waits until something comes, and then for as long as something comes.
+        std::future<std::size_t> reading = std::async(std::launch::async, [reader] {
+            std::size_t size = 0;
+            char bytes[1000];
+            for (ssize_t count = 0; size < READ_SIZE && (size == 0 || count > 0);) {
+                count = ::read(reader, bytes, sizeof bytes);
+                size += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
             }
             ::close(reader);
+            return size;
         });
         EXPECT_EQ(isPicture ? image.saveTGA("fifo", 24) : tree.save("fifo", false),
                   isPicture ? -3 : static_cast<int>(SIZE * SIZE) + 7);
+        EXPECT_GE(reading.get(), READ_SIZE);
     }
+    sigset_t blocked;
+    pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
+    EXPECT_EQ(sigismember(&blocked, SIGPIPE), 0);
 }
