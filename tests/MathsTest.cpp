@@ -101,3 +101,26 @@ TEST(MathsTest, OperationsGiveTheseBitsAndTouchNothingElse)
         }
     }
 }
+
+TEST(MathsTest, RotationsAreOrthonormalAndAgree)
+{
+    const float axes[][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0.48f, -0.6f, 0.64f}};
+    const auto rotations = {Matrix::makeRotateX, Matrix::makeRotateY, Matrix::makeRotateZ};
+    for (std::size_t k = 0; k < 4; ++k) {
+        for (float angle = -7.0f; angle < 7.0f; angle += 0.37f) {
+            float turn[16], back[16], product[16], unit[16], special[16];
+            Matrix::identity(unit);
+            Matrix::makeRotate(axes[k], angle, turn);
+            Matrix::copy(turn, special);
+            if (k < rotations.size()) {
+                rotations.begin()[k](angle, special);
+            }
+            Matrix::transpose(turn, back);
+            Matrix::multiply(turn, back, product);
+            for (int i = 0; i < 16; ++i) {
+                EXPECT_NEAR(product[i], unit[i], 1e-6) << angle;
+                EXPECT_FLOAT_EQ(turn[i], special[i]) << angle;
+            }
+        }
+    }
+}
