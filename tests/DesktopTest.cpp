@@ -130,13 +130,13 @@ TEST_F(DesktopTest, OpensNothingHarmful)
 
 TEST_F(DesktopTest, ShowsAnErrorWithTheFirstDialog)
 {
-    const char* const text = "-C:\\new <b>x</b>";
+    const char* const text = "-C:\\new <b>x&y</b>";
     const char* const caption = "+cap";
     const std::string boxes[][2] = {
-        {"xmessage", "[xmessage][-center][-buttons][OK][-title][ +cap][ -C:\\new <b>x</b>]"},
-        {"Xdialog", "[Xdialog][--title][ +cap][--msgbox][ -C:\\\\new <b>x</b>][0][0]"},
-        {"kdialog", "[kdialog][--title=+cap][--error=<qt>-C:\\\\new &lt;b>x&lt;/b></qt>]"},
-        {"zenity", "[zenity][--error][--no-markup][--title=+cap][--text=-C:\\\\new <b>x</b>]"},
+        {"xmessage", "[xmessage][-center][-buttons][OK][-title][ +cap][ -C:\\new <b>x&y</b>]"},
+        {"Xdialog", "[Xdialog][--title][ +cap][--msgbox][ -C:\\\\new <b>x&y</b>][0][0]"},
+        {"kdialog", "[kdialog][--title=+cap][--error=<qt>-C:\\\\new &lt;b>x&amp;y&lt;/b></qt>]"},
+        {"zenity", "[zenity][--error][--no-markup][--title=+cap][--text=-C:\\\\new <b>x&y</b>]"},
     };
     for (const auto& [name, expected] : boxes) {
         addProgram(name, 0);

@@ -118,7 +118,9 @@ TEST(ConditionTest, KeepsOneSignalForTheNextWait)
 {
     Waiters waiters;
     waiters.condition.signal();
-    Condition(waiters.condition).signal();
+    Condition name;
+    name = waiters.condition;
+    Condition(name).signal();
     waiters.mutex.lock();
     waiters.condition.wait(waiters.mutex, 0);
     waiters.mutex.unlock();
