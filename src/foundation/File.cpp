@@ -4,9 +4,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <limits>
-#include <system_error>
 
 #include "platform/Platform.h"
 #include "qor/Log.h"
@@ -16,12 +14,6 @@ namespace qor
 
 namespace
 {
-
-/// @return the C library's words for the number that one of its calls left in errno
-std::string getLibraryText(int error)
-{
-    return std::generic_category().message(error);
-}
 
 /// Looks whether the C library would take the path for a shorter one, or a directory for a file.
 /// @return an error number; 0 if all is well
@@ -46,7 +38,7 @@ bool tellUnopened(const platform::InputFile& file, const std::string& path)
 
 bool File::createDirectory(const std::string& path)
 {
-    const int error = platform::createDirectory(path);
+    const int error = platform::createDirectory(path, platform::Access::EVERYONE);
     if (error != 0) {
         Log::error("Directory (" + path + ") creation failed: " + platform::getErrorText(error));
     }
@@ -70,7 +62,7 @@ bool File::deleteFile(const std::string& path)
         error = errno;
     }
     if (error != 0) {
-        Log::error("File '" + path + "' deletion failed: " + getLibraryText(error));
+        Log::error("File '" + path + "' deletion failed: " + platform::getErrnoText(error));
     }
     return error == 0;
 }
@@ -83,13 +75,13 @@ bool File::renameFile(const std::string& oldPath, const std::string& newPath)
     }
     const int error = isValid ? errno : EINVAL;
     Log::error("File '" + oldPath + "' renaming to '" + newPath +
-               "' failed: " + getLibraryText(error));
+               "' failed: " + platform::getErrnoText(error));
     return false;
 }
 
 unsigned int File::fileTime(const std::string& path)
 {
-    const platform::InputFile file(path);
+    const platform::InputFile file(path, platform::InputFile::Kind::ATTRIBUTES);
     if (tellUnopened(file, path)) {
         return 0;
     }
@@ -106,7 +98,7 @@ unsigned int File::fileTime(const std::string& path)
 
 unsigned int File::fileSize(const std::string& path)
 {
-    const platform::InputFile file(path);
+    const platform::InputFile file(path, platform::InputFile::Kind::ATTRIBUTES);
     if (tellUnopened(file, path)) {
         return 0;
     }
@@ -135,10 +127,10 @@ std::string File::filePath(const std::string& directory, const std::string& file
 std::string File::getUserDataDirectory(const std::string& name, bool create)
 {
     std::string directory;
-    if (const char* const variable = std::getenv("QOR_USER_DATA_DIR")) {
+    if (const char* const variable = platform::getEnvironmentVariable("QOR_USER_DATA_DIR")) {
         directory = variable;
     } else {
-        directory = platform::getUserDataFolder();
+        directory = platform::getUserDataDirectory();
         if (!directory.empty()) {
             directory += "/" + name;
         }

@@ -110,7 +110,7 @@ bool Log::open(const char* path, bool append)
         return false;
     }
     using platform::OutputFile;
-    auto stream = std::make_unique<OutputFile>(path, append ? OutputFile::Kind::MORE_TEXT
+    auto stream = std::make_unique<OutputFile>(path, append ? OutputFile::Kind::APPEND_TEXT
                                                             : OutputFile::Kind::TEXT);
     if (!stream->isOpen()) {
         return false;

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <cstring>
 
 #include "platform/Platform.h"
@@ -132,13 +131,14 @@ int checkHeader(const std::array<unsigned char, HEADER_SIZE>& header)
 
 /// Reads pixels in the order of the file, and those only that it has.
 /// @return whether it has all of them
-bool readPixels(std::FILE* file, unsigned char depth, std::uint32_t* pixels, std::size_t count)
+bool readPixels(platform::InputFile& file, unsigned char depth, std::uint32_t* pixels,
+                std::size_t count)
 {
     const std::size_t pixelSize = depth / 8;
     Block block{};
     while (count > 0) {
         const std::size_t wanted = std::min(count, BLOCK_PIXELS);
-        const std::size_t found = std::fread(block.data(), pixelSize, wanted, file);
+        const std::size_t found = file.read(block.data(), wanted * pixelSize) / pixelSize;
         unpack(block.data(), found, depth, pixels);
         if (found < wanted) {
             return false;
@@ -184,26 +184,27 @@ bool writePixels(platform::OutputFile& file, unsigned char depth, const Image& i
 
 int Image::loadTGA(const char* filename)
 {
-    platform::TFileStream file = filename ? platform::openToRead(filename, "rb") : nullptr;
-    if (!file) {
+    if (!filename) {
+        return -1;
+    }
+    platform::InputFile file(filename, platform::InputFile::Kind::BINARY);
+    if (!file.isOpen()) {
         return -1;
     }
     std::array<unsigned char, HEADER_SIZE> header;
-    if (std::fread(header.data(), 1, HEADER_SIZE, file.get()) < HEADER_SIZE) {
+    if (file.read(header.data(), HEADER_SIZE) < HEADER_SIZE) {
         return -2;
     }
     const int fault = checkHeader(header);
     if (fault != 0) {
         return fault;
     }
-    for (int i = 0; i < header[ID_LENGTH]; ++i) {
-        std::fgetc(file.get());
-    }
+    std::array<unsigned char, 255> identification;
+    file.read(identification.data(), header[ID_LENGTH]);
     create(header[WIDTH] + 256u * header[WIDTH + 1], header[HEIGHT] + 256u * header[HEIGHT + 1]);
-    if (!readPixels(file.get(), header[DEPTH], m_Pixels.get(), countPixels())) {
+    if (!readPixels(file, header[DEPTH], m_Pixels.get(), countPixels())) {
         return -6;
     }
-    file.reset();
     flipVertical();
     return static_cast<int>(static_cast<std::uint32_t>(countPixels()));
 }

@@ -3,8 +3,6 @@
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <memory>
 #include <string>
 
 /// What the library needs of the operating system, and all that it asks of it beyond the standard
@@ -103,11 +101,30 @@ void sleepThread(unsigned int milliseconds);
 /// @name Text
 /// @{
 
-/// As std::vsnprintf, but numbers look as in the classic locale, whatever locale the host has set.
+/// Formats like C99's vsnprintf, always with the decimal point of the "C" locale and without digit
+/// grouping, whatever locale the host has set.
+/// @return the length of the whole text without the terminating zero, even where the buffer is
+///         shorter; negative if the format or an argument cannot be converted
 int formatText(char* buffer, std::size_t size, const char* format, va_list arguments);
 
-/// @return the system's words for an error; empty if it has none
+/// Returns the system's message for an error code of this header, on one line; empty if the system
+/// has no message.
 std::string getErrorText(int error);
+
+/// Returns the C library's message for a value of `errno`.
+std::string getErrnoText(int error);
+
+/// @}
+/// @name Environment
+/// @{
+
+/// Returns the value of an environment variable, owned by the environment; null if it is not set.
+/// In a program that runs with other privileges than its caller (setuid, setgid), every variable
+/// counts as not set.
+const char* getEnvironmentVariable(const char* name);
+
+/// Returns the directory below which programs keep the user's data; empty if there is none.
+std::string getUserDataDirectory();
 
 /// @}
 /// @name Files
@@ -115,33 +132,54 @@ std::string getErrorText(int error);
 
 enum class PathKind { NONE, FILE, DIRECTORY };
 
-/// @return NONE for what does not exist or cannot be looked at, FILE for all that is no directory
+/// Returns NONE for a path that does not exist or cannot be examined, FILE for anything that is not
+/// a directory.
 PathKind getPathKind(const std::string& path);
 
-/// Creates one directory, with the permissions that are usual.
-/// @return an error; it is one if there is something of that name
-int createDirectory(const std::string& path);
+/// Who may use a new directory.
+enum class Access {
+    EVERYONE,  ///< as the process's file mode creation mask allows
+    USER_ONLY, ///< the user alone
+};
 
-/// An existing file, opened for reading. No other program can make the opening or the questions
-/// wait, and the handle is not passed on to programs that the host starts.
+/// Creates one directory.
+/// @return an error code, also if the path exists already
+int createDirectory(const std::string& path, Access access);
+
+/// An existing file, opened for reading. Opening it never waits for another program: a pipe that no
+/// program has opened for writing reads as empty. Child processes do not inherit the handle.
 class InputFile
 {
 public:
-    /// A directory is no file.
-    explicit InputFile(const std::string& path);
+    enum class Kind {
+        ATTRIBUTES, ///< only its time and size are queried
+        BINARY,     ///< read byte by byte
+        TEXT,       ///< read with the system's line ends turned into line feeds
+    };
+
+    /// Opens the file. A directory is an error.
+    InputFile(const std::string& path, Kind kind);
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
     ~InputFile();
 
-    /// @return why the file could not be opened; an error
+    /// Returns whether there is something to read or to query. A directory is open where the system
+    /// opens directories, but `getError` returns an error for it and reading it fails.
+    bool isOpen() const;
+
+    /// Returns the error code of the failed opening or reading; 0 if neither has failed.
     int getError() const { return m_Error; }
 
-    /// Tells the last-write time in seconds since the start of 1970 in UTC.
-    /// @return an error
+    /// Reads until the buffer is full or the file ends. A signal does not end it early.
+    /// @return the number of bytes read; fewer than `size` at the end of the file or on failure
+    std::size_t read(void* buffer, std::size_t size);
+
+    /// Stores the last-write time in seconds since the start of 1970 in UTC.
+    /// @return an error code
     int getWriteTime(std::int64_t& second) const;
 
-    /// Tells the size in bytes.
-    /// @return an error
+    /// Stores the size in bytes.
+    /// @return an error code
     int getSize(std::uint64_t& size) const;
 
 private:
@@ -149,40 +187,29 @@ private:
     int m_Error = 0;
 };
 
-struct TFileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
-using TFileStream = std::unique_ptr<std::FILE, TFileCloser>;
-
-/// Opens an existing file for reading as std::fopen does in that mode, but waits for no other
-/// program: a pipe that nobody writes into is empty. Programs that the host starts do not get it.
-/// @return null if the file cannot be opened
-TFileStream openToRead(const char* path, const char* mode);
-
-/// A file opened for writing, which is created where there is none. A pipe that nobody reads cannot
-/// be opened, and is not waited for. One whose reader has gone takes nothing, and no signal tells
-/// of that. The handle is not passed on to programs that the host starts.
+/// A file opened for writing, created if it does not exist. Opening a pipe without a reader fails
+/// at once, and a write to a pipe whose reader has closed it fails without a signal. Child
+/// processes do not inherit the handle.
 class OutputFile
 {
 public:
     enum class Kind {
-        BINARY,    ///< replaced
-        TEXT,      ///< replaced, with line feeds as the system's line ends, and written at its end
-        MORE_TEXT, ///< the same, but what the file holds stays
+        BINARY,      ///< truncated
+        TEXT,        ///< truncated; line feeds become the system's line ends
+        APPEND_TEXT, ///< as TEXT, but the file's content is kept
     };
 
-    /// A text is written at the file's end, wherever that is when it arrives: other programs may
-    /// read, write, cut or rename the file meanwhile.
-    OutputFile(const char* path, Kind kind);
+    /// Opens the file. Text is always written at the current end of the file: other programs may
+    /// read, append to, truncate or rename it while it is open.
+    OutputFile(const std::string& path, Kind kind);
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
     ~OutputFile();
 
     bool isOpen() const;
 
-    /// Hands bytes to the system, in one piece if the system takes them so.
-    /// @return how many were taken; fewer than `size` on failure
+    /// Passes bytes to the system, in one call if the system accepts them all.
+    /// @return the number of bytes of `bytes` that were accepted; fewer than `size` on failure
     std::size_t write(const char* bytes, std::size_t size);
 
 private:
@@ -190,8 +217,11 @@ private:
     bool m_IsPipe = false;
 };
 
-/// @return the folder below which programs keep the user's data; empty if it cannot be told
-std::string getUserDataFolder();
+/// Replaces the content of a file, or creates it. A regular file is replaced as a whole: after a
+/// failure or a crash it has either the old content or the new one. Where the system cannot do that
+/// without losing a property of the file, it is written in place. A write error is not reported.
+/// @return false if the file cannot be opened for writing
+bool replaceFile(const std::string& path, const char* bytes, std::size_t size);
 
 /// @}
 /// @name Desktop

@@ -136,35 +136,27 @@ struct TFileText {
     std::size_t size = 0;
 };
 
-/// How many bytes a file still holds, as far as it can tell, and at most what a document may have.
-std::size_t remainingSize(std::FILE* file)
-{
-    const long here = std::ftell(file);
-    if (here < 0 || std::fseek(file, 0, SEEK_END) != 0) {
-        return 0;
-    }
-    const long end = std::ftell(file);
-    std::fseek(file, here, SEEK_SET);
-    return end > here ? std::min(static_cast<std::size_t>(end - here), GREATEST_SIZE) : 0;
-}
-
-/// Reads a file up to its first zero byte or its end, and not much beyond what a document may have.
-/// @return whether all reading went well
-bool readText(std::FILE* file, TFileText& text)
+/// Reads a file up to its first zero byte or its end, and little more than a document may have.
+/// @return false if reading failed
+bool readText(platform::InputFile& file, TFileText& text)
 {
     constexpr std::size_t BLOCK_SIZE = 65536;
     std::size_t capacity = 0;
     while (text.size <= GREATEST_SIZE) {
         if (capacity - text.size < BLOCK_SIZE) {
-            // The first block tells that the file can be read at all before its size is believed.
-            const std::size_t expected = capacity == 0 ? 0 : remainingSize(file);
-            capacity = text.size + std::max(expected, text.size) + BLOCK_SIZE;
+            // The reported size is used only after a first block proves that the file is readable.
+            std::uint64_t expected = 0;
+            if (capacity == 0 || file.getSize(expected) != 0 || expected > GREATEST_SIZE) {
+                expected = 0;
+            }
+            const std::size_t more = std::max(static_cast<std::size_t>(expected), text.size);
+            capacity = text.size + more + BLOCK_SIZE;
             std::unique_ptr<char[]> larger(new char[capacity]);
             std::copy_n(text.bytes.get(), text.size, larger.get());
             text.bytes = std::move(larger);
         }
         char* const block = text.bytes.get() + text.size;
-        const std::size_t count = std::fread(block, 1, BLOCK_SIZE, file);
+        const std::size_t count = file.read(block, BLOCK_SIZE);
         const void* const zero = std::memchr(block, 0, count);
         if (zero) {
             text.size += static_cast<std::size_t>(static_cast<const char*>(zero) - block);
@@ -172,7 +164,7 @@ bool readText(std::FILE* file, TFileText& text)
         }
         text.size += count;
         if (count < BLOCK_SIZE) {
-            return std::ferror(file) == 0;
+            return file.getError() == 0;
         }
     }
     return true;
@@ -453,11 +445,11 @@ int XMLElement::load(const std::string& filename)
     clear();
     TFileText text;
     {
-        const platform::TFileStream file = platform::openToRead(filename.c_str(), "r");
-        if (!file) {
+        platform::InputFile file(filename, platform::InputFile::Kind::TEXT);
+        if (!file.isOpen()) {
             return fail(-1, "Unable to open source file '" + filename + "'");
         }
-        if (!readText(file.get(), text) || text.size == 0) {
+        if (!readText(file, text) || text.size == 0) {
             return fail(-1, "Unable to read source file '" + filename + "'");
         }
     }

@@ -262,11 +262,9 @@ int XMLElement::save(const std::string& filename, bool formatted) const
     // Before the file is emptied, since memory may run out.
     std::string text;
     Writer(text, formatted).write(*this);
-    platform::OutputFile file(filename.c_str(), platform::OutputFile::Kind::BINARY);
-    if (!file.isOpen()) {
+    if (!platform::replaceFile(filename, text.data(), text.size())) {
         return fail(-1, "Unable to open target file '" + filename + "'");
     }
-    file.write(text.data(), text.size());
     constexpr std::size_t GREATEST = std::numeric_limits<int>::max();
     return static_cast<int>(std::min(text.size(), GREATEST));
 }

@@ -88,7 +88,7 @@ void closeIfOpen(std::intptr_t handle)
 
 std::string getVariable(const char* name)
 {
-    const char* const value = std::getenv(name);
+    const char* const value = getEnvironmentVariable(name);
     return value ? value : "";
 }
 
@@ -117,16 +117,18 @@ PathKind getPathKind(const std::string& path)
     return S_ISDIR(status.st_mode) ? PathKind::DIRECTORY : PathKind::FILE;
 }
 
-int createDirectory(const std::string& path)
+int createDirectory(const std::string& path, Access access)
 {
-    constexpr mode_t USUAL_PERMISSIONS = 0777;
+    constexpr mode_t DIRECTORY_MODE = 0777;
+    constexpr mode_t PRIVATE_DIRECTORY_MODE = 0700;
     if (!isPath(path)) {
         return EINVAL;
     }
-    return mkdir(path.c_str(), USUAL_PERMISSIONS) == 0 ? 0 : errno;
+    const mode_t mode = access == Access::USER_ONLY ? PRIVATE_DIRECTORY_MODE : DIRECTORY_MODE;
+    return mkdir(path.c_str(), mode) == 0 ? 0 : errno;
 }
 
-InputFile::InputFile(const std::string& path) : m_Handle(NO_HANDLE)
+InputFile::InputFile(const std::string& path, Kind kind) : m_Handle(NO_HANDLE)
 {
     if (!isPath(path)) {
         m_Error = EINVAL;
@@ -138,16 +140,24 @@ InputFile::InputFile(const std::string& path) : m_Handle(NO_HANDLE)
         return;
     }
     m_Handle = handle;
-    // The system opens directories, too.
+    // open() accepts directories, too.
     struct stat status;
     if (fstat(handle, &status) == 0 && S_ISDIR(status.st_mode)) {
         m_Error = EISDIR;
+    }
+    if (kind != Kind::ATTRIBUTES) {
+        letWait(handle);
     }
 }
 
 InputFile::~InputFile()
 {
     closeIfOpen(m_Handle);
+}
+
+bool InputFile::isOpen() const
+{
+    return m_Handle != NO_HANDLE;
 }
 
 int InputFile::getWriteTime(std::int64_t& second) const
@@ -170,30 +180,39 @@ int InputFile::getSize(std::uint64_t& size) const
     return 0;
 }
 
-TFileStream openToRead(const char* path, const char* mode)
+std::size_t InputFile::read(void* buffer, std::size_t size)
 {
-    const int handle = openAtOnce(path, O_RDONLY);
-    if (handle < 0) {
-        return nullptr;
+    char* const bytes = static_cast<char*>(buffer);
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t count = ::read(static_cast<int>(m_Handle), bytes + done, size - done);
+        if (count > 0) {
+            done += static_cast<std::size_t>(count);
+        } else if (count == 0) {
+            break;
+        } else if (errno != EINTR) {
+            m_Error = errno;
+            break;
+        }
     }
-    letWait(handle);
-    TFileStream file(fdopen(handle, mode));
-    if (!file) {
-        close(handle);
-    }
-    return file;
+    return done;
 }
 
-OutputFile::OutputFile(const char* path, Kind kind)
-    : m_Handle(openAtOnce(path, O_WRONLY | O_CREAT | (kind == Kind::MORE_TEXT ? 0 : O_TRUNC) |
-                                    (kind == Kind::BINARY ? 0 : O_APPEND)))
+OutputFile::OutputFile(const std::string& path, Kind kind) : m_Handle(NO_HANDLE)
 {
-    if (isOpen()) {
-        const int handle = static_cast<int>(m_Handle);
-        letWait(handle);
-        struct stat status;
-        m_IsPipe = fstat(handle, &status) == 0 && !S_ISREG(status.st_mode);
+    if (!isPath(path)) {
+        return;
     }
+    const int handle =
+        openAtOnce(path.c_str(), O_WRONLY | O_CREAT | (kind == Kind::APPEND_TEXT ? 0 : O_TRUNC) |
+                                     (kind == Kind::BINARY ? 0 : O_APPEND));
+    if (handle < 0) {
+        return;
+    }
+    m_Handle = handle;
+    letWait(handle);
+    struct stat status;
+    m_IsPipe = fstat(handle, &status) == 0 && !S_ISREG(status.st_mode);
 }
 
 OutputFile::~OutputFile()
@@ -222,7 +241,19 @@ std::size_t OutputFile::write(const char* bytes, std::size_t size)
     return done;
 }
 
-std::string getUserDataFolder()
+bool replaceFile(const std::string& path, const char* bytes, std::size_t size)
+{
+    OutputFile file(path, OutputFile::Kind::BINARY);
+    file.write(bytes, file.isOpen() ? size : 0);
+    return file.isOpen();
+}
+
+const char* getEnvironmentVariable(const char* name)
+{
+    return std::getenv(name);
+}
+
+std::string getUserDataDirectory()
 {
     std::string dataHome = getVariable("XDG_DATA_HOME");
     if (!dataHome.empty() && dataHome.front() == '/') {

@@ -76,4 +76,9 @@ std::string getErrorText(int error)
     return chooseText(strerror_r(error, buffer.data(), buffer.size()), buffer.data());
 }
 
+std::string getErrnoText(int error)
+{
+    return getErrorText(error);
+}
+
 } // namespace qor::platform
