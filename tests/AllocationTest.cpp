@@ -57,6 +57,22 @@ TEST(AllocationTest, EventsAndTransitionsTakeNoMemory)
     EXPECT_EQ(machine.getCurrentState(), leaves[0]);
 }
 
+TEST(AllocationTest, DroppedConsoleLinesReleaseTheirMemory)
+{
+    qor::Console console(3);
+    const auto fill = [&console](const std::string& line) {
+        for (int i = 0; i < 3; ++i) {
+            console.print(line);
+        }
+    };
+    fill("short");
+    const long before = liveBlocks;
+    fill(repeated("long", 100));
+    EXPECT_EQ(liveBlocks, before + 3);
+    fill("short");
+    EXPECT_EQ(liveBlocks, before);
+}
+
 TEST(AllocationTest, TransfersAllocateNothingAndFlippingOneRow)
 {
     Image source(8, 8), target(8, 8), row(8, 1);

@@ -135,7 +135,9 @@ void Console::print(const std::string& line)
     if (m_Output.size() < static_cast<unsigned int>(m_MaxOutputLines)) {
         m_Output.push_back(line);
     } else if (!m_Output.empty()) {
-        m_Output[m_OldestOutput] = line;
+        // An assignment would keep the larger buffer of the dropped line; a swap frees it.
+        std::string newest(line);
+        m_Output[m_OldestOutput].swap(newest);
         m_OldestOutput = (m_OldestOutput + 1) % m_Output.size();
     }
     ++m_OutputModCount;
