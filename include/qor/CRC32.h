@@ -26,8 +26,12 @@ namespace qor
 class QORTK_API CRC32 : public Checksum
 {
 public:
-    /// @param initialValue the register at the beginning, and after reset()
-    explicit CRC32(unsigned int initialValue = 0);
+    /// Constructs a register with the initial value 0.
+    CRC32() : CRC32(0) {}
+
+    /// Constructs a register with an initial value.
+    /// @param initialValue value of the register at the start and after reset()
+    explicit CRC32(unsigned int initialValue);
 
     /// Takes over the register and the initial value.
     /// @{
