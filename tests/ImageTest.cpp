@@ -167,6 +167,7 @@ TEST(ImageTest, TransfersAnswerWithTheseNumbers)
     EXPECT_EQ(Image::blitRaw(pixels.data(), 2, 0, 50, pixels.data() + 2, 9), 0);
     EXPECT_EQ(Image::blitRaw(pixels.data(), 2, -1, 50, pixels.data() + 2, 9), 0);
     EXPECT_EQ(Image::blitRaw(nullptr, -1, 3, 50, nullptr, 9, 1, 0, 1), 0);
+    EXPECT_EQ(Image::blitRaw(pixels.data(), 2, 1, 2, nullptr, 2, 257, 0, 1), 0);
     constexpr int MOST = std::numeric_limits<int>::max();
     EXPECT_EQ(Image::blitRaw(pixels.data(), MOST, MOST, MOST, &pixels[2], MOST, 0, 5, MOST), 1);
     EXPECT_EQ(pixels, (Pixels{7, 7, 0x05000007, 7}));

@@ -123,8 +123,12 @@ public:
                        int targetPitch);
 
     /// Copies those pixels of one area of memory to another that pass a test, and replaces their
-    /// alpha. The areas must not overlap; they need no alignment. Pixels of the target for which
-    /// none passes keep their value. Allocates nothing, and takes the same time whatever passes.
+    /// alpha. The areas must not overlap; they need no alignment. Allocates nothing, and takes the
+    /// same time whatever passes.
+    ///
+    /// Target pixels whose source pixel fails the test keep their value, but they are read and
+    /// written back: the target must be readable, and no other thread may use it meanwhile.
+    /// Where no pixel can pass, the target is not touched.
     ///
     /// A step s above 1 takes `width` / s pixels from each of `height` / s rows, s columns and s
     /// rows apart. They stand side by side in the target, its rows s rows apart. If `width` is no
@@ -134,7 +138,8 @@ public:
     /// @param width,height columns and rows, before any step
     /// @param sourcePitch,targetPitch pixels from row to row
     /// @param alphaLevel AL_CKBLACK: pixels pass whose red, green and blue are not all 0. Any other
-    ///        number from 0 up: pixels pass whose alpha is at least that. Negative: none passes.
+    ///        number from 0 to 255: pixels pass whose alpha is at least that. All others: none
+    ///        passes.
     /// @param newAlpha alpha of the pixels written; its low 8 bits count
     /// @param scale the step s; below 1 it counts as 1
     /// @return how many pixels were written. With AL_NONE and no step above 1 the form above does

@@ -302,11 +302,13 @@ int Image::blitRaw(const void* source, int width, int height, int sourcePitch, v
     if (alphaLevel == AL_NONE && scale <= 1) {
         return blitRaw(source, width, height, sourcePitch, target, targetPitch);
     }
+    constexpr int MAX_ALPHA = 255;
+    const bool canPass = alphaLevel == AL_CKBLACK || (alphaLevel >= 0 && alphaLevel <= MAX_ALPHA);
     const std::ptrdiff_t step = std::max(scale, 1);
     TTransfer transfer;
     transfer.columns = width / step;
     transfer.rows = height / step;
-    if (transfer.columns < 1 || transfer.rows < 1 || alphaLevel < 0) {
+    if (transfer.columns < 1 || transfer.rows < 1 || !canPass) {
         return 0;
     }
     transfer.step = step * PIXEL_SIZE;
