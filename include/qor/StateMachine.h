@@ -22,20 +22,29 @@ namespace qor
 /// to an enclosing state neither leaves nor enters that one, but enters its initial children anew.
 /// Handlers learn the target on leaving and the source on entering.
 ///
-/// **From onEntry() and onExit()**, which run while the machine changes, setCurrentState() does no
-/// more than transition(), sendEvent() only delivers its event to the states as the machine stands,
-/// and start() does nothing. What is asked for then during a transition is lost when that ends,
-/// where it was going from the beginning; the calls of onExit() that are still to come get it as
-/// their argument. So nothing recurses without end, unless `onEvent` itself keeps sending events.
-/// What is asked for during start() waits for the next event.
+/// **Calls from onEntry() and onExit()**, which run during a transition or start():
+/// - setCurrentState() only records its target, as transition() does.
+/// - sendEvent() delivers its event, but carries out no transition.
+/// - start() enters the initial states at once, except inside another start(), where it does
+///   nothing. Then the surrounding transition continues: after an exit with the parent of the state
+///   that was exited, after an entry with the next state on its path. After the last state of the
+///   path it enters the initial children of the current state, which start() may have changed.
+/// - A transition that is recorded during another one is discarded when that one ends; the
+/// remaining
+///   calls of onExit() receive its target as their argument. One that is recorded during start()
+///   alone waits for the next event.
+/// - Assigning a state changes its parent at once. A transition that has begun keeps its path of
+///   entry (of the next 32 levels), and its exits end where the chain of parents ends.
+///
+/// So nothing recurses without end, unless `onEvent` itself keeps sending events.
 ///
 /// The states belong to the host; see State. All runs on the stack of the host's call, without
-/// memory from the heap. A transition takes time in proportion to the depth of the states, and to
-/// the square of how many levels it enters. Nothing fails and nothing throws, but for lack of
-/// memory when a state is registered. Where a handler throws, the change ends and the machine
-/// stands in that handler's state; a request that it was about is still there, and the next event
-/// goes on with it from there. There is no lock: all calls on a machine and its states come from
-/// one thread at a time.
+/// memory from the heap. A transition takes time proportional to the depth of the states; entering
+/// more than 32 levels walks the path once more for each 32 of them. Nothing fails and nothing
+/// throws, but for lack of memory when a state is registered. Where a handler throws, the change
+/// ends and the machine stands in that handler's state; a request that it was about is still there,
+/// and the next event goes on with it from there. There is no lock: all calls on a machine and its
+/// states come from one thread at a time.
 ///
 /// A copy of a machine has the same states as its source, and the same root: that of the source.
 ///
@@ -83,8 +92,8 @@ public:
     /// earlier state; null changes nothing.
     void registerState(State* state);
 
-    /// Descends from the root along the initial children, entering each. Nothing is left, not even
-    /// on a second start. A transition that is asked for already stays so.
+    /// Enters the initial child of the root, its initial child, and so on. Exits nothing, not even
+    /// on a second start. Keeps a recorded transition. Does nothing inside another start().
     void start();
 
     /// @return where the machine is: the state that it is coming to in onEntry(), the one that it
@@ -117,15 +126,19 @@ public:
     }
 
 private:
-    class Change;
+    class ScopedFlag;
 
     State* findState(const std::string& name);
     void processPendingTransition();
+    void exitUpTo(State* end);
+    void enterInitialStates(State* state, State* source);
+    void enter(State* state, State* source);
 
     State* m_CurrentState;
     State* m_PendingState = nullptr;
     std::map<std::string, State*> m_States;
-    bool m_IsChanging = false; ///< whether onEntry() or onExit() may be running
+    bool m_IsChanging = false; ///< whether a transition or start() is running
+    bool m_IsStarting = false; ///< whether start() is running
 };
 
 } // namespace qor
