@@ -214,7 +214,6 @@ TEST_F(OutOfMemoryTest, NothingIsLostAndAllCanBeRepeated)
     const TConsole console;
     TMachine machine;
     machine.states.emplace_back(&machine.machine, &machine.first, LONG);
-    const Image image = makeImage(1, 1, {5});
     TNothing nothing;
 
     // An operation on a file, which holds a log at first. Records show without their time.
@@ -273,7 +272,6 @@ TEST_F(OutOfMemoryTest, NothingIsLostAndAllCanBeRepeated)
         on<TTable, BASIC>("table of a file", [&](TTable& t) { t.load(settings); }),
         onFile("table into a file", [&] { table.save(target); }),
 
-        on<TPicture>("assigned image", [&](TPicture& i) { static_cast<Image&>(i) = image; }),
         on<TPicture, BASIC>("loaded image", [&](TPicture& i) { i.loadTGA(picture.c_str()); }),
 
         making("console", [] { return TConsole().show(); }),

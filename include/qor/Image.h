@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 
 #include "qor/Export.h"
@@ -147,19 +148,34 @@ public:
     static int blitRaw(const void* source, int width, int height, int sourcePitch, void* target,
                        int targetPitch, int alphaLevel, int newAlpha, int scale);
 
-    /// Reads an uncompressed TGA file without a colour map, of 8 bits (grey), 24 bits, or 32 bits
-    /// with alpha per pixel. Alpha is 255 where the file has none. The file is taken as holding its
-    /// bottom row first, whatever it says. A pipe that nobody writes into counts as empty,
-    /// and is not waited for. May throw `std::bad_alloc`, as create() and flipVertical() do.
-    /// @return width * height, of which the low 32 bits count; or
-    ///         -1 the file cannot be opened, or its name is null;
-    ///         -2 it has no whole header;
-    ///         -3 it has a colour map;
-    ///         -4 it is of another type;
-    ///         -5 it has another depth;
-    ///         -6 it ends before its last pixel. The image then has the size that the file states,
-    ///            and from the top the rows in the order of the file, as far as they go.
-    ///         After -1 to -5 the image is as it was.
+    /// Reads an uncompressed TGA file without a color map: 8 bits (gray), 24 bits, or 32 bits with
+    /// alpha per pixel. Without alpha in the file, alpha becomes 255.
+    ///
+    /// Only the ID length, color map type, image type, size and depth of the header are read. The
+    /// image descriptor is ignored: rows are taken as stored from bottom to top and from left to
+    /// right, and the fourth byte of 32-bit pixels becomes alpha, also where the header declares no
+    /// alpha bits. Some programs write 0 there; their pictures load fully transparent.
+    ///
+    /// A pipe that no process has open for writing counts as an empty file.
+    ///
+    /// @warning The header alone decides how much memory is requested: up to 16 GiB, whatever the
+    ///          length of the file. A program that loads other people's files should first read the
+    ///          18 header bytes and check the width (bytes 12 and 13) and height (14 and 15, least
+    ///          significant first) against a limit of its own.
+    /// @param filename path of the file
+    /// @return width * height modulo 2^32, or
+    ///         -1 if the file cannot be opened or `filename` is null;
+    ///         -2 if the file holds no complete header or cannot be read;
+    ///         -3 if it has a color map;
+    ///         -4 if the image type is neither 2 nor 3;
+    ///         -5 if the depth is not 8, 24 or 32;
+    ///         -6 if the file ends before the last pixel or cannot be read. The image then has the
+    ///            size that the header declares; it holds the pixels that were read, from the top
+    ///            row down in the order of the file, and the others are 0. If there is not enough
+    ///            memory for that size, the image is empty.
+    ///         After -1 to -5 the image is unchanged.
+    /// @throws std::bad_alloc if there is not enough memory for a complete file. The image then has
+    ///         the new size without pixels, or its rows are not in order yet.
     int loadTGA(const char* filename);
 
     /// Writes an uncompressed TGA file, in place of one that is there. Grey is the mean of red,
@@ -174,9 +190,13 @@ public:
     int saveTGA(const char* filename, unsigned char depth) const;
 
 private:
+    struct TPixelDeleter {
+        void operator()(std::uint32_t* pixels) const noexcept { std::free(pixels); }
+    };
+
     std::size_t countPixels() const;
 
-    std::unique_ptr<std::uint32_t[]> m_Pixels;
+    std::unique_ptr<std::uint32_t[], TPixelDeleter> m_Pixels; ///< of malloc or calloc
     int m_Width = 0;
     int m_Height = 0;
 };

@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <cstring>
-#include <limits>
-#include <new>
 #include <type_traits>
 #include <utility>
 
 #include "imaging/Clones.h"
+#include "imaging/PixelMemory.h"
 #include "imaging/Wrapping.h"
 
 namespace qor
@@ -22,21 +21,6 @@ constexpr std::ptrdiff_t PIXEL_SIZE = sizeof(std::uint32_t);
 int toSize(unsigned long size)
 {
     return static_cast<int>(static_cast<std::uint32_t>(size));
-}
-
-/// Memory for the pixels of an image, undefined and so far untouched; null if a size is not
-/// positive.
-std::unique_ptr<std::uint32_t[]> allocatePixels(int width, int height)
-{
-    if (width < 1 || height < 1) {
-        return nullptr;
-    }
-    const std::uint64_t count =
-        static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
-    if (count > std::numeric_limits<std::size_t>::max() / sizeof(std::uint32_t)) {
-        throw std::bad_alloc();
-    }
-    return std::unique_ptr<std::uint32_t[]>(new std::uint32_t[static_cast<std::size_t>(count)]);
 }
 
 bool contains(int size, int begin, int length)
@@ -183,7 +167,7 @@ Image::Image(unsigned long width, unsigned long height)
 Image::Image(const Image& other) : m_Width(other.m_Width), m_Height(other.m_Height)
 {
     if (other.m_Pixels) {
-        m_Pixels = allocatePixels(m_Width, m_Height);
+        m_Pixels.reset(allocatePixels(m_Width, m_Height));
         std::copy_n(other.m_Pixels.get(), countPixels(), m_Pixels.get());
     }
 }
@@ -219,7 +203,7 @@ void Image::create(unsigned long width, unsigned long height)
     m_Pixels.reset();
     m_Width = toSize(width);
     m_Height = toSize(height);
-    m_Pixels = allocatePixels(m_Width, m_Height);
+    m_Pixels.reset(allocatePixels(m_Width, m_Height));
 }
 
 void Image::reset()
@@ -235,7 +219,7 @@ void Image::flipVertical()
     // In pieces, for which processors copy faster than for whole long rows.
     constexpr std::size_t PIECE = 512;
     const std::size_t width = static_cast<std::size_t>(m_Width);
-    const std::unique_ptr<std::uint32_t[]> scratch = allocatePixels(m_Width, 1);
+    const std::unique_ptr<std::uint32_t[]> scratch(new std::uint32_t[width]);
     std::uint32_t* upper = m_Pixels.get();
     std::uint32_t* lower = upper + countPixels() - width;
     for (; upper < lower; upper += width, lower -= width) {
@@ -325,7 +309,7 @@ int Image::blitRaw(const void* source, int width, int height, int sourcePitch, v
 
 std::size_t Image::countPixels() const
 {
-    return m_Pixels ? static_cast<std::size_t>(m_Width) * static_cast<std::size_t>(m_Height) : 0;
+    return m_Pixels ? static_cast<std::size_t>(qor::countPixels(m_Width, m_Height)) : 0;
 }
 
 } // namespace qor

@@ -1,9 +1,12 @@
+#include "qor/Image.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <new>
 
+#include "imaging/PixelMemory.h"
 #include "platform/Platform.h"
-#include "qor/Image.h"
 
 namespace qor
 {
@@ -149,6 +152,22 @@ bool readPixels(platform::InputFile& file, unsigned char depth, std::uint32_t* p
     return true;
 }
 
+/// Reads up to the end of the pixels and drops them.
+/// @return whether the file holds so many pixels
+bool skipPixels(platform::InputFile& file, unsigned char depth, std::uint64_t count)
+{
+    const std::size_t pixelSize = depth / 8;
+    Block block;
+    while (count > 0) {
+        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(count, BLOCK_PIXELS));
+        if (file.read(block.data(), wanted * pixelSize) < wanted * pixelSize) {
+            return false;
+        }
+        count -= wanted;
+    }
+    return true;
+}
+
 /// @return whether all was written
 bool writeBytes(platform::OutputFile& file, const unsigned char* bytes, std::size_t size)
 {
@@ -201,7 +220,18 @@ int Image::loadTGA(const char* filename)
     }
     std::array<unsigned char, 255> identification;
     file.read(identification.data(), header[ID_LENGTH]);
-    create(header[WIDTH] + 256u * header[WIDTH + 1], header[HEIGHT] + 256u * header[HEIGHT + 1]);
+    reset();
+    m_Width = header[WIDTH] + 256 * header[WIDTH + 1];
+    m_Height = header[HEIGHT] + 256 * header[HEIGHT + 1];
+    m_Pixels.reset(allocateZeroedPixels(m_Width, m_Height));
+    const std::uint64_t count = qor::countPixels(m_Width, m_Height);
+    if (!m_Pixels && count > 0) {
+        if (skipPixels(file, header[DEPTH], count)) {
+            throw std::bad_alloc();
+        }
+        reset();
+        return -6;
+    }
     if (!readPixels(file, header[DEPTH], m_Pixels.get(), countPixels())) {
         return -6;
     }
