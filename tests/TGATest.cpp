@@ -93,7 +93,7 @@ TEST_F(TGATest, FilesMayEndAnywhere)
     const Pixels pixels = {0x11223344, 0x55667788, 0x99AABBCC, 0xDDEEFF00, 0x0A0D1A1B, 0x00FF00FF};
     const Image image = makeImage(2, 3, pixels);
     for (const int depth : {8, 24, 32}) {
-        image.saveTGA(path("whole.tga").c_str(), static_cast<unsigned char>(depth));
+        ASSERT_EQ(image.saveTGA(path("whole.tga").c_str(), static_cast<unsigned char>(depth)), 6);
         const std::string bytes = read(path("whole.tga"));
         const std::size_t pixelSize = static_cast<std::size_t>(depth) / 8;
         for (std::size_t size = 0; size < bytes.size(); ++size) {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "checksum/LittleEndian.h"
+#include "foundation/LittleEndian.h"
 
 namespace qor
 {

@@ -58,7 +58,7 @@ public:
     /// Returns the next state to enter; null after the target.
     State* takeNext()
     {
-        if (m_Next == m_Count) {
+        if (m_Next == m_Count && m_Remaining > 0) {
             collect();
         }
         return m_Next < m_Count ? m_Piece[m_Next++] : nullptr;
@@ -110,8 +110,8 @@ StateMachine::StateMachine() : State(this, nullptr, "root"), m_CurrentState(this
     registerState(this);
 }
 
-// A copy is never in the midst of a change, even if its source is, and a machine in the midst of
-// one remains so.
+// Copying leaves out m_IsChanging and m_IsStarting: they belong to the calls that are running on
+// one machine.
 
 StateMachine::StateMachine(const StateMachine& other)
     : State(other), m_CurrentState(other.m_CurrentState), m_PendingState(other.m_PendingState),
@@ -121,9 +121,8 @@ StateMachine::StateMachine(const StateMachine& other)
 
 StateMachine& StateMachine::operator=(const StateMachine& other)
 {
-    // All or nothing, if memory runs out.
     std::map<std::string, State*> states(other.m_States);
-    State::operator=(other);
+    State::operator=(other); // changes nothing if it throws
     m_States.swap(states);
     m_CurrentState = other.m_CurrentState;
     m_PendingState = other.m_PendingState;
