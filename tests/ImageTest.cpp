@@ -145,7 +145,10 @@ TEST(ImageTest, CopiesHavePixelsOfTheirOwnAndMovesTakeThem)
     EXPECT_EQ(pixelsOf(assigned), pixels);
     EXPECT_TRUE(!moved.getData() && moved.getWidth() == 0 && moved.getHeight() == 0);
     assigned = moved;
-    EXPECT_TRUE(!assigned.getData() && assigned.getWidth() == 0);
+    EXPECT_TRUE(!assigned.getData() && assigned.getWidth() == 0 && assigned.getHeight() == 0);
+    copy = makeImage(3, 2, pixels);
+    assigned = std::move(copy);
+    EXPECT_TRUE(!copy.getData() && copy.getWidth() == 0 && copy.getHeight() == 0);
 }
 
 TEST(ImageTest, TransfersAnswerWithTheseNumbers)

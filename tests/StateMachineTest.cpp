@@ -186,6 +186,24 @@ TEST(StateMachineTest, StatesKnowTheirPlace)
     EXPECT_EQ(State(nullptr, nullptr, "alone").getStateMachine(), nullptr);
 }
 
+TEST(StateMachineTest, CopiesOfStatesHaveAllMembers)
+{
+    Stage stage("");
+    State& original = *stage.find("A");
+    State copy(original), assigned(nullptr, nullptr, "other");
+    assigned = original;
+    for (State* state : {&copy, &assigned}) {
+        EXPECT_EQ(state->getName(), "A");
+        EXPECT_EQ(state->getStateMachine(), &stage.m_Machine);
+        EXPECT_EQ(state->getParentState(), &stage.m_Machine);
+        EXPECT_EQ(state->getInitialChildState(), stage.find("A1"));
+        // Neither the machine nor the parent knows the copy.
+        stage.m_Machine.transition("A");
+        stage.m_Machine.sendEvent(1);
+        EXPECT_EQ(stage.m_Machine.getCurrentState()->getParentState(), &original);
+    }
+}
+
 TEST(StateMachineTest, CopiesGoTheirOwnWay)
 {
     Stage stage("");
