@@ -193,4 +193,9 @@ TEST(ConsoleTest, CopiesHaveAllMembers)
         EXPECT_EQ(console.getOutputModCount(), 7u);
     }
     EXPECT_EQ(source.getOutputModCount(), 8u);
+    // Variables show where the built-in commands are: assign them back to the source.
+    assigned.addVariable("late", "", Console::VT_STRING, 0, 0, &value);
+    source = assigned;
+    type(source, "\n\n\n\nget late\r");
+    EXPECT_EQ(getLines(source).back(), "late = '2'");
 }

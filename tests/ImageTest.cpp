@@ -133,6 +133,10 @@ TEST(ImageTest, SizesAreKeptAndPixelsMadeWhereBothArePositive)
 
 TEST(ImageTest, CopiesHavePixelsOfTheirOwnAndMovesTakeThem)
 {
+    const auto expectEmpty = [](const Image& image) {
+        EXPECT_EQ(image.getData(), nullptr);
+        EXPECT_EQ(edgesOf({image.getSize()}), (Ints{0, 0, 0, 0}));
+    };
     const Pixels pixels = {1, 2, 3, 4, 5, 6};
     Image image = makeImage(3, 2, pixels), copy(image), assigned(9, 9);
     assigned = image;
@@ -141,14 +145,14 @@ TEST(ImageTest, CopiesHavePixelsOfTheirOwnAndMovesTakeThem)
     EXPECT_EQ(pixelsOf(copy), pixels);
     EXPECT_EQ(pixelsOf(assigned), pixels);
     Image moved(std::move(copy));
+    expectEmpty(copy);
+    EXPECT_EQ(pixelsOf(moved), pixels);
     assigned = std::move(moved);
+    expectEmpty(moved);
+    EXPECT_EQ(edgesOf({assigned.getSize()}), (Ints{0, 0, 3, 2}));
     EXPECT_EQ(pixelsOf(assigned), pixels);
-    EXPECT_TRUE(!moved.getData() && moved.getWidth() == 0 && moved.getHeight() == 0);
     assigned = moved;
-    EXPECT_TRUE(!assigned.getData() && assigned.getWidth() == 0 && assigned.getHeight() == 0);
-    copy = makeImage(3, 2, pixels);
-    assigned = std::move(copy);
-    EXPECT_TRUE(!copy.getData() && copy.getWidth() == 0 && copy.getHeight() == 0);
+    expectEmpty(assigned);
 }
 
 TEST(ImageTest, TransfersAnswerWithTheseNumbers)
