@@ -13,7 +13,7 @@
 using qor::Console;
 
 static_assert(!std::is_convertible_v<Console*, qor::ConsoleCommand*>,
-              "a console is no command of its host");
+              "a console cannot be registered as a command");
 
 namespace
 {
@@ -45,7 +45,7 @@ TLines getLines(const Console& console)
     return lines;
 }
 
-/// Enters a line and expects one line of answer, or none where that is a dash, behind the echo.
+/// Enters a line and expects its echo, then one line of output, or none if `answer` is a dash.
 void expectAnswer(Console& console, const std::string& line, const std::string& answer)
 {
     const unsigned int outputCount = console.getOutputModCount();
@@ -63,7 +63,7 @@ void expectAnswer(Console& console, const std::string& line, const std::string& 
 
 } // namespace
 
-TEST(ConsoleTest, LinesAreSplitAndDispatched)
+TEST(ConsoleTest, SplitsAndDispatchesLines)
 {
     Console console(-1);
     TCommand command, later;
@@ -85,14 +85,16 @@ TEST(ConsoleTest, LinesAreSplitAndDispatched)
     console.addVariable("pair", "", Console::VT_STRING, 1, 2, &pair);
     console.addVariable("number", "", Console::VT_INTEGER, 1, 2, &number);
     console.addVariable("bare", "", Console::VT_STRING, 1, 2, nullptr);
-    // The first one to take a name keeps it.
+    // The first registration of a name remains.
     console.addCommand("pair", "", 0, -1, &later);
     console.addCommand("get", "", 0, -1, &later);
     console.addVariable("name", "", Console::VT_INTEGER, 1, 2, &other);
     for (const auto& test : readTable("console-lines")) {
         expectAnswer(console, test[0], test[1]);
     }
-    EXPECT_EQ(name + std::to_string(number) + other, "Ada L7other");
+    EXPECT_EQ(name, "Ada L");
+    EXPECT_EQ(number, 7);
+    EXPECT_EQ(other, "other");
 
     console.removeCommand("unknown");
     console.removeCommand("get");
@@ -103,7 +105,8 @@ TEST(ConsoleTest, LinesAreSplitAndDispatched)
     console.addVariable("name", "", Console::VT_STRING, 1, 2, &other);
     expectAnswer(console, "get", "later");
     expectAnswer(console, "set name x", "-");
-    EXPECT_EQ(name + other, "Ada Lx");
+    EXPECT_EQ(name, "Ada L");
+    EXPECT_EQ(other, "x");
 }
 
 TEST(ConsoleTest, CommandsMayChangeTheConsoleTheyRunIn)
@@ -134,7 +137,7 @@ TEST(ConsoleTest, KeepsNoOutputWithMaximumZero)
     EXPECT_EQ(console.getOutputModCount(), 5u);
 }
 
-TEST(ConsoleTest, OutputKeepsTheNewestLines)
+TEST(ConsoleTest, KeepsTheNewestLines)
 {
     for (const int most : {0, 1, 2, 5, -1}) {
         Console console(most);

@@ -35,7 +35,7 @@ Ints edgesOf(std::initializer_list<Rectangle> rectangles)
     return edges;
 }
 
-/// Does what a row of the table of rectangles says.
+/// Runs one row of the table of rectangles. Returns the numbers that it results in.
 Ints runOnRectangle(const std::string& operation, Rectangle r, Ints a)
 {
     a.resize(9);
@@ -60,14 +60,14 @@ Ints runOnRectangle(const std::string& operation, Rectangle r, Ints a)
     return operations.at(operation)();
 }
 
-/// Pixels of few values, so that each test passes some and fails some: black ones, and alphas
-/// around the thresholds.
+/// Returns pixels of few values, so that each test passes some of them: many are black, and alphas
+/// lie around the thresholds.
 Pixels randomPixels(Random& random, std::size_t count)
 {
     Pixels pixels(count);
     for (std::uint32_t& pixel : pixels) {
-        const std::uint32_t alpha = random() % 3 + 127, colour = random() % 4;
-        pixel = alpha << 24 | (colour == 3 ? random() & 0xFFFFFF : colour << 8 * (random() % 3));
+        const std::uint32_t alpha = random() % 3 + 127, color = random() % 4;
+        pixel = alpha << 24 | (color == 3 ? random() & 0xFFFFFF : color << 8 * (random() % 3));
     }
     return pixels;
 }
@@ -76,10 +76,10 @@ struct TTest {
     int alphaLevel, newAlpha, scale;
 };
 
-/// What a transfer between images is to do, a pixel at a time; `from` and `to` are their first
-/// pixels.
-int transferSlowly(const Image& source, int from, int width, int height, Pixels& target, int to,
-                   int targetPitch, const TTest& test)
+/// Transfers one pixel after the other, as the reference for blit(). `from` and `to` are the
+/// indexes of the first pixels.
+int referenceTransfer(const Image& source, int from, int width, int height, Pixels& target, int to,
+                      int targetPitch, const TTest& test)
 {
     const int step = std::max(test.scale, 1), pitch = source.getWidth();
     const bool isPlain = test.alphaLevel == Image::AL_NONE && step == 1;
@@ -104,7 +104,7 @@ int transferSlowly(const Image& source, int from, int width, int height, Pixels&
 
 } // namespace
 
-TEST(RectangleTest, OperationsGiveTheseEdges)
+TEST(RectangleTest, ComputesEdges)
 {
     for (const std::vector<std::string>& row : readTable("rectangles")) {
         const Rectangle r(readInts(row[1]).data());
@@ -113,7 +113,7 @@ TEST(RectangleTest, OperationsGiveTheseEdges)
     }
 }
 
-TEST(ImageTest, SizesAreKeptAndPixelsMadeWhereBothArePositive)
+TEST(ImageTest, KeepsSizesAndHasPixelsIfBothArePositive)
 {
     Image image(7, 7);
     for (const std::vector<std::string>& row : readTable("image-sizes")) {
@@ -131,7 +131,7 @@ TEST(ImageTest, SizesAreKeptAndPixelsMadeWhereBothArePositive)
     EXPECT_TRUE(!image.getData() && image.getWidth() == 0 && image.getHeight() == 0);
 }
 
-TEST(ImageTest, CopiesHavePixelsOfTheirOwnAndMovesTakeThem)
+TEST(ImageTest, CopiesAndMovesPixels)
 {
     const auto expectEmpty = [](const Image& image) {
         EXPECT_EQ(image.getData(), nullptr);
@@ -155,7 +155,7 @@ TEST(ImageTest, CopiesHavePixelsOfTheirOwnAndMovesTakeThem)
     expectEmpty(assigned);
 }
 
-TEST(ImageTest, TransfersAnswerWithTheseNumbers)
+TEST(ImageTest, ReturnsResultsOfTransfers)
 {
     for (const std::vector<std::string>& row : readTable("blits")) {
         const Ints t = readInts(row[0]), s = readInts(row[1]), at = readInts(row[3]),
@@ -180,7 +180,7 @@ TEST(ImageTest, TransfersAnswerWithTheseNumbers)
     EXPECT_EQ(pixels, (Pixels{7, 7, 0x05000007, 7}));
 }
 
-TEST(ImageTest, TransfersWriteWhatPassesInsideTheTargetAndNothingElse)
+TEST(ImageTest, WritesOnlyPassingPixelsInsideTheTarget)
 {
     Random random;
     constexpr int S = 60, T = 47;
@@ -197,7 +197,7 @@ TEST(ImageTest, TransfersWriteWhatPassesInsideTheTargetAndNothingElse)
                   y = number(-20, T);
         const Rectangle part(left, top, number(left, S), number(top, S));
 
-        // All that is cut off the target is cut off the source `scale` times.
+        // What is cut off the target is cut off the source `scale` times.
         const int fromLeft = std::max(-x, 0), fromTop = std::max(-y, 0);
         const int width =
             part.getWidth() - (fromLeft + std::max(x + part.getWidth() - T, 0)) * test.scale;
@@ -207,12 +207,13 @@ TEST(ImageTest, TransfersWriteWhatPassesInsideTheTargetAndNothingElse)
         const int to = std::max(y, 0) * T + std::max(x, 0);
         int count = 0;
         if (width > 0 && height > 0) {
-            count = transferSlowly(source, from, width, height, expected, to, T, test);
+            count = referenceTransfer(source, from, width, height, expected, to, T, test);
         }
         EXPECT_EQ(i % 16 == 0 && test.scale == 1
                       ? target.blit(source, part, x, y)
                       : target.blit(source, part, x, y, test.alphaLevel, test.newAlpha, test.scale),
                   count);
-        ASSERT_EQ(pixelsOf(target), expected) << i;
+        ASSERT_EQ(pixelsOf(target), expected)
+            << "case " << i << ": level " << test.alphaLevel << ", scale " << test.scale;
     }
 }

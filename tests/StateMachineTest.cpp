@@ -20,10 +20,10 @@ std::string nameOf(const State* state)
     return state ? state->getName() : "none";
 }
 
-/// Takes a call of a handler down, and does what is to be done within it.
+/// Records a call of a handler and performs its actions. Returns whether the event is handled.
 using TScript = std::function<bool(const std::string& handler, const std::string& argument)>;
 
-/// A state, or with StateMachine a machine, whose handlers are in a script.
+/// A state or a machine, by TBase, whose handlers call a script.
 template<typename TBase>
 class Scripted : public TBase
 {
@@ -50,10 +50,10 @@ private:
     const TScript& m_Script;
 };
 
-class Stage
+class Fixture
 {
 public:
-    explicit Stage(const std::string& handlers)
+    explicit Fixture(const std::string& handlers)
     {
         for (const std::string& handler : split(handlers, "; ")) {
             const auto parts = split(handler, "=");
@@ -68,8 +68,8 @@ public:
         }
     }
 
-    /// Does "set B ask A1 handle".
-    /// @return whether "handle" was among it
+    /// Performs actions such as "set B ask A1 handle".
+    /// @return whether "handle" is one of them
     bool run(const std::string& text)
     {
         const auto words = split(text, " ");
@@ -131,14 +131,14 @@ private:
 
 } // namespace
 
-TEST(StateMachineTest, HandlersAreCalledInOrder)
+TEST(StateMachineTest, CallsHandlersInOrder)
 {
     for (const auto& test : readTable("state-machine")) {
-        Stage stage(test[0]);
+        Fixture fixture(test[0]);
         for (const std::string& action : split(test[1], ", ")) {
-            stage.run(action);
+            fixture.run(action);
         }
-        EXPECT_EQ(stage.trace(), test[2]) << test[0] << " | " << test[1];
+        EXPECT_EQ(fixture.trace(), test[2]) << test[0] << " | " << test[1];
     }
 }
 
@@ -171,53 +171,54 @@ TEST(StateMachineTest, EntersDeepPathsInOrder)
 
 TEST(StateMachineTest, StatesKnowTheirPlace)
 {
-    Stage stage("");
-    State* const inner = stage.find("A1");
-    EXPECT_EQ(inner->getParentState(), stage.find("A"));
-    EXPECT_EQ(inner->getStateMachine(), &stage.m_Machine);
-    EXPECT_EQ(stage.m_Machine.getStateMachine(), &stage.m_Machine);
-    std::string around;
-    for (const char* name : {"root", "A", "A1", "A2", "B", "X", "none"}) {
-        around += inner->isChildStateOf(stage.find(name)) ? name : "";
+    Fixture fixture("");
+    State* const inner = fixture.find("A1");
+    EXPECT_EQ(inner->getParentState(), fixture.find("A"));
+    EXPECT_EQ(inner->getStateMachine(), &fixture.m_Machine);
+    EXPECT_EQ(fixture.m_Machine.getStateMachine(), &fixture.m_Machine);
+    const std::map<std::string, bool> encloses = {{"root", true}, {"A", true},  {"A1", false},
+                                                  {"A2", false},  {"B", false}, {"X", false},
+                                                  {"none", false}};
+    for (const auto& [name, expected] : encloses) {
+        EXPECT_EQ(inner->isChildStateOf(fixture.find(name)), expected) << name;
     }
-    EXPECT_EQ(around, "rootA");
-    EXPECT_FALSE(stage.find("X1")->isChildStateOf(&stage.m_Machine));
-    stage.m_Machine.registerState(nullptr);
+    EXPECT_FALSE(fixture.find("X1")->isChildStateOf(&fixture.m_Machine));
+    fixture.m_Machine.registerState(nullptr);
     EXPECT_EQ(State(nullptr, nullptr, "alone").getStateMachine(), nullptr);
 }
 
 TEST(StateMachineTest, CopiesOfStatesHaveAllMembers)
 {
-    Stage stage("");
-    State& original = *stage.find("A");
+    Fixture fixture("");
+    State& original = *fixture.find("A");
     State copy(original), assigned(nullptr, nullptr, "other");
     assigned = original;
     for (State* state : {&copy, &assigned}) {
         EXPECT_EQ(state->getName(), "A");
-        EXPECT_EQ(state->getStateMachine(), &stage.m_Machine);
-        EXPECT_EQ(state->getParentState(), &stage.m_Machine);
-        EXPECT_EQ(state->getInitialChildState(), stage.find("A1"));
+        EXPECT_EQ(state->getStateMachine(), &fixture.m_Machine);
+        EXPECT_EQ(state->getParentState(), &fixture.m_Machine);
+        EXPECT_EQ(state->getInitialChildState(), fixture.find("A1"));
         // Neither the machine nor the parent knows the copy.
-        stage.m_Machine.transition("A");
-        stage.m_Machine.sendEvent(1);
-        EXPECT_EQ(stage.m_Machine.getCurrentState()->getParentState(), &original);
+        fixture.m_Machine.transition("A");
+        fixture.m_Machine.sendEvent(1);
+        EXPECT_EQ(fixture.m_Machine.getCurrentState()->getParentState(), &original);
     }
 }
 
-TEST(StateMachineTest, CopiesGoTheirOwnWay)
+TEST(StateMachineTest, CopiesOfMachinesAreIndependent)
 {
-    Stage stage("");
-    stage.run("start ask B");
-    StateMachine copy(stage.m_Machine), assigned;
+    Fixture fixture("");
+    fixture.run("start ask B");
+    StateMachine copy(fixture.m_Machine), assigned;
     EXPECT_FALSE(assigned.sendEvent(1));
-    stage.run("ask none");
+    fixture.run("ask none");
     assigned = copy;
     for (StateMachine* machine : {&copy, &assigned}) {
-        EXPECT_EQ(machine->getStateMachine(), &stage.m_Machine);
-        EXPECT_EQ(machine->getCurrentState(), stage.find("A1"));
+        EXPECT_EQ(machine->getStateMachine(), &fixture.m_Machine);
+        EXPECT_EQ(machine->getCurrentState(), fixture.find("A1"));
         machine->sendEvent(1);
-        EXPECT_EQ(machine->getCurrentState(), stage.find("B1"));
+        EXPECT_EQ(machine->getCurrentState(), fixture.find("B1"));
         EXPECT_TRUE(machine->transition("A2"));
     }
-    EXPECT_EQ(stage.m_Machine.getCurrentState(), stage.find("A1"));
+    EXPECT_EQ(fixture.m_Machine.getCurrentState(), fixture.find("A1"));
 }

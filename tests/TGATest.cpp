@@ -13,18 +13,26 @@ using qor::Image;
 namespace
 {
 
-/// A pixel as it comes back from a file of a depth.
+/// Returns a pixel after a round trip through a file.
 std::uint32_t stored(std::uint32_t pixel, int depth)
 {
-    const std::uint32_t grey = ((pixel >> 16 & 255) + (pixel >> 8 & 255) + (pixel & 255)) / 3;
-    return depth == 32 ? pixel : depth == 24 ? pixel | 0xFF000000 : 0xFF000000 + grey * 0x010101;
+    constexpr std::uint32_t OPAQUE = 0xFF000000;
+    const std::uint32_t gray = ((pixel >> 16 & 255) + (pixel >> 8 & 255) + (pixel & 255)) / 3;
+    switch (depth) {
+    case 8:
+        return OPAQUE | gray << 16 | gray << 8 | gray;
+    case 24:
+        return OPAQUE | pixel;
+    default:
+        return pixel;
+    }
 }
 
 using TGATest = TemporaryFolder;
 
 } // namespace
 
-TEST_F(TGATest, SavedFilesHaveTheseBytes)
+TEST_F(TGATest, WritesExactBytes)
 {
     const Image image = makeImage(2, 2, {0x01FFFFFE, 0x020A0D1A, 0x80102030, 0x00000102});
     const std::vector<std::string> pixels = {
@@ -40,9 +48,10 @@ TEST_F(TGATest, SavedFilesHaveTheseBytes)
     }
 }
 
-TEST_F(TGATest, SavedPicturesComeBack)
+TEST_F(TGATest, RoundTripsPictures)
 {
     Random random;
+    // Blocks of 16,384 pixels are converted at a time: their borders lie in, at and between rows.
     const std::size_t sizes[][2] = {{1, 1}, {5, 3}, {300, 200}, {16384, 2}, {1, 16385}, {16385, 1}};
     for (const auto& size : sizes) {
         Pixels pixels(size[0] * size[1]);
@@ -64,7 +73,7 @@ TEST_F(TGATest, SavedPicturesComeBack)
     }
 }
 
-TEST_F(TGATest, HeadersAreTakenOrRefused)
+TEST_F(TGATest, AcceptsOrRejectsHeaders)
 {
     for (const std::vector<std::string>& row : readTable("tga-headers")) {
         std::string bytes("\0\0\2\0\0\0\0\0\0\0\0\0\3\0\2\0\x18\0abcdefghijklmnopqrstuvwxyz{|}~",
@@ -88,7 +97,7 @@ TEST_F(TGATest, HeadersAreTakenOrRefused)
     }
 }
 
-TEST_F(TGATest, FilesMayEndAnywhere)
+TEST_F(TGATest, ReadsTruncatedFiles)
 {
     const Pixels pixels = {0x11223344, 0x55667788, 0x99AABBCC, 0xDDEEFF00, 0x0A0D1A1B, 0x00FF00FF};
     const Image image = makeImage(2, 3, pixels);
@@ -113,7 +122,7 @@ TEST_F(TGATest, FilesMayEndAnywhere)
     }
 }
 
-TEST_F(TGATest, FilesOfAnotherProgramAreRead)
+TEST_F(TGATest, ReadsFilesOfOtherPrograms)
 {
     for (const std::vector<std::string>& row : readTable("tga-files")) {
         Image image;
@@ -124,7 +133,7 @@ TEST_F(TGATest, FilesOfAnotherProgramAreRead)
     }
 }
 
-TEST_F(TGATest, FailuresAreTold)
+TEST_F(TGATest, ReportsFailures)
 {
     Image image = makeImage(1, 1, {42});
     EXPECT_EQ(image.loadTGA(nullptr), -1);

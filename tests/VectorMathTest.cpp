@@ -82,7 +82,7 @@ void expectSame(double actual, double expected, const std::string& where)
 
 } // namespace
 
-TEST(VectorMathTest, OperationsGiveTheseBitsAndTouchNothingElse)
+TEST(VectorMathTest, ComputesExactResultsAndWritesNothingElse)
 {
     const std::vector<float> untouched(17, 99.0f);
     for (const std::vector<std::string>& row : readTable("vector-math")) {

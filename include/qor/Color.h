@@ -32,17 +32,20 @@ public:
     static void copy(const float* in, float* out);
 
     /// Adds red, green and blue of two colors.
-    /// @param a,b colors
+    /// @param a first color
+    /// @param b second color
     /// @param[out] out the sum
     static void add(const float* a, const float* b, float* out);
 
     /// Subtracts red, green and blue of two colors.
-    /// @param a,b colors
+    /// @param a first color
+    /// @param b second color
     /// @param[out] out the difference `a` - `b`
     static void subtract(const float* a, const float* b, float* out);
 
     /// Multiplies red, green and blue of two colors, each channel with its like.
-    /// @param a,b colors
+    /// @param a first color
+    /// @param b second color
     /// @param[out] out the products
     static void multiply(const float* a, const float* b, float* out);
 
@@ -55,7 +58,8 @@ public:
     /// Limits red, green and blue. A value above `high` becomes `high`; otherwise a value below
     /// `low` becomes `low`. NaN stays NaN.
     /// @param in color
-    /// @param low,high limits
+    /// @param low lower limit
+    /// @param high upper limit
     /// @param[out] out the limited channels
     static void clip(const float* in, float low, float high, float* out);
 

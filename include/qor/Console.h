@@ -87,7 +87,8 @@ public:
     /// @param name name for `get` and `set`
     /// @param help description for the host's own use
     /// @param type VT_STRING, or a type that `get` and `set` reject
-    /// @param firstFloat,secondFloat stored and not used
+    /// @param firstFloat stored and not used
+    /// @param secondFloat stored and not used
     /// @param storage the host's variable, a `std::string` for VT_STRING. `get` and `set` reject a
     ///        VT_STRING variable without storage as they reject other types.
     void addVariable(const std::string& name, const std::string& help, VariableType type,

@@ -54,7 +54,8 @@ public:
     Image() noexcept;
 
     /// Constructs an image with undefined pixels, as create() does.
-    /// @param width,height columns and rows
+    /// @param width columns
+    /// @param height rows
     /// @throws std::bad_alloc if there is not enough memory
     Image(unsigned long width, unsigned long height);
 
@@ -93,7 +94,8 @@ public:
     /// @}
 
     /// Releases the pixels and allocates undefined ones of a new size.
-    /// @param width,height columns and rows; the low 32 bits of each count, as a signed integer
+    /// @param width columns; the low 32 bits count, as a signed integer
+    /// @param height rows; the low 32 bits count, as a signed integer
     /// @throws std::bad_alloc if there is not enough memory. The image then has the new size but no
     ///         pixels; call create() or reset() before further use.
     void create(unsigned long width, unsigned long height);
@@ -106,35 +108,48 @@ public:
     void flipVertical();
 
     /// Releases the pixels as reset() does. No layout is defined, so no data is ever read.
-    /// @param data,format ignored
+    /// @param data ignored
+    /// @param format ignored
     /// @return 0
     int loadRawData(const void* data, ExternalPixelFormat format);
 
-    /// Copies an area of an image into this one, clipped to this image.
-    ///
-    /// The keyed form reserves room for the area at its full size, whatever the step. What lies
-    /// outside this image is cut off the target, and `scale` times as much off the source.
-    ///
-    /// Allocates nothing.
+    /// Copies an area of an image into this one, clipped to this image. Allocates nothing.
     /// @param source image to copy from. It may be this image if the areas do not overlap.
     /// @param sourceRect area of `source` to copy
-    /// @param x,y column and row of this image for the left top pixel of the area
-    /// @param alphaLevel,newAlpha,scale as for the keyed form of blitRaw()
-    /// @return the result of blitRaw() for the area that is left after clipping; 0 if it is empty,
-    ///         if `sourceRect` is not completely inside `source`, or if a `scale` below 1 would
-    ///         lead beyond this image
-    /// @{
+    /// @param x column of this image for the left column of the area
+    /// @param y row of this image for the top row of the area
+    /// @return the number of rows left after clipping, times the width of `source`, modulo 2^32; 0
+    ///         if nothing is left or `sourceRect` is not completely inside `source`
     int blit(const Image& source, const Rectangle& sourceRect, int x, int y);
+
+    /// Copies the pixels of an area that pass a test into this image, and replaces their alpha.
+    /// Allocates nothing.
+    ///
+    /// Clipping reserves room for the area at its full size, whatever the step. What lies outside
+    /// this image is cut off the target, and `scale` times as much off the source.
+    /// @param source image to copy from. It may be this image if the areas do not overlap.
+    /// @param sourceRect area of `source` to copy
+    /// @param x column of this image for the left column of the area
+    /// @param y row of this image for the top row of the area
+    /// @param alphaLevel the test, as for the keyed form of blitRaw()
+    /// @param newAlpha alpha of the pixels written; the low 8 bits count
+    /// @param scale the step, as for the keyed form of blitRaw()
+    /// @return the result of the keyed form of blitRaw() for the area left after clipping; 0 if
+    ///         nothing is left, `sourceRect` is not completely inside `source`, or a `scale` below
+    ///         1 would lead beyond this image
     int blit(const Image& source, const Rectangle& sourceRect, int x, int y, int alphaLevel,
              int newAlpha, int scale);
-    /// @}
 
     /// Copies pixels from one memory area to another. The areas must not overlap; they need no
     /// alignment. Allocates nothing.
-    /// @param source,target first pixel of each area; may be null if `width` or `height` is below 1
-    /// @param width,height columns and rows
-    /// @param sourcePitch,targetPitch distance from row to row, in pixels
-    /// @return `height` * `sourcePitch` modulo 2^32, also if `width` is below 1; 0 if `height` is
+    /// @param source first pixel to read; may be null if `width` or `height` is below 1
+    /// @param width columns
+    /// @param height rows
+    /// @param sourcePitch distance from row to row of the source, in pixels
+    /// @param target first pixel to write; may be null if `width` or `height` is below 1
+    /// @param targetPitch distance from row to row of the target, in pixels
+    /// @return `height` * `sourcePitch` modulo 2^32, even if `width` is below 1 and nothing is
+    ///         copied; 0 if `height` is below 1
     static int blitRaw(const void* source, int width, int height, int sourcePitch, void* target,
                        int targetPitch);
 
@@ -150,9 +165,12 @@ public:
     /// rows apart. They are adjacent in the rows of the target, which are s rows apart. If `width`
     /// is not a multiple of s, each row of samples begins `width` mod s pixels to the left of the
     /// position s rows below the previous one.
-    /// @param source,target first pixel of each area
-    /// @param width,height columns and rows, before the step is applied
-    /// @param sourcePitch,targetPitch distance from row to row, in pixels
+    /// @param source first pixel to read
+    /// @param width columns, before the step is applied
+    /// @param height rows, before the step is applied
+    /// @param sourcePitch distance from row to row of the source, in pixels
+    /// @param target first pixel to write
+    /// @param targetPitch distance from row to row of the target, in pixels
     /// @param alphaLevel the test. AL_CKBLACK: pixels pass unless red, green and blue are all 0.
     ///        0 to 255: pixels pass if their alpha is at least that. Any other value: no pixel
     ///        passes.

@@ -36,13 +36,15 @@ public:
     static void copy(const float* in, float* out);
 
     /// Adds two matrices element by element.
-    /// @param a,b matrices
+    /// @param a first matrix
+    /// @param b second matrix
     /// @param[out] out the sum
     static void add(const float* a, const float* b, float* out);
 
     /// Multiplies two matrices. The product applies `b` first, then `a`. Each element is summed up
     /// from 0, along the row of `a` from left to right.
-    /// @param a,b matrices
+    /// @param a first matrix
+    /// @param b second matrix
     /// @param[out] out the product `a` · `b`
     static void multiply(const float* a, const float* b, float* out);
 

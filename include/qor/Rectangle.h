@@ -28,8 +28,10 @@ public:
     Rectangle() = default;
 
     /// Constructs a rectangle from edges in any order.
-    /// @param left,top first column and row inside
-    /// @param right,bottom first column and row outside
+    /// @param left first column inside
+    /// @param top first row inside
+    /// @param right first column outside, to the right
+    /// @param bottom first row outside, at the bottom
     Rectangle(int left, int top, int right, int bottom);
 
     /// Constructs a rectangle from edges in any order.
@@ -62,7 +64,8 @@ public:
     void clear() noexcept;
 
     /// Moves the rectangle.
-    /// @param dx,dy columns to the right and rows downward
+    /// @param dx columns to the right
+    /// @param dy rows downward
     void offset(int dx, int dy) noexcept;
 
     /// Moves each edge outward.
@@ -74,7 +77,8 @@ public:
     void shrink(int amount) noexcept;
 
     /// Returns whether a pixel is inside.
-    /// @param x,y column and row
+    /// @param x column
+    /// @param y row
     [[nodiscard]] bool testPoint(int x, int y) const noexcept;
 
     /// Returns the intersection of two rectangles.
