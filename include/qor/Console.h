@@ -153,7 +153,9 @@ private:
     bool execute(const std::vector<std::string>& tokens) override;
     bool parseAndExecute(const std::string& commandLine);
     bool fail(const std::string& message);
-    void swap(Console& other) noexcept;
+
+    // Defined in the source file; inline, so that the shared library does not export it.
+    inline void swap(Console& other) noexcept;
 
     std::string m_CommandLine;
     std::vector<std::string> m_Output; ///< a ring buffer once it is full: see m_OldestOutput

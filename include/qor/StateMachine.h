@@ -146,9 +146,11 @@ private:
 
     State* findState(const std::string& name);
     void processPendingTransition();
-    void exitUpTo(State* end);
-    void enterInitialStates(State* state, State* source);
-    void enter(State* state, State* source);
+
+    // Defined in the source file; inline, so that the shared library does not export them.
+    inline void exitUpTo(State* end);
+    inline void enterInitialStates(State* state, State* source);
+    inline void enter(State* state, State* source);
 
     State* m_CurrentState;
     State* m_PendingState = nullptr;

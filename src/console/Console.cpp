@@ -63,7 +63,7 @@ Console& Console::operator=(const Console& other)
     return *this;
 }
 
-void Console::swap(Console& other) noexcept
+inline void Console::swap(Console& other) noexcept
 {
     std::swap(m_CommandLine, other.m_CommandLine);
     std::swap(m_Output, other.m_Output);

@@ -178,7 +178,7 @@ void StateMachine::processPendingTransition()
     m_PendingState = nullptr;
 }
 
-void StateMachine::exitUpTo(State* end)
+inline void StateMachine::exitUpTo(State* end)
 {
     // A handler may start the machine or assign states, so this loop neither relies on
     // m_CurrentState nor expects to meet `end`.
@@ -189,7 +189,7 @@ void StateMachine::exitUpTo(State* end)
     m_CurrentState = end;
 }
 
-void StateMachine::enterInitialStates(State* state, State* source)
+inline void StateMachine::enterInitialStates(State* state, State* source)
 {
     while (state) {
         enter(state, source);
@@ -197,7 +197,7 @@ void StateMachine::enterInitialStates(State* state, State* source)
     }
 }
 
-void StateMachine::enter(State* state, State* source)
+inline void StateMachine::enter(State* state, State* source)
 {
     m_CurrentState = state;
     state->onEntry(source);
