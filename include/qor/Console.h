@@ -115,8 +115,8 @@ public:
     [[nodiscard]] unsigned int getCommandLineModCount() const noexcept;
 
     /// Appends a line to the output as it is. If that exceeds the maximum number of lines, the
-    /// oldest line is dropped and its memory released. Takes time proportional to the length of the
-    /// line.
+    /// oldest line is dropped and its memory released or reused. Takes time proportional to the
+    /// length of the line.
     /// @param line text of the line
     void print(const std::string& line);
 

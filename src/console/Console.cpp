@@ -141,9 +141,12 @@ void Console::print(const std::string& line)
     if (m_Output.size() < static_cast<unsigned int>(m_MaxOutputLines)) {
         m_Output.push_back(line);
     } else if (!m_Output.empty()) {
-        // Assigning would keep the buffer of the dropped line; swapping releases it.
-        std::string newest(line);
-        m_Output[m_OldestOutput].swap(newest);
+        std::string& oldest = m_Output[m_OldestOutput];
+        if (oldest.capacity() > 2 * line.size()) {
+            std::string(line).swap(oldest); // assigning would keep the buffer of the dropped line
+        } else {
+            oldest = line;
+        }
         m_OldestOutput = (m_OldestOutput + 1) % m_Output.size();
     }
     ++m_OutputModCount;

@@ -145,24 +145,32 @@ int checkHeader(const Header& header)
     return isDepth(header[DEPTH]) ? 0 : LOAD_UNKNOWN_DEPTH;
 }
 
-/// Reads pixels in the order of the file. At its end the other pixels keep their values.
-/// @return whether the file holds all of them
-bool readPixels(platform::InputFile& file, unsigned char depth, std::uint32_t* pixels,
-                std::size_t count)
+/// Returns whether the system reports that a file has at least so many bytes. It reports 0 for
+/// pipes and devices.
+bool hasSize(const platform::InputFile& file, std::uint64_t needed)
+{
+    std::uint64_t size = 0;
+    return file.getSize(size) == 0 && size >= needed;
+}
+
+/// Reads pixels in the order of the file.
+/// @return the number of pixels read; fewer than `count` at the end of the file
+std::size_t readPixels(platform::InputFile& file, unsigned char depth, std::uint32_t* pixels,
+                       std::size_t count)
 {
     const std::size_t pixelSize = depth / 8;
     Block block{};
-    while (count > 0) {
-        const std::size_t wanted = std::min(count, BLOCK_PIXELS);
+    std::size_t total = 0;
+    while (total < count) {
+        const std::size_t wanted = std::min(count - total, BLOCK_PIXELS);
         const std::size_t found = file.read(block.data(), wanted * pixelSize) / pixelSize;
-        unpack(block.data(), found, depth, pixels);
+        unpack(block.data(), found, depth, pixels + total);
+        total += found;
         if (found < wanted) {
-            return false;
+            break;
         }
-        pixels += found;
-        count -= found;
     }
-    return true;
+    return total;
 }
 
 /// Reads pixels and drops them.
@@ -237,8 +245,12 @@ int Image::loadTGA(const char* filename)
     reset();
     m_Width = readSize(header, WIDTH);
     m_Height = readSize(header, HEIGHT);
-    m_Pixels.reset(allocateZeroedPixels(m_Width, m_Height));
     const std::uint64_t count = qor::countPixels(m_Width, m_Height);
+    // Pixels that the file may lack are 0. Clearing memory for the others would take time.
+    const bool isComplete =
+        hasSize(file, HEADER_SIZE + header[ID_LENGTH] + count * (header[DEPTH] / 8));
+    m_Pixels.reset(isComplete ? allocatePixels(m_Width, m_Height)
+                              : allocateZeroedPixels(m_Width, m_Height));
     if (!m_Pixels && count > 0) {
         if (skipPixels(file, header[DEPTH], count)) {
             throw std::bad_alloc();
@@ -246,7 +258,11 @@ int Image::loadTGA(const char* filename)
         reset();
         return LOAD_TRUNCATED;
     }
-    if (!readPixels(file, header[DEPTH], m_Pixels.get(), countPixels())) {
+    const std::size_t found = readPixels(file, header[DEPTH], m_Pixels.get(), countPixels());
+    if (found < countPixels()) {
+        if (isComplete) { // the file has become shorter, or reading failed
+            std::fill(m_Pixels.get() + found, m_Pixels.get() + countPixels(), 0u);
+        }
         return LOAD_TRUNCATED;
     }
     flipVertical();

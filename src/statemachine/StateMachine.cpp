@@ -9,11 +9,11 @@ namespace qor
 namespace
 {
 
-/// Returns the number of states from `state` up to, but not including, `end`. Both may be null.
-std::size_t countLevels(State* state, const State* end)
+/// Returns the number of states from `state`, which may be null, to the top of its hierarchy.
+std::size_t countUpwards(State* state)
 {
     std::size_t count = 0;
-    for (; state && state != end; state = state->getParentState()) {
+    for (; state; state = state->getParentState()) {
         ++count;
     }
     return count;
@@ -24,8 +24,8 @@ std::size_t countLevels(State* state, const State* end)
 State* findCommonAncestor(State* source, State* target)
 {
     State* ancestor = source->getParentState();
-    std::size_t ancestorCount = countLevels(ancestor, nullptr);
-    std::size_t targetCount = countLevels(target, nullptr);
+    std::size_t ancestorCount = countUpwards(ancestor);
+    std::size_t targetCount = countUpwards(target);
     for (; ancestorCount > targetCount; --ancestorCount) {
         ancestor = ancestor->getParentState();
     }
@@ -49,44 +49,55 @@ class EntryPath
 public:
     /// Collects the first piece.
     /// @param end the enclosing state, which is not part of the path; null for none
-    EntryPath(State* target, const State* end)
-        : m_Target(target), m_Remaining(countLevels(target, end))
+    EntryPath(State* target, const State* end) : m_Target(target)
     {
-        collect();
+        for (State* state = target; state != end; state = state->getParentState()) {
+            if (m_Remaining < PIECE) {
+                m_Piece[m_Remaining] = state;
+            }
+            ++m_Remaining;
+        }
+        m_Count = m_Remaining;
+        if (m_Remaining > PIECE) {
+            collect();
+        }
     }
 
     /// Returns the next state to enter; null after the target.
     State* takeNext()
     {
-        if (m_Next == m_Count && m_Remaining > 0) {
+        if (m_Count == 0 && m_Remaining > 0) {
+            // An assignment in a handler may have shortened the path.
+            m_Remaining = std::min(m_Remaining, countUpwards(m_Target));
             collect();
         }
-        return m_Next < m_Count ? m_Piece[m_Next++] : nullptr;
+        if (m_Count == 0) {
+            return nullptr;
+        }
+        --m_Remaining;
+        return m_Piece[--m_Count];
     }
 
 private:
     static constexpr std::size_t PIECE = 32;
 
+    /// Collects the outermost of the remaining states.
     void collect()
     {
-        // An assignment in a handler may have shortened the path.
-        m_Remaining = std::min(m_Remaining, countLevels(m_Target, nullptr));
-        m_Next = 0;
         m_Count = std::min(m_Remaining, PIECE);
+        const std::size_t inner = m_Remaining - m_Count;
         State* state = m_Target;
-        for (std::size_t i = m_Remaining; i > 0; state = state->getParentState()) {
-            if (--i < m_Count) {
-                m_Piece[i] = state;
+        for (std::size_t i = 0; i < m_Remaining; ++i, state = state->getParentState()) {
+            if (i >= inner) {
+                m_Piece[i - inner] = state;
             }
         }
-        m_Remaining -= m_Count;
     }
 
     State* const m_Target;
-    std::size_t m_Remaining; ///< levels below the piece
-    std::size_t m_Next = 0;
-    std::size_t m_Count = 0;
-    State* m_Piece[PIECE];
+    std::size_t m_Remaining = 0; ///< states not taken yet
+    std::size_t m_Count = 0;     ///< those of them in the piece
+    State* m_Piece[PIECE];       ///< innermost first
 };
 
 } // namespace
