@@ -1,10 +1,10 @@
-// What headers of some systems do before they include others.
+// Some system headers define these words as macros.
 #define ERROR 17
 #define DEBUG
 #include "qor/Log.h"
-static_assert(ERROR == 17, "the macro is as it was");
+static_assert(ERROR == 17, "the macro is restored");
 #ifndef DEBUG
-#error "the macro is gone"
+#error "the macro is not restored"
 #endif
 #undef ERROR
 #undef DEBUG
@@ -79,7 +79,7 @@ TEST_F(LogTest, OpensAppendsAndCloses)
 
     ASSERT_TRUE(Log::open(m_LogFile.c_str(), true));
     Log::debug("more");
-    // Without a close in between.
+    // The first log is still open.
     const std::string second = path("second.log");
     ASSERT_TRUE(Log::open(second.c_str(), false));
     TLines appended = first;
@@ -132,7 +132,7 @@ TEST_F(LogTest, WritesNumbersAsInTheClassicLocale)
     unsetenv("LOCPATH");
 }
 
-/// @return local time as it stands in the log, which orders as the time does
+/// @return the current local time in the form of the log, in which later times compare greater
 std::string getStamp()
 {
     using namespace std::chrono;
@@ -145,7 +145,7 @@ std::string getStamp()
 
 TEST_F(LogTest, StampsLocalTime)
 {
-    // Over the turn of a second.
+    // Covers the change of a second.
     for (int i = 0; i < 16; ++i) {
         const std::string before = getStamp();
         Log::info("now");
@@ -246,12 +246,12 @@ TEST_F(LogTest, WorksInForkedChildren)
     EXPECT_EQ(std::count(records.begin(), records.end(), "I child"), 200);
 }
 
-TEST_F(LogTest, HandsEachLineToTheSystemAtOnce)
+TEST_F(LogTest, PassesEachLineToTheSystemInOneCall)
 {
     const auto countWrites = [] {
         return std::atol(split(read("/proc/self/io"), "syscw: ").back().c_str());
     };
-    countWrites(); // Sanitizers write, too, when they meet something first.
+    countWrites(); // Sanitizers write too, on the first use of some functions.
     const long before = countWrites();
     if (before == 0) {
         GTEST_SKIP() << "the system does not count write calls";
@@ -271,12 +271,12 @@ TEST_F(LogTest, SharesItsFile)
     Log::info("second");
     EXPECT_EQ(readRecords(m_LogFile), TLines{"I second"});
 
-    // A child would show the file among its open ones.
+    // A child process would list the file among its open ones.
     ASSERT_EQ(std::system("ls -l /proc/self/fd/ > open 2>&1"), 0);
     EXPECT_EQ(read("open").find("test.log"), std::string::npos);
 }
 
-TEST_F(LogTest, TakesRecordsOfManyThreads)
+TEST_F(LogTest, KeepsLinesOfManyThreadsApart)
 {
     constexpr int COUNT = 400;
     std::atomic<bool> isEnding = false;
@@ -295,7 +295,7 @@ TEST_F(LogTest, TakesRecordsOfManyThreads)
             }
         }));
     }
-    threads.clear(); // Waits for them.
+    threads.clear(); // Waits until they end.
     isEnding = true;
     changer.wait();
 
