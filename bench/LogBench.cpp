@@ -15,15 +15,15 @@
 #include <spdlog/spdlog.h>
 #endif
 
-// A record of the log, passed and filtered out, from one thread and from several, beside a logger
-// that also hands each record to the system at once; and beside the bare system call.
+// Compares records that pass and records that are filtered out, from one thread and from several,
+// with a logger that also passes each record to the system at once, and with the bare system call.
 
 namespace
 {
 
 const std::string TEXT = "The document was saved, and the next one is waiting to be loaded";
 
-/// A folder for the contestants' files, which goes at the end.
+/// A directory for the log files, which is removed at the end.
 class Folder
 {
 public:

@@ -1,11 +1,12 @@
 #pragma once
 
 #include <atomic>
+#include <cstdarg>
 #include <string>
 
 #include "qor/Export.h"
 
-// Headers of some systems make macros of these words. They are put back at the end.
+// Some system headers define these words as macros. They are restored at the end.
 #pragma push_macro("NONE")
 #pragma push_macro("ERROR")
 #pragma push_macro("INFO")
@@ -25,68 +26,85 @@ namespace platform
 class OutputFile;
 }
 
-/// The process's one text log: a line of the file for each record.
+/// The text log of the process: a file with one line per record.
 ///
-/// A line is a prefix, a blank, the local time, a blank and the message:
+/// A line has a prefix, a blank, the local time, a blank and the message:
 ///
 ///     X 2021-03-04 05:06:07.089 Log opened
 ///
-/// The prefix is E, I or D for `error`, `info` and `debug`, and X for the log's own records, which
-/// pass whatever the level. A line feed in a message goes into the file too.
+/// The prefix is E, I or D for `error`, `info` and `debug`. It is X for the log's own records,
+/// which every level lets pass. While no log is open, all calls except `open` write nothing.
 ///
-/// While no log is open, all calls do nothing, so any code may log without asking. Any thread may
-/// log, and the level may be set meanwhile; lines never mix. A line is taken by the system before
-/// the call returns. A line that the system refuses, say for a full disk, is dropped silently, and
-/// the next one is tried afresh. The host calls `open` before other threads log, and `close` after
-/// they have stopped.
+/// Each line is passed to the system before the call returns, so a crash of the program loses no
+/// record. A line that the system does not accept, for example because the disk is full, is dropped
+/// without a report, and logging continues with the next line. Other programs may read, truncate
+/// and rename the file while the log is open. Child processes do not inherit the file descriptor.
 ///
-/// Nothing is thrown but `std::bad_alloc`, by `open` and for texts of more than about a thousand
-/// characters.
+/// @warning Messages are written unchanged, except that they end at a zero byte. A line feed in a
+/// message starts a new line, which can look like a record of its own, and a control character can
+/// change what a terminal shows. Remove both from text of unknown origin before you log it.
 ///
-/// Other programs may read, cut and move the file while the log is open. Programs that the host
-/// starts do not get it.
+/// Thread safety: any thread may call `error`, `info`, `debug` and `setLevel`; lines do not mix.
+/// Two lines that are written at nearly the same moment may be in the reverse order of their times.
+/// Call `open` before other threads log, and `close` after they have stopped. A forked child
+/// process may log even if another thread was logging during the fork.
+///
+/// Error handling: only `open` reports failures. The class throws nothing except `std::bad_alloc`.
 ///
 /// @code
 /// qor::Log::open("host.log", false);
 /// qor::Log::setLevel(qor::Log::INFO);
-/// qor::Log::info("%d documents in %.1f s", 12, 0.25); // I 2021-03-04 05:06:07.089 12 documents
-/// ... qor::Log::error(std::string("100%"));                // any text, just as it stands
+/// qor::Log::info("%d documents in %.1f s", 12, 0.25);
+/// qor::Log::error(std::string("100% of the text is written unchanged"));
 /// qor::Log::close();
 /// @endcode
 class QORTK_API Log
 {
 public:
-    /// What passes: all records up to the level's number. Any number may be stored: a negative one
-    /// lets nothing pass, a greater one everything.
-    enum Level : int { NONE = 0, ERROR = 1, INFO = 2, DEBUG = 3 };
+    /// The records that pass: those with at most the level's number. Other numbers are allowed: a
+    /// negative level lets no record pass, a level above 3 lets all pass.
+    enum Level : int {
+        NONE = 0,  ///< no records of `error`, `info` and `debug`
+        ERROR = 1, ///< records of `error`
+        INFO = 2,  ///< records of `error` and `info`
+        DEBUG = 3, ///< all records
+    };
 
     Log() = delete;
 
-    /// Opens the log and sets the level to DEBUG. A log that is open is closed first.
-    /// @param path   the log file; null cannot be opened
-    /// @param append whether what the file holds stays, with new lines behind it
+    /// Opens the log and sets the level to DEBUG. Closes an open log first.
+    /// @param path   path of the log file, which is created if it does not exist; null cannot be
+    ///               opened
+    /// @param append `true` appends to an existing file, `false` truncates it
     /// @return false if the file cannot be opened; the log is closed then
+    /// @throws std::bad_alloc; the log is closed then
     static bool open(const char* path, bool append);
 
-    /// Closes the log. The level stays until the next `open`.
+    /// Writes the record "Log closed" and closes the file. Does nothing while no log is open. The
+    /// level does not change.
     static void close();
 
-    /// Sets the level, and records that for the four named ones. It may be called while no log is
-    /// open, but `open` sets the level, too.
+    /// Sets the level and writes a record about it if it is one of the four named ones. While no
+    /// log is open, the level is set, but `open` resets it to DEBUG.
+    /// @param level the new level
     static void setLevel(Level level);
 
-    /// Writes a message if the level lets it pass; otherwise nothing is formatted.
-    /// @param format as for printf, with numbers as in the classic locale. The message is cut to
-    ///               1023 characters. Null is an empty message; a format that the system cannot
-    ///               follow stands in the line itself.
+    /// Formats a message and writes it if the level lets it pass. A record that does not pass costs
+    /// a comparison: its arguments are not formatted. Messages are truncated to 1023 characters.
+    /// @param format format as for `printf`, which the compiler checks against the arguments.
+    ///               Numbers are formatted as in the "C" locale, whatever locale is set. Null is an
+    ///               empty message. If the system cannot format the arguments, the format is the
+    ///               message.
+    /// @param ...    the values that the format names
     /// @{
     static void error(const char* format, ...) QORTK_PRINTF(1, 2);
     static void info(const char* format, ...) QORTK_PRINTF(1, 2);
     static void debug(const char* format, ...) QORTK_PRINTF(1, 2);
     /// @}
 
-    /// Writes a text of any length, up to its first zero byte, if the level lets it pass. Nothing
-    /// in it is a format.
+    /// Writes a text if the level lets it pass. Nothing in it is taken as a format.
+    /// @param text the message, of any length, up to its first zero byte
+    /// @throws std::bad_alloc for a text of more than 1000 characters
     /// @{
     static void error(const std::string& text)
     {
@@ -114,10 +132,11 @@ private:
         return m_LogStream && m_LogLevel.load(std::memory_order_relaxed) >= level;
     }
 
+    static void writeFormatted(char prefix, const char* format, va_list arguments);
     static void write(char prefix, const char* text);
 
     static std::atomic<Level> m_LogLevel;
-    static platform::OutputFile* m_LogStream; ///< null: no log is open
+    static platform::OutputFile* m_LogStream; ///< null while no log is open
     static Mutex* m_LogMutex;
 };
 

@@ -15,67 +15,75 @@ struct TThread;
 
 /// Runs a task on a thread of its own.
 ///
-/// A thread object is idle until `start`, and then started until `wait`, even if the work ends
-/// before. `start` and `wait` on one object come from one thread at a time; the static operations
-/// from any.
+/// An object is idle until a successful `start`, and then started until `wait`, even if the task
+/// has ended before. The object does not own the task.
 ///
-/// The destructor neither waits for the thread nor stops it: it runs on until its task is done. A
-/// copy refers to the same thread and can wait for it as well, but learns nothing of what happens
-/// to its source afterwards.
+/// The destructor neither waits for the thread nor stops it: the thread continues until its task
+/// ends. Copies refer to the same thread, task and state as the source at that moment. Each of them
+/// can wait for the thread; a later `start` or `wait` on one object does not change the others.
+///
+/// Thread safety: `start` and `wait` on one object must not be called by two threads at once. The
+/// static functions may be called by any thread.
 ///
 /// @code
-/// struct TCount : qor::Task {
+/// struct TSum : qor::Task {
 ///     void run() override { sum = 1 + 2 + 3; }
 ///     int sum = 0;
 /// };
 ///
-/// TCount count;
+/// TSum task;
 /// qor::Thread thread;
-/// if (thread.start(&count)) {
-///     thread.wait();
-/// } // count.sum is 6
+/// if (thread.start(&task)) {
+///     thread.wait(); // task.sum is 6 then.
+/// }
 /// @endcode
 class QORTK_API Thread
 {
 public:
+    /// Creates an idle object.
     Thread();
 
-    /// Refers to the same thread.
-    /// @{
+    /// Refers to the same thread as another object.
+    /// @param other the object to copy
     Thread(const Thread& other);
-    Thread& operator=(const Thread& other);
-    /// @}
 
+    /// Refers to the same thread as another object.
+    /// @param other the object to copy
+    /// @return this object
+    Thread& operator=(const Thread& other);
+
+    /// Leaves a running thread running.
     virtual ~Thread();
 
-    /// Starts a thread that runs the task and ends.
-    /// @param task not owned; has to live until its `run` has returned. Null makes a thread that
-    ///             ends at once.
+    /// Starts a thread that runs a task and ends.
+    /// @param task the task, not owned; it must live until its `run` has returned. Null starts a
+    ///             thread that ends at once.
     /// @return false if the object is started already, which changes nothing, or if there is no
-    ///         memory or no thread to be had
+    ///         memory or the system refuses a thread; the object keeps the task then, but is idle
     bool start(Task* task);
 
-    /// Waits, without a time limit, until the thread has ended. The object is idle then. Without
-    /// effect on an idle object, and for a thread that would wait for itself.
+    /// Waits, without a time limit, until the thread has ended. The object is idle then and has no
+    /// task. Has no effect on an idle object and when called by the thread itself.
     void wait();
 
-    /// Does what the new thread does: runs the task that `start` was given, on the calling thread.
-    /// Without effect on an object that has none.
+    /// Runs the object's task on the calling thread. Has no effect without a task.
     void threadFunction();
 
     /// Gives up the rest of the calling thread's time slice.
     static void yield();
 
-    /// Suspends the calling thread for so many milliseconds. 0 is the same as `yield`.
+    /// Suspends the calling thread. A signal handler that runs meanwhile does not shorten the time.
+    /// @param milliseconds the time; 0 is the same as `yield`
     static void sleep(unsigned int milliseconds);
 
-    /// Tells the milliseconds since the system started, modulo 2 to the power of 32, the time
-    /// that it was asleep included. Setting the clock does not change them. The unsigned difference
-    /// of two readings is right even where the count began anew in between.
+    /// Returns the time since the system started, which changes of the wall clock do not affect.
+    /// Subtract two readings as unsigned numbers: the difference is right also after an overflow.
+    /// @return milliseconds modulo 2 to the power of 32, including the time in which the system was
+    ///         suspended, where the system counts it
     static unsigned int timer();
 
 private:
-    std::shared_ptr<platform::TThread> m_Handle; ///< null if there is none
+    std::shared_ptr<platform::TThread> m_Handle; ///< null while the object is idle
     bool m_Started;
     Task* m_Task; ///< not owned
 };

@@ -10,7 +10,7 @@ namespace qor
 namespace
 {
 
-/// The thread gets its task and not the Thread, which its host may destroy any time.
+/// The new thread receives the task instead of the Thread, which the host may destroy meanwhile.
 void runTask(void* task)
 {
     if (task) {
@@ -43,7 +43,7 @@ bool Thread::start(Task* task)
     }
     m_Task = task;
     try {
-        // All memory is there before the thread runs.
+        // All memory is allocated before the thread runs.
         m_Handle.reset(platform::createThread(), platform::destroyThread);
         m_Started = platform::startThread(*m_Handle, runTask, task);
     } catch (const std::bad_alloc&) {

@@ -19,30 +19,32 @@ namespace qor::platform
 /// @name Time
 /// @{
 
-/// A moment of the wall clock.
+/// A time of the wall clock.
 struct TWallClock {
     std::int64_t second; ///< since the start of 1970 in UTC
     int millisecond;
 };
 
-/// A date and a time of day in the user's zone; months and days are counted from 1.
+/// A date and time of day in the user's time zone; months and days are counted from 1.
 struct TLocalTime {
     int year, month, day, hour, minute, second;
 };
 
 TWallClock getWallClock();
 
-/// Tells local time without reading the system's zone anew at each call.
+/// Converts seconds since the start of 1970 in UTC to local time. Each call notices a changed time
+/// zone of the system, which can cost a system call.
 TLocalTime getLocalTime(std::int64_t second);
 
-/// Milliseconds since the system started, modulo 2 to the power of 32. No setting of the wall clock
-/// changes the count, and the time that the system was asleep is in it where the system knows that.
+/// Returns the milliseconds since the system started, modulo 2 to the power of 32. Changes of the
+/// wall clock do not affect the count. It includes the time in which the system was suspended, where
+/// the system counts that.
 unsigned int getTickCount();
 
 /// @}
 /// @name Locks, events and threads
-/// Objects are made by the function `create...` and belong to the caller until the function
-/// `destroy...`. Too little memory shows as `std::bad_alloc`.
+/// The caller owns an object from the function `create...` to the function `destroy...`. Out of
+/// memory is reported as `std::bad_alloc` by the functions `create...` and by `startThread`.
 /// @{
 
 /// A recursive lock.
@@ -50,31 +52,38 @@ struct TLock;
 
 TLock* createLock();
 
-/// The lock must be free.
+/// No thread may hold the lock.
 void destroyLock(TLock* lock);
 
-/// Waits until the calling thread holds the lock, which takes no time if it does already.
+/// Waits until the calling thread holds the lock, and adds a level to it.
 void acquire(TLock& lock);
 
-/// Gives one level of the lock back. Does nothing for a thread that does not hold it.
+/// Removes a level from the lock. Has no effect if the calling thread does not hold it.
 void release(TLock& lock);
 
-/// An event that resets itself. At first it is not set.
+/// Makes the lock usable in forked child processes: a fork waits until no other thread holds the
+/// lock, and in the child process no thread holds it. The lock is destroyed as any other. Does
+/// nothing on systems that do not fork processes.
+void makeForkSafe(TLock& lock);
+
+/// An auto-reset event, not set at first.
 struct TEvent;
 
 TEvent* createEvent();
 
-/// No thread may be waiting.
+/// No thread may be waiting. A thread that was waiting may call it as soon as `waitForEvent` has
+/// returned, even if the call of `set` that released it has not returned yet.
 void destroyEvent(TEvent* event);
 
-/// Releases the thread that has waited longest; if there is none, sets the event.
+/// Releases exactly one of the waiting threads, the one that has waited longest where the system
+/// keeps that order. If no thread is waiting, sets the event.
 void set(TEvent& event);
 
 constexpr unsigned int NO_TIME_LIMIT = 0;
 
-/// Takes one level of the lock from the calling thread, waits for the event, and takes the lock
-/// back. The thread counts as waiting before anyone else can have the lock. It goes on when it is
-/// released, at once if the event is set, which resets it, and at the latest after so many
+/// Releases one level of the lock, waits for the event, and acquires the lock again. The thread
+/// counts as waiting before another thread can acquire the lock. The wait ends when `set` releases
+/// the thread, at once if the event is set, which resets it, or after the time limit in
 /// milliseconds.
 void waitForEvent(TEvent& event, TLock& lock, unsigned int timeLimit);
 
@@ -83,18 +92,21 @@ struct TThread;
 
 TThread* createThread();
 
-/// Starts the thread, once, with the usual stack size: it calls `work(argument)` and ends.
+/// Starts the thread, with the default stack size. It calls `work(argument)` and ends. The function
+/// is called at most once per object.
 /// @return false if the system refuses
 bool startThread(TThread& thread, void (*work)(void* argument), void* argument);
 
-/// Waits until the thread has ended. Any number of threads may do so, any number of times.
-/// @return false at once for a thread that would wait for itself
+/// Waits until the thread has ended. Any number of threads may call it, any number of times.
+/// @return false at once if the thread itself calls it
 bool join(TThread& thread);
 
-/// Gives the object back. A thread that still runs goes on until its work is done.
+/// Destroys the object. A running thread continues until its work is done.
 void destroyThread(TThread* thread);
 
 void yieldThread();
+
+/// Suspends the calling thread, also if signal handlers run meanwhile.
 void sleepThread(unsigned int milliseconds);
 
 /// @}

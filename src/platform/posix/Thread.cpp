@@ -1,10 +1,11 @@
+#include "platform/Platform.h"
+
 #include <atomic>
 #include <memory>
 
 #include <pthread.h>
 #include <sched.h>
 
-#include "platform/Platform.h"
 #include "platform/posix/MutexGuard.h"
 
 namespace qor::platform
@@ -12,7 +13,7 @@ namespace qor::platform
 
 struct TThread {
     pthread_t thread = {};
-    std::atomic<bool> isJoinable = false; ///< started, and neither joined nor detached
+    std::atomic<bool> isJoinable = false; ///< started and not joined
     pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
 };
 
@@ -43,7 +44,7 @@ bool startThread(TThread& thread, void (*work)(void* argument), void* argument)
     auto copy = std::make_unique<TWork>(TWork{work, argument});
     thread.isJoinable = pthread_create(&thread.thread, nullptr, runThread, copy.get()) == 0;
     if (thread.isJoinable) {
-        // The thread's own from now on.
+        // The new thread owns it.
         static_cast<void>(copy.release());
     }
     return thread.isJoinable;
