@@ -214,7 +214,7 @@ public:
 
 private:
     std::intptr_t m_Handle;
-    bool m_IsPipe = false;
+    int m_State = 0; ///< the kind of the file, in the system's own terms
 };
 
 /// Replaces the content of a file, or creates it. A regular file is replaced as a whole: after a
