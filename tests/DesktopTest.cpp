@@ -19,8 +19,8 @@
 namespace
 {
 
-/// Puts programs of its own in the place of those of the desktop. Each writes down what it was
-/// given, its name first, and ends as told.
+/// Replaces the desktop's programs by scripts that record their name and arguments and end with a
+/// given status.
 class DesktopTest : public TemporaryFolder
 {
 protected:
@@ -38,7 +38,7 @@ protected:
 
     void TearDown() override
     {
-        EXPECT_EQ(getpid(), m_Process) << "this is a child that goes on as if it were the host";
+        EXPECT_EQ(getpid(), m_Process) << "a child process continued as the host";
         TemporaryFolder::TearDown();
     }
 
@@ -60,8 +60,9 @@ exit )";
         chmod(file.c_str(), 0700);
     }
 
-    /// @return what the programs were given since the last call, once one is through
-    std::string takeGiven()
+    /// Waits until a program has ended.
+    /// @return the names and arguments of the programs that ran since the last call
+    std::string takeCalls()
     {
         for (int i = 0; i < 20000 && access("given.done", F_OK) != 0; ++i) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -97,15 +98,15 @@ TEST_F(DesktopTest, OpensAnAddressWithTheFirstOpener)
         std::filesystem::remove("bin/" + name);
         addProgram(name, 3);
         qor::launchWebBrowser(address.c_str());
-        EXPECT_EQ(takeGiven(), begin + address + "]");
+        EXPECT_EQ(takeCalls(), begin + address + "]");
     }
     write(
         "bin/xdg-open",
         "#!/bin/sh\nwhile [ ! -e \"$GIVEN.go\" ]; do /bin/sleep 0.01; done\n: > \"$GIVEN.done\"\n");
     qor::launchWebBrowser("a");
-    EXPECT_NE(access("given.done", F_OK), 0) << "nobody waits for the program";
+    EXPECT_NE(access("given.done", F_OK), 0) << "waited for the program";
     write("given.go", "");
-    takeGiven();
+    takeCalls();
     EXPECT_EQ(std::signal(SIGCHLD, handler), SIG_DFL);
     EXPECT_EQ(std::signal(SIGPIPE, pipeHandler), SIG_IGN);
     sigset_t blocked;
@@ -121,7 +122,7 @@ TEST_F(DesktopTest, OpensNothingHarmful)
         qor::launchWebBrowser(address);
     }
     qor::launchWebBrowser("a");
-    EXPECT_EQ(takeGiven(), "[xdg-open][a]");
+    EXPECT_EQ(takeCalls(), "[xdg-open][a]");
     // In the current folder, where PATH has it too.
     addProgram("gio", 0, ".");
     unlink("bin/xdg-open");
@@ -145,12 +146,12 @@ TEST_F(DesktopTest, ShowsAnErrorWithTheFirstDialog)
     for (const auto& [name, expected] : boxes) {
         addProgram(name, 0);
         EXPECT_EQ(showAndCatch(text, caption), "");
-        EXPECT_EQ(takeGiven(), expected);
+        EXPECT_EQ(takeCalls(), expected);
     }
     unsetenv("DISPLAY");
     setenv("WAYLAND_DISPLAY", "wayland-0", 1);
     qor::showErrorPopUp(nullptr, nullptr);
-    EXPECT_EQ(takeGiven(), "[zenity][--error][--no-markup][--title=Error][--text=]");
+    EXPECT_EQ(takeCalls(), "[zenity][--error][--no-markup][--title=Error][--text=]");
 }
 
 TEST_F(DesktopTest, PassesTextsThatDialogsShowUnchanged)
@@ -186,7 +187,7 @@ TEST_F(DesktopTest, PassesTextsThatDialogsShowUnchanged)
         const std::string begin = name == "zenity"
                                       ? "[zenity][--error][--no-markup][--title=][--text="
                                       : "[kdialog][--title=][--error=";
-        const std::string given = takeGiven();
+        const std::string given = takeCalls();
         if (test.expected.empty()) {
             EXPECT_LE(given.size(), MAX_SIZE + 100);
             EXPECT_EQ(given.substr(given.size() - 13), "&lt;" + ellipsis + "</qt>]");
@@ -211,17 +212,17 @@ TEST_F(DesktopTest, ShowsAnErrorWithoutFreeDescriptors)
     qor::showErrorPopUp("text", "");
     std::for_each(descriptors.begin(), descriptors.end(), close);
     setrlimit(RLIMIT_NOFILE, &former);
-    EXPECT_EQ(takeGiven(), "[zenity][--error][--no-markup][--title=][--text=text]");
+    EXPECT_EQ(takeCalls(), "[zenity][--error][--no-markup][--title=][--text=text]");
 }
 
-TEST_F(DesktopTest, WritesWhatNobodyHasSeenToStandardError)
+TEST_F(DesktopTest, WritesUnseenErrorsToStandardError)
 {
     EXPECT_EQ(showAndCatch("text", "caption"), "caption: text\n");
     addProgram("zenity", 255);
     addProgram("kdialog", 1);
     addProgram("xmessage", 0);
     EXPECT_EQ(showAndCatch("text", nullptr), "Error: text\n");
-    EXPECT_EQ(takeGiven(), "[zenity][--error][--no-markup][--title=Error][--text=text]"
+    EXPECT_EQ(takeCalls(), "[zenity][--error][--no-markup][--title=Error][--text=text]"
                            "[kdialog][--title=Error][--error=text]");
     for (const char* display : {"", static_cast<const char*>(nullptr)}) {
         display ? setenv("DISPLAY", display, 1) : unsetenv("DISPLAY");
@@ -237,13 +238,13 @@ TEST_F(DesktopTest, SkipsDialogsThatDoNotRun)
     addProgram("Xdialog", 0);
     addProgram("xmessage", 0);
     EXPECT_EQ(showAndCatch("text", "caption"), "");
-    EXPECT_EQ(takeGiven(), "[Xdialog][--title][caption][--msgbox][text][0][0]");
+    EXPECT_EQ(takeCalls(), "[Xdialog][--title][caption][--msgbox][text][0][0]");
     unlink("bin/kdialog");
-    // Then the system does not keep how the dialog ended.
+    // The system then discards the exit status of the dialog.
     const auto handler = std::signal(SIGCHLD, SIG_IGN);
     EXPECT_EQ(showAndCatch("text", "caption"), "caption: text\n");
     std::signal(SIGCHLD, handler);
-    EXPECT_EQ(takeGiven(), "[Xdialog][--title][caption][--msgbox][text][0][0]");
+    EXPECT_EQ(takeCalls(), "[Xdialog][--title][caption][--msgbox][text][0][0]");
 }
 
 } // namespace

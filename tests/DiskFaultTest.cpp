@@ -22,7 +22,7 @@ using qor::Configuration, qor::File, qor::Image, qor::Log, qor::XMLElement;
 namespace
 {
 
-/// At which step something fails.
+/// The step that fails.
 enum Answer { NOT_OPENED, NOT_READ, NOT_WRITTEN, OTHER_TYPE };
 
 class DiskFaultTest : public LogReader
@@ -83,7 +83,7 @@ protected:
 
 } // namespace
 
-TEST_F(DiskFaultTest, PlacesThatHoldNoFile)
+TEST_F(DiskFaultTest, RejectsPathsWithoutRegularFile)
 {
     const std::string file = write("file", "<a></a>");
     std::filesystem::create_symlink("loop", path("loop"));
@@ -98,7 +98,7 @@ TEST_F(DiskFaultTest, PlacesThatHoldNoFile)
                  {file + "/x"},
                  {path("loop")},
                  {""},
-                 {"/proc/none"}, // Nobody at all may create files there.
+                 {"/proc/none"}, // Even the superuser cannot create files there.
                  {path(""), false, NOT_READ, NOT_READ},
                  {"fifo", true, NOT_READ, NOT_READ},
                  {path("link"), true, NOT_READ, NOT_READ},
@@ -119,7 +119,7 @@ TEST_F(DiskFaultTest, PlacesThatHoldNoFile)
     }
 }
 
-TEST_F(DiskFaultTest, FilesThatChangeBetweenCalls)
+TEST_F(DiskFaultTest, HandlesFilesChangedBetweenCalls)
 {
     std::filesystem::create_directory(path("folder"));
     const std::string file = path("folder/file"), other = path("other");
@@ -144,7 +144,7 @@ TEST_F(DiskFaultTest, FilesThatChangeBetweenCalls)
     EXPECT_FALSE(table.save());
     std::filesystem::remove(file);
     expectSaved(true);
-    // The log goes on in a file that has lost its name.
+    // The log continues in a file that was renamed or deleted.
     EXPECT_TRUE(File::renameFile(m_LogFile, other));
     Log::info("moved");
     EXPECT_EQ(readRecords(other).back(), "I moved");
@@ -154,7 +154,7 @@ TEST_F(DiskFaultTest, FilesThatChangeBetweenCalls)
     EXPECT_FALSE(File::fileExists(other) || File::fileExists(m_LogFile));
 }
 
-TEST_F(DiskFaultTest, DisksThatFillUpOnTheWay)
+TEST_F(DiskFaultTest, KeepsOldDocumentOnFullDisk)
 {
     constexpr std::size_t ROOM = 50000, LINE = sizeof "I 2000-01-01 00:00:00.000 ";
     // Leaves room for four letters of the next message.
@@ -186,9 +186,9 @@ TEST_F(DiskFaultTest, DisksThatFillUpOnTheWay)
     EXPECT_EQ(takeRecords(), (TLines{"I torn", "I there is room", "I and more"}));
 }
 
-TEST_F(DiskFaultTest, PipesWhoseReaderGoes)
+TEST_F(DiskFaultTest, SurvivesPipesClosedByReader)
 {
-    constexpr unsigned long SIZE = 400; // Far more than a pipe takes at once.
+    constexpr unsigned long SIZE = 400; // More than a pipe's buffer.
     constexpr std::size_t READ_SIZE = 70000;
     const Image image = makeImage(SIZE, SIZE, Pixels(SIZE * SIZE));
     XMLElement tree("a");
@@ -196,7 +196,7 @@ TEST_F(DiskFaultTest, PipesWhoseReaderGoes)
     for (const bool isPicture : {true, false}) {
         const int reader = ::open("fifo", O_RDONLY | O_NONBLOCK);
         fcntl(reader, F_SETFL, 0);
-        // Waits until something comes, and then for as long as something comes.
+        // Waits for the first bytes and reads until READ_SIZE or until no more arrive.
         std::future<std::size_t> reading = std::async(std::launch::async, [reader] {
             std::size_t size = 0;
             char bytes[1000];
@@ -239,7 +239,7 @@ TEST_F(DiskFaultTest, PipesWhoseReaderGoes)
     pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
 }
 
-TEST_F(DiskFaultTest, SignalsInterruptNoTransfer)
+TEST_F(DiskFaultTest, ContinuesAfterSignals)
 {
     XMLElement tree("a"), copy("");
     tree.setValue(std::string(200000, 'x'));
@@ -252,7 +252,7 @@ TEST_F(DiskFaultTest, SignalsInterruptNoTransfer)
     sigaddset(&alarms, SIGALRM);
     const int pipe = ::open("fifo", O_RDWR | O_NONBLOCK);
     fcntl(pipe, F_SETFL, 0);
-    // The other end, which takes and gives slowly, gets no signals.
+    // The threads at the other end, which are slow, must not get the signals.
     pthread_sigmask(SIG_BLOCK, &alarms, nullptr);
     std::future<std::string> copying = std::async(std::launch::async, [pipe] {
         std::string text(200007, '\0');
@@ -287,7 +287,7 @@ TEST_F(DiskFaultTest, SignalsInterruptNoTransfer)
     EXPECT_EQ(copy.toString(), text);
 }
 
-TEST_F(DiskFaultTest, FilesLeaveTheStandardStreamsAlone)
+TEST_F(DiskFaultTest, LeavesClosedStandardStreamsFree)
 {
     const int copy = dup(STDERR_FILENO);
     ::close(STDERR_FILENO);
@@ -301,7 +301,7 @@ TEST_F(DiskFaultTest, FilesLeaveTheStandardStreamsAlone)
 }
 
 #ifdef F_SETLEASE
-TEST_F(DiskFaultTest, LeasesAreWaitedFor)
+TEST_F(DiskFaultTest, WaitsForLeases)
 {
     XMLElement tree("a");
     const std::string file = write("file", "<a></a>");
@@ -319,7 +319,7 @@ TEST_F(DiskFaultTest, LeasesAreWaitedFor)
 }
 #endif
 
-TEST_F(DiskFaultTest, SavingReplacesTheFileAndKeepsItsProperties)
+TEST_F(DiskFaultTest, ReplacesSavedFileAndKeepsProperties)
 {
     const XMLElement tree("b");
     std::filesystem::create_directory("folder");

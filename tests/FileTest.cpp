@@ -38,7 +38,7 @@ protected:
     const std::string m_Cut = std::string("file\0x", 6);
 };
 
-TEST_F(FileTest, TellsFilesFromDirectories)
+TEST_F(FileTest, DistinguishesFilesFromDirectories)
 {
     std::filesystem::create_symlink("folder", "link");
     const struct {
@@ -69,7 +69,7 @@ TEST_F(FileTest, CreatesRenamesAndDeletes)
     EXPECT_EQ(takeRecords(), TLines{});
 }
 
-TEST_F(FileTest, TellsWhatFails)
+TEST_F(FileTest, ReportsFailures)
 {
     const std::map<std::string, std::function<bool(const std::string&)>> operations = {
         {"create", File::createDirectory},
@@ -95,7 +95,7 @@ TEST_F(FileTest, TellsWhatFails)
     EXPECT_EQ(read("file"), "12345");
 }
 
-TEST_F(FileTest, TellsSizeAndTime)
+TEST_F(FileTest, ReturnsSizeAndTime)
 {
     const std::pair<std::time_t, unsigned int> times[] = {
         {-5, 0}, {1234567890, 1234567890}, {4294967300, 4294967295}};
@@ -112,7 +112,7 @@ TEST_F(FileTest, TellsSizeAndTime)
     EXPECT_EQ(takeRecords(), TLines{});
 }
 
-TEST(FilePathTest, HasOneForm)
+TEST(FilePathTest, StandardizesAndJoins)
 {
     const std::string cases[][2] = {{"a\\b\\", "a/b"}, {"a/b///", "a/b"}, {"///", ""},
                                     {"", ""},          {"C:\\", "C:"},    {"/a//../.", "/a//../."}};
@@ -123,7 +123,7 @@ TEST(FilePathTest, HasOneForm)
     EXPECT_EQ(File::filePath("d/", "f"), "d//f");
 }
 
-TEST_F(FileTest, FindsAndCreatesTheUsersDataDirectory)
+TEST_F(FileTest, FindsAndCreatesUserDataDirectory)
 {
     const char* const variables[] = {"QOR_USER_DATA_DIR", "XDG_DATA_HOME", "HOME"};
     for (const auto& test : readTable("user-data")) {
@@ -145,7 +145,7 @@ TEST_F(FileTest, FindsAndCreatesTheUsersDataDirectory)
     EXPECT_EQ(takeRecords(), TLines{});
 }
 
-TEST_F(FileTest, CreatesWithTheUsualPermissions)
+TEST_F(FileTest, CreatesFilesAndDirectoriesWithDocumentedPermissions)
 {
     const mode_t former = umask(0);
     const std::map<std::string, std::pair<std::function<void(const std::string&)>, mode_t>> cases =
@@ -168,7 +168,7 @@ TEST_F(FileTest, CreatesWithTheUsualPermissions)
     umask(former);
 }
 
-TEST_F(FileTest, ManyMayCreateTheDataDirectoryAtOnce)
+TEST_F(FileTest, CreatesUserDataDirectoryInSeveralThreadsAtOnce)
 {
     for (int round = 0; round < 100; ++round) {
         setenv("QOR_USER_DATA_DIR", ("data" + std::to_string(round)).c_str(), 1);

@@ -15,8 +15,9 @@ namespace qor
 namespace
 {
 
-/// Looks whether the C library would take the path for a shorter one, or a directory for a file.
-/// @return an error number; 0 if all is well
+/// Checks that the C library would read the whole path and that it is not a directory, which
+/// `std::remove` would delete.
+/// @return a value of `errno`; 0 if the path may name a file
 int checkFilePath(const std::string& path)
 {
     if (path.find('\0') != std::string::npos) {
@@ -25,6 +26,8 @@ int checkFilePath(const std::string& path)
     return File::directoryExists(path) ? EISDIR : 0;
 }
 
+/// Writes the reason to the log if a file could not be opened.
+/// @return whether that was so
 bool logOpenFailure(const platform::InputFile& file, const std::string& path)
 {
     if (file.getError() == 0) {
@@ -113,8 +116,8 @@ unsigned int File::fileTime(const std::string& path)
                    "': " + platform::getErrorText(error));
         return 0;
     }
-    constexpr std::int64_t GREATEST = std::numeric_limits<unsigned int>::max();
-    return static_cast<unsigned int>(std::clamp<std::int64_t>(second, 0, GREATEST));
+    constexpr std::int64_t MAXIMUM = std::numeric_limits<unsigned int>::max();
+    return static_cast<unsigned int>(std::clamp<std::int64_t>(second, 0, MAXIMUM));
 }
 
 unsigned int File::fileSize(const std::string& path)
