@@ -12,6 +12,9 @@
 #include <sys/stat.h>
 #include <sys/time.h>
 #include <unistd.h>
+#ifdef __linux__
+#include <sys/xattr.h>
+#endif
 
 #include "LogReader.h"
 #include "PixelData.h"
@@ -323,8 +326,8 @@ TEST_F(DiskFaultTest, ReplacesSavedFileAndKeepsProperties)
 {
     const XMLElement tree("b");
     std::filesystem::create_directory("folder");
-    std::filesystem::create_symlink("folder/file", "link");
-    std::filesystem::create_symlink("link", "link2");
+    std::filesystem::create_symlink("file", "folder/link");
+    std::filesystem::create_symlink("folder/link", "link");
     std::filesystem::create_symlink("folder/missing", "dangling");
     const std::string longName(255, 'n');
     for (const std::string name : {"file", "folder/file", "hard", longName.c_str()}) {
@@ -334,9 +337,9 @@ TEST_F(DiskFaultTest, ReplacesSavedFileAndKeepsProperties)
     const struct {
         std::string path, file;
         bool isReplaced;
-    } cases[] = {{"file", "file", true},         {path("file"), "file", true},
-                 {"link2", "folder/file", true}, {"hard", "hard2", false},
-                 {longName, longName, true},     {"/dev/fd/77", "file", false}};
+    } cases[] = {{"file", "file", true},        {path("file"), "file", true},
+                 {"link", "folder/file", true}, {"hard", "hard2", false},
+                 {longName, longName, true},    {"/dev/fd/77", "file", false}};
     for (const auto& test : cases) {
         const int fd = ::open("file", O_RDONLY);
         dup2(fd, 77);
@@ -350,9 +353,17 @@ TEST_F(DiskFaultTest, ReplacesSavedFileAndKeepsProperties)
         EXPECT_EQ(after.st_mode & 07777, 02640u) << test.path;
     }
     ::close(77);
+#ifdef __linux__
+    char value[2] = "";
+    if (setxattr("file", "user.test", "v", 1, 0) == 0) {
+        EXPECT_EQ(tree.save("file", false), 7);
+        EXPECT_EQ(getxattr("file", "user.test", value, 1), 1);
+        EXPECT_STREQ(value, "v");
+    }
+#endif
     EXPECT_EQ(tree.save("dangling", false), 7);
     EXPECT_EQ(read("folder/missing"), "<b></b>");
-    EXPECT_TRUE(std::filesystem::is_symlink("link2") && std::filesystem::is_symlink("dangling"));
-    EXPECT_EQ(listFolder("folder"), (TLines{"file", "missing"}));
-    EXPECT_EQ(listFolder().size(), 10u) << "no temporary file is left";
+    EXPECT_TRUE(std::filesystem::is_symlink("link") && std::filesystem::is_symlink("dangling"));
+    EXPECT_EQ(listFolder("folder"), (TLines{"file", "link", "missing"}));
+    EXPECT_EQ(listFolder().size(), 9u) << "no temporary file is left";
 }
