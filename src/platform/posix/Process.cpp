@@ -57,9 +57,11 @@ std::string findProgram(const std::string& name)
 
 void resetSignals()
 {
+    // No system has more; `sigaction` rejects the numbers that do not exist.
+    constexpr int MAX_SIGNAL = 128;
     struct sigaction standard = {};
     standard.sa_handler = SIG_DFL;
-    for (int number = 1; number < NSIG; ++number) {
+    for (int number = 1; number <= MAX_SIGNAL; ++number) {
         sigaction(number, &standard, nullptr);
     }
     sigset_t none;
