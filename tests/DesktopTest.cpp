@@ -1,11 +1,15 @@
 #include "qor/Desktop.h"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <string>
 #include <thread>
+#include <vector>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -15,8 +19,8 @@
 namespace
 {
 
-/// Puts programs of its own in the place of those of the desktop. Each writes down what it was
-/// given, its name first, and ends as told.
+/// Replaces the desktop's programs by scripts that record their name and arguments and end with a
+/// given status.
 class DesktopTest : public TemporaryFolder
 {
 protected:
@@ -34,7 +38,7 @@ protected:
 
     void TearDown() override
     {
-        EXPECT_EQ(getpid(), m_Process) << "this is a child that goes on as if it were the host";
+        EXPECT_EQ(getpid(), m_Process) << "a child process continued as the host";
         TemporaryFolder::TearDown();
     }
 
@@ -56,8 +60,9 @@ exit )";
         chmod(file.c_str(), 0700);
     }
 
-    /// @return what the programs were given since the last call, once one is through
-    std::string takeGiven()
+    /// Waits until a program has ended.
+    /// @return the names and arguments of the programs that ran since the last call
+    std::string takeCalls()
     {
         for (int i = 0; i < 20000 && access("given.done", F_OK) != 0; ++i) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -93,15 +98,15 @@ TEST_F(DesktopTest, OpensAnAddressWithTheFirstOpener)
         std::filesystem::remove("bin/" + name);
         addProgram(name, 3);
         qor::launchWebBrowser(address.c_str());
-        EXPECT_EQ(takeGiven(), begin + address + "]");
+        EXPECT_EQ(takeCalls(), begin + address + "]");
     }
     write(
         "bin/xdg-open",
         "#!/bin/sh\nwhile [ ! -e \"$GIVEN.go\" ]; do /bin/sleep 0.01; done\n: > \"$GIVEN.done\"\n");
     qor::launchWebBrowser("a");
-    EXPECT_NE(access("given.done", F_OK), 0) << "nobody waits for the program";
+    EXPECT_NE(access("given.done", F_OK), 0) << "waited for the program";
     write("given.go", "");
-    takeGiven();
+    takeCalls();
     EXPECT_EQ(std::signal(SIGCHLD, handler), SIG_DFL);
     EXPECT_EQ(std::signal(SIGPIPE, pipeHandler), SIG_IGN);
     sigset_t blocked;
@@ -117,7 +122,7 @@ TEST_F(DesktopTest, OpensNothingHarmful)
         qor::launchWebBrowser(address);
     }
     qor::launchWebBrowser("a");
-    EXPECT_EQ(takeGiven(), "[xdg-open][a]");
+    EXPECT_EQ(takeCalls(), "[xdg-open][a]");
     // In the current folder, where PATH has it too.
     addProgram("gio", 0, ".");
     unlink("bin/xdg-open");
@@ -133,34 +138,113 @@ TEST_F(DesktopTest, ShowsAnErrorWithTheFirstDialog)
     const char* const text = "-C:\\new <b>x&y</b>";
     const char* const caption = "+cap";
     const std::string boxes[][2] = {
-        {"xmessage", "[xmessage][-center][-buttons][OK][-title][ +cap][ -C:\\new <b>x&y</b>]"},
+        {"xmessage", "[xmessage][-center][-buttons][OK:0][-title][ +cap][ -C:\\new <b>x&y</b>]"},
         {"Xdialog", "[Xdialog][--title][ +cap][--msgbox][ -C:\\\\new <b>x&y</b>][0][0]"},
         {"kdialog", "[kdialog][--title=+cap][--error=<qt>-C:\\\\new &lt;b>x&amp;y&lt;/b></qt>]"},
-        {"zenity", "[zenity][--error][--no-markup][--title=+cap][--text=-C:\\\\new <b>x&y</b>]"},
+        {"zenity", "[zenity][--error][--no-markup][--title=+cap][--text=-C:\\new <b>x&y</b>]"},
     };
     for (const auto& [name, expected] : boxes) {
         addProgram(name, 0);
         EXPECT_EQ(showAndCatch(text, caption), "");
-        EXPECT_EQ(takeGiven(), expected);
+        EXPECT_EQ(takeCalls(), expected);
     }
     unsetenv("DISPLAY");
     setenv("WAYLAND_DISPLAY", "wayland-0", 1);
     qor::showErrorPopUp(nullptr, nullptr);
-    EXPECT_EQ(takeGiven(), "[zenity][--error][--no-markup][--title=Error][--text=]");
+    EXPECT_EQ(takeCalls(), "[zenity][--error][--no-markup][--title=Error][--text=]");
 }
 
-TEST_F(DesktopTest, WritesWhatNobodyHasSeenToStandardError)
+TEST_F(DesktopTest, PassesTextsThatDialogsShowUnchanged)
+{
+    constexpr std::size_t MAX_SIZE = 65536;
+    const std::string half(MAX_SIZE / 2, 'x'), unit = "\u00FC";
+    const std::string cut = half + half.substr(1), ellipsis = "\u2026";
+    const struct {
+        const char* dialog;
+        std::string text, expected;
+    } cases[] = {
+        {"kdialog", "a  b\n c", "a  b\n c"},
+        {"kdialog", " &  b\n \\", "<qt>&nbsp;&amp; &nbsp;b<br>&nbsp;\\\\</qt>"},
+        {"kdialog", std::string(2 * MAX_SIZE, '<'), ""},
+        {"zenity",
+         "\x80"
+         "a\xC3\xBC\xC3",
+         "\uFFFD"
+         "a\u00FC\uFFFD"},
+        {"zenity", "\xC0\xAF\xE0\x9F\xBF", "\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {"zenity", "\xED\xA0\x80\xF4\x90\x80\x80", "\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {"zenity", "\xF0\x8F\xBF\xBF\xF5", "\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {"zenity", "\uD7FF\uE000\U00010000\U0010FFFF\u20AC",
+         "\uD7FF\uE000\U00010000\U0010FFFF\u20AC"},
+        {"zenity", half + half, half + half},
+        {"zenity", half + half + "x", half + half + ellipsis},
+        {"zenity", cut + unit, cut + ellipsis},
+    };
+    for (const auto& test : cases) {
+        const std::string name = test.dialog;
+        addProgram(name, 0);
+        EXPECT_EQ(showAndCatch(test.text.c_str(), ""), "") << test.text.substr(0, 50);
+        const std::string begin = name == "zenity"
+                                      ? "[zenity][--error][--no-markup][--title=][--text="
+                                      : "[kdialog][--title=][--error=";
+        const std::string given = takeCalls();
+        if (test.expected.empty()) {
+            EXPECT_LE(given.size(), MAX_SIZE + 100);
+            EXPECT_EQ(given.substr(given.size() - 13), "&lt;" + ellipsis + "</qt>]");
+        } else {
+            EXPECT_EQ(given, begin + test.expected + "]") << test.text.substr(0, 50);
+        }
+        unlink(("bin/" + name).c_str());
+    }
+}
+
+TEST_F(DesktopTest, ShowsAnErrorWithoutFreeDescriptors)
+{
+    addProgram("zenity", 0);
+    rlimit former = {};
+    getrlimit(RLIMIT_NOFILE, &former);
+    const rlimit few = {OPEN_FILE + 1, former.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &few);
+    std::vector<int> descriptors;
+    for (int descriptor = 0; (descriptor = dup(STDERR_FILENO)) >= 0;) {
+        descriptors.push_back(descriptor);
+    }
+    qor::showErrorPopUp("text", "");
+    std::for_each(descriptors.begin(), descriptors.end(), close);
+    setrlimit(RLIMIT_NOFILE, &former);
+    EXPECT_EQ(takeCalls(), "[zenity][--error][--no-markup][--title=][--text=text]");
+}
+
+TEST_F(DesktopTest, WritesUnseenErrorsToStandardError)
 {
     EXPECT_EQ(showAndCatch("text", "caption"), "caption: text\n");
     addProgram("zenity", 255);
     addProgram("kdialog", 1);
     addProgram("xmessage", 0);
     EXPECT_EQ(showAndCatch("text", nullptr), "Error: text\n");
-    EXPECT_EQ(takeGiven(), "[zenity][--error][--no-markup][--title=Error][--text=text]"
+    EXPECT_EQ(takeCalls(), "[zenity][--error][--no-markup][--title=Error][--text=text]"
                            "[kdialog][--title=Error][--error=text]");
-    unsetenv("DISPLAY");
-    EXPECT_EQ(showAndCatch("text", ""), ": text\n");
+    for (const char* display : {"", static_cast<const char*>(nullptr)}) {
+        display ? setenv("DISPLAY", display, 1) : unsetenv("DISPLAY");
+        EXPECT_EQ(showAndCatch("text", ""), ": text\n");
+    }
     EXPECT_EQ(read("given"), "");
+}
+
+TEST_F(DesktopTest, SkipsDialogsThatDoNotRun)
+{
+    write("bin/zenity", "not executable");
+    chmod(write("bin/kdialog", "#!/bin/sh\nkill -9 $$\n").c_str(), 0700);
+    addProgram("Xdialog", 0);
+    addProgram("xmessage", 0);
+    EXPECT_EQ(showAndCatch("text", "caption"), "");
+    EXPECT_EQ(takeCalls(), "[Xdialog][--title][caption][--msgbox][text][0][0]");
+    unlink("bin/kdialog");
+    // The system then discards the exit status of the dialog.
+    const auto handler = std::signal(SIGCHLD, SIG_IGN);
+    EXPECT_EQ(showAndCatch("text", "caption"), "caption: text\n");
+    std::signal(SIGCHLD, handler);
+    EXPECT_EQ(takeCalls(), "[Xdialog][--title][caption][--msgbox][text][0][0]");
 }
 
 } // namespace

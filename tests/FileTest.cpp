@@ -1,9 +1,12 @@
 #include "qor/File.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <future>
 #include <map>
+#include <vector>
 
 #include <pwd.h>
 #include <sys/stat.h>
@@ -12,8 +15,10 @@
 
 #include "LogReader.h"
 #include "TestData.h"
+#include "qor/Image.h"
+#include "qor/XMLElement.h"
 
-using qor::File;
+using qor::File, qor::Image, qor::Log, qor::XMLElement;
 
 namespace
 {
@@ -33,7 +38,7 @@ protected:
     const std::string m_Cut = std::string("file\0x", 6);
 };
 
-TEST_F(FileTest, TellsFilesFromDirectories)
+TEST_F(FileTest, DistinguishesFilesFromDirectories)
 {
     std::filesystem::create_symlink("folder", "link");
     const struct {
@@ -64,7 +69,7 @@ TEST_F(FileTest, CreatesRenamesAndDeletes)
     EXPECT_EQ(takeRecords(), TLines{});
 }
 
-TEST_F(FileTest, TellsWhatFails)
+TEST_F(FileTest, ReportsFailures)
 {
     const std::map<std::string, std::function<bool(const std::string&)>> operations = {
         {"create", File::createDirectory},
@@ -90,7 +95,7 @@ TEST_F(FileTest, TellsWhatFails)
     EXPECT_EQ(read("file"), "12345");
 }
 
-TEST_F(FileTest, TellsSizeAndTime)
+TEST_F(FileTest, ReturnsSizeAndTime)
 {
     const std::pair<std::time_t, unsigned int> times[] = {
         {-5, 0}, {1234567890, 1234567890}, {4294967300, 4294967295}};
@@ -107,7 +112,7 @@ TEST_F(FileTest, TellsSizeAndTime)
     EXPECT_EQ(takeRecords(), TLines{});
 }
 
-TEST(FilePathTest, HasOneForm)
+TEST(FilePathTest, StandardizesAndJoins)
 {
     const std::string cases[][2] = {{"a\\b\\", "a/b"}, {"a/b///", "a/b"}, {"///", ""},
                                     {"", ""},          {"C:\\", "C:"},    {"/a//../.", "/a//../."}};
@@ -118,7 +123,7 @@ TEST(FilePathTest, HasOneForm)
     EXPECT_EQ(File::filePath("d/", "f"), "d//f");
 }
 
-TEST_F(FileTest, FindsAndCreatesTheUsersDataDirectory)
+TEST_F(FileTest, FindsAndCreatesUserDataDirectory)
 {
     const char* const variables[] = {"QOR_USER_DATA_DIR", "XDG_DATA_HOME", "HOME"};
     for (const auto& test : readTable("user-data")) {
@@ -128,12 +133,57 @@ TEST_F(FileTest, FindsAndCreatesTheUsersDataDirectory)
         EXPECT_EQ(File::getUserDataDirectory("host", false), test[3]);
     }
     setenv("HOME", "", 1);
-    const std::string home = getpwuid(getuid())->pw_dir;
-    EXPECT_EQ(File::getUserDataDirectory("host", false), home + "/.local/share/host");
+    const passwd* const user = getpwuid(getuid());
+    EXPECT_EQ(File::getUserDataDirectory("host", false),
+              user ? std::string(user->pw_dir) + "/.local/share/host" : "");
+    takeRecords();
     setenv("QOR_USER_DATA_DIR", "new/", 1);
     for (const bool create : {false, true, true}) {
         EXPECT_EQ(File::getUserDataDirectory("host", create), "new");
         EXPECT_EQ(File::directoryExists("new"), create);
+    }
+    EXPECT_EQ(takeRecords(), TLines{});
+}
+
+TEST_F(FileTest, CreatesFilesAndDirectoriesWithDocumentedPermissions)
+{
+    const mode_t former = umask(0);
+    const std::map<std::string, std::pair<std::function<void(const std::string&)>, mode_t>> cases =
+        {{"data",
+          {[](const std::string& path) {
+               setenv("QOR_USER_DATA_DIR", path.c_str(), 1);
+               File::getUserDataDirectory("", true);
+           },
+           0700}},
+         {"shared", {[](const std::string& path) { File::createDirectory(path); }, 0777}},
+         {"document", {[](const std::string& path) { XMLElement("a").save(path, false); }, 0666}},
+         {"picture", {[](const std::string& path) { Image(1, 1).saveTGA(path.c_str(), 8); }, 0666}},
+         {"log", {[](const std::string& path) { Log::open(path.c_str(), true); }, 0666}}};
+    for (const auto& [name, test] : cases) {
+        test.first(name);
+        struct stat status = {};
+        stat(name.c_str(), &status);
+        EXPECT_EQ(status.st_mode & 07777, test.second) << name;
+    }
+    umask(former);
+}
+
+TEST_F(FileTest, CreatesUserDataDirectoryInSeveralThreadsAtOnce)
+{
+    for (int round = 0; round < 100; ++round) {
+        setenv("QOR_USER_DATA_DIR", ("data" + std::to_string(round)).c_str(), 1);
+        std::atomic<int> waiting{4};
+        std::vector<std::future<std::string>> results;
+        for (int i = 0; i < 4; ++i) {
+            results.push_back(std::async(std::launch::async, [&waiting] {
+                for (--waiting; waiting > 0;) {
+                }
+                return File::getUserDataDirectory("", true);
+            }));
+        }
+        for (std::future<std::string>& result : results) {
+            EXPECT_NE(result.get(), "");
+        }
     }
     EXPECT_EQ(takeRecords(), TLines{});
 }

@@ -7,16 +7,28 @@
 namespace qor
 {
 
-/// Questions and changes about files, directories and their paths.
+/// Operations on files, directories and their paths.
 ///
-/// All operations are static, keep no state, throw nothing but `std::bad_alloc` and may be called
-/// from any thread. A failure shows in the result, and most also as an error in the `Log`, with the
-/// system's own words for it. Paths are byte strings in the system's narrow character set; one with
-/// a zero byte in it names nothing. Links are followed.
+/// A path is a byte string in the system's narrow character set. A path that contains a zero byte
+/// names no file, and every operation on it fails. Symbolic links are followed, unless an operation
+/// says otherwise.
+///
+/// **Error handling**: an operation that fails returns false, 0 or an empty text and writes an
+/// error with the system's message to the `Log`. Only `std::bad_alloc` is ever thrown.
+///
+/// **Thread safety**: all operations are static and keep no state. Any thread may call them.
+///
+/// **Security**: in a directory that other users may write to, such as /tmp, another user can put a
+/// symbolic link in place of a file between two calls. Keep files in a directory that only the user
+/// may write to, such as the one that getUserDataDirectory() creates.
 ///
 /// @code
-/// const std::string folder = qor::File::getUserDataDirectory("myhost", true);
-/// const std::string file = qor::File::filePath(folder, "settings.xml");
+/// const std::string directory = qor::File::getUserDataDirectory("myhost", true);
+/// if (directory.empty()) {
+///     qor::Log::error("Settings cannot be stored");
+///     return;
+/// }
+/// const std::string file = qor::File::filePath(directory, "settings.xml");
 /// if (qor::File::fileExists(file)) {
 ///     qor::Log::info("Settings of %u bytes", qor::File::fileSize(file));
 /// }
@@ -26,48 +38,71 @@ class QORTK_API File
 public:
     File() = delete;
 
-    /// Creates one directory, whose parent has to exist.
-    /// @return false if it was not created, which is also so if it exists
+    /// Creates one directory.
+    /// @param path the directory, whose parent directory has to exist. Its permissions follow the
+    ///             process's file mode creation mask.
+    /// @return true if this call created the directory; false, with an error in the log, on
+    ///         failure, which includes an existing directory
     static bool createDirectory(const std::string& path);
 
-    /// @return whether the path exists and is not a directory
+    /// Checks whether a path exists and is not a directory. Writes nothing to the log.
+    /// @param path the file
+    /// @return true for a file of any kind; false also if the system does not permit the check
     static bool fileExists(const std::string& path);
 
-    /// @return whether the path exists and is a directory
+    /// Checks whether a path exists and is a directory. Writes nothing to the log.
+    /// @param path the directory
+    /// @return true for a directory; false also if the system does not permit the check
     static bool directoryExists(const std::string& path);
 
-    /// Deletes a file. A directory is no file, not even an empty one, and is left alone. Of a link
-    /// to a file, the link is deleted.
-    /// @return whether the file is gone by this call
+    /// Deletes a file. A symbolic link to a file is deleted instead of the file.
+    /// @param path the file. A directory, or a symbolic link to one, is not deleted.
+    /// @return true if this call deleted the file; false, with an error in the log, on failure
     static bool deleteFile(const std::string& path);
 
-    /// Renames or moves a file or directory as std::rename does: on POSIX systems a file that has
-    /// the new name already is replaced.
-    /// @return whether it has the new name
+    /// Renames or moves a file or directory, as `std::rename` does. A symbolic link is renamed
+    /// itself.
+    /// @param oldPath the existing file or directory
+    /// @param newPath its new path, on the same file system. On POSIX systems an existing file with
+    ///                this path is replaced.
+    /// @return true on success; false, with an error in the log, on failure
     static bool renameFile(const std::string& oldPath, const std::string& newPath);
 
-    /// Tells when a file was last written, in seconds since the start of 1970 in UTC. A time from
-    /// before is told as 0, one behind the year 2105 as the greatest number.
-    /// @return 0 if the path is no file that can be opened for reading
+    /// Returns the time of the last write to a file.
+    /// @param path the file, which has to be readable
+    /// @return seconds since the start of 1970 in UTC, limited to 0 and the maximum of the type;
+    ///         0, with an error in the log, on failure
     static unsigned int fileTime(const std::string& path);
 
-    /// Tells the size of a file in bytes, modulo 2 to the power of 32.
-    /// @return 0 if the path is no file that can be opened for reading
+    /// Returns the size of a file.
+    /// @param path the file, which has to be readable
+    /// @return bytes, modulo 2 to the power of 32; 0, with an error in the log, on failure
     static unsigned int fileSize(const std::string& path);
 
-    /// @return the path with each backslash as "/", and without "/" at its end; all else stays
+    /// Replaces each backslash in a path by a slash and removes all slashes at its end.
+    /// @param path the path, which need not exist
+    /// @return the changed path; empty for a path of slashes only
     static std::string standardizePath(const std::string& path);
 
-    /// @return directory, "/" and file; only the file if the directory is empty
+    /// Joins a directory and a file name with a slash.
+    /// @param directory the directory; empty for none
+    /// @param file      the file's name or relative path
+    /// @return the joined path; only the file if the directory is empty
     static std::string filePath(const std::string& directory, const std::string& file);
 
-    /// Tells where a host keeps the user's data: the value of the environment variable
-    /// QOR_USER_DATA_DIR if that exists, else the folder `name` in the place that the system has
-    /// for such data. On POSIX systems this is XDG_DATA_HOME if that holds an absolute path, else
-    /// .local/share in the home directory.
-    /// @param name   the host's name
-    /// @param create whether to create the directory if it does not exist. Its parent has to.
-    /// @return the standardized path; empty if it cannot be told or created
+    /// Returns the directory for the user's data of one program.
+    ///
+    /// This is the value of the environment variable `QOR_USER_DATA_DIR` if that is set. Otherwise
+    /// it is the directory `name` in the system's directory for such data, on POSIX systems
+    /// `XDG_DATA_HOME` if that holds an absolute path, else `.local/share` in the home directory.
+    /// Programs that run with other privileges than their caller (setuid) ignore all environment
+    /// variables.
+    /// @param name   the program's name
+    /// @param create true to create the directory if it does not exist. Its parent directory has to
+    ///               exist. Only the user may access a new directory (mode 0700). Several processes
+    ///               may create it at the same time.
+    /// @return the directory in the form of standardizePath(); empty, with an error in the log, if
+    ///         it cannot be determined or created
     static std::string getUserDataDirectory(const std::string& name, bool create);
 };
 

@@ -187,8 +187,15 @@ public:
     /// Writes this element and all below it to a file, which is replaced: if `formatted`, an
     /// element a line, indented by tabs; otherwise with nothing put between the tags.
     /// @return the number of bytes of the text, at most the greatest `int`; -1 if the file cannot
-    ///         be opened, such as a pipe that nobody reads. Only opening is checked: a disk that
-    ///         fills up on the way is not noticed. Without enough memory the file is left alone.
+    ///         be opened for writing, such as a pipe without a reader. A failed write is not
+    ///         reported: compare the file's size with the result. Without enough memory the file
+    ///         is left alone.
+    /// @note A regular file is replaced as a whole: the text is written to a temporary file in the
+    ///       same directory, flushed to the disk, which takes milliseconds, and renamed. After a
+    ///       full disk or a crash the file has its old content. Permissions, owner and the target
+    ///       of a symbolic link are kept. Programs that have the old file open, or watch it, keep
+    ///       the old file. It is written in place if it has several hard links, its directory is
+    ///       not writable, or its owner, access control list or extended attributes cannot be kept.
     int save(const std::string& filename, bool formatted) const;
 
     /// @return the text of this element and all below it, with nothing put between the tags

@@ -15,8 +15,9 @@ namespace qor
 namespace
 {
 
-/// Looks whether the C library would take the path for a shorter one, or a directory for a file.
-/// @return an error number; 0 if all is well
+/// Checks that the C library would read the whole path and that it is not a directory, which
+/// `std::remove` would delete.
+/// @return a value of `errno`; 0 if the path may name a file
 int checkFilePath(const std::string& path)
 {
     if (path.find('\0') != std::string::npos) {
@@ -25,7 +26,9 @@ int checkFilePath(const std::string& path)
     return File::directoryExists(path) ? EISDIR : 0;
 }
 
-bool tellUnopened(const platform::InputFile& file, const std::string& path)
+/// Writes the reason to the log if a file could not be opened.
+/// @return whether that was so
+bool logOpenFailure(const platform::InputFile& file, const std::string& path)
 {
     if (file.getError() == 0) {
         return false;
@@ -34,13 +37,34 @@ bool tellUnopened(const platform::InputFile& file, const std::string& path)
     return true;
 }
 
+void logCreationFailure(const std::string& path, int error)
+{
+    Log::error("Directory (" + path + ") creation failed: " + platform::getErrorText(error));
+}
+
+/// Creates a directory that only the user can access, unless the directory exists.
+/// @return whether the directory exists
+bool createPrivateDirectory(const std::string& path)
+{
+    if (File::directoryExists(path)) {
+        return true;
+    }
+    const int error = platform::createDirectory(path, platform::Access::USER_ONLY);
+    // Another process may have created the directory after the first check.
+    if (error == 0 || File::directoryExists(path)) {
+        return true;
+    }
+    logCreationFailure(path, error);
+    return false;
+}
+
 } // namespace
 
 bool File::createDirectory(const std::string& path)
 {
     const int error = platform::createDirectory(path, platform::Access::EVERYONE);
     if (error != 0) {
-        Log::error("Directory (" + path + ") creation failed: " + platform::getErrorText(error));
+        logCreationFailure(path, error);
     }
     return error == 0;
 }
@@ -82,7 +106,7 @@ bool File::renameFile(const std::string& oldPath, const std::string& newPath)
 unsigned int File::fileTime(const std::string& path)
 {
     const platform::InputFile file(path, platform::InputFile::Kind::ATTRIBUTES);
-    if (tellUnopened(file, path)) {
+    if (logOpenFailure(file, path)) {
         return 0;
     }
     std::int64_t second = 0;
@@ -92,14 +116,14 @@ unsigned int File::fileTime(const std::string& path)
                    "': " + platform::getErrorText(error));
         return 0;
     }
-    constexpr std::int64_t GREATEST = std::numeric_limits<unsigned int>::max();
-    return static_cast<unsigned int>(std::clamp<std::int64_t>(second, 0, GREATEST));
+    constexpr std::int64_t MAXIMUM = std::numeric_limits<unsigned int>::max();
+    return static_cast<unsigned int>(std::clamp<std::int64_t>(second, 0, MAXIMUM));
 }
 
 unsigned int File::fileSize(const std::string& path)
 {
     const platform::InputFile file(path, platform::InputFile::Kind::ATTRIBUTES);
-    if (tellUnopened(file, path)) {
+    if (logOpenFailure(file, path)) {
         return 0;
     }
     std::uint64_t size = 0;
@@ -140,7 +164,7 @@ std::string File::getUserDataDirectory(const std::string& name, bool create)
         return directory;
     }
     directory = standardizePath(directory);
-    if (create && !directoryExists(directory) && !createDirectory(directory)) {
+    if (create && !createPrivateDirectory(directory)) {
         directory.clear();
     }
     return directory;

@@ -135,7 +135,8 @@ std::string getErrnoText(int error);
 /// counts as not set.
 const char* getEnvironmentVariable(const char* name);
 
-/// Returns the directory below which programs keep the user's data; empty if there is none.
+/// Returns the directory in which programs create their directories for the user's data; empty if
+/// it cannot be determined.
 std::string getUserDataDirectory();
 
 /// @}
@@ -144,29 +145,31 @@ std::string getUserDataDirectory();
 
 enum class PathKind { NONE, FILE, DIRECTORY };
 
-/// Returns NONE for a path that does not exist or cannot be examined, FILE for anything that is not
-/// a directory.
+/// Returns NONE for a path that does not exist or cannot be examined, and FILE for everything that
+/// is not a directory.
 PathKind getPathKind(const std::string& path);
 
-/// Who may use a new directory.
+/// The users who may access a new directory.
 enum class Access {
-    EVERYONE,  ///< as the process's file mode creation mask allows
-    USER_ONLY, ///< the user alone
+    EVERYONE,  ///< as the process's file mode creation mask permits
+    USER_ONLY, ///< only the user of the process
 };
 
 /// Creates one directory.
-/// @return an error code, also if the path exists already
+/// @return an error code; not 0 if the path already exists
 int createDirectory(const std::string& path, Access access);
 
-/// An existing file, opened for reading. Opening it never waits for another program: a pipe that no
-/// program has opened for writing reads as empty. Child processes do not inherit the handle.
+/// An existing file, opened for reading. Opening does not wait for the other end of a pipe: a pipe
+/// that no process has opened for writing reads as empty. It does wait until another process gives
+/// up a lease on the file. Child processes do not inherit the handle, and it never takes the place
+/// of a closed standard stream.
 class InputFile
 {
 public:
     enum class Kind {
         ATTRIBUTES, ///< only its time and size are queried
         BINARY,     ///< read byte by byte
-        TEXT,       ///< read with the system's line ends turned into line feeds
+        TEXT,       ///< read with the system's line ends converted to line feeds
     };
 
     /// Opens the file. A directory is an error.
@@ -175,14 +178,14 @@ public:
     InputFile& operator=(const InputFile&) = delete;
     ~InputFile();
 
-    /// Returns whether there is something to read or to query. A directory is open where the system
-    /// opens directories, but `getError` returns an error for it and reading it fails.
+    /// Returns whether the file can be read or queried. On some systems a directory is open, too,
+    /// but `getError` returns an error for it and `read` fails.
     bool isOpen() const;
 
-    /// Returns the error code of the failed opening or reading; 0 if neither has failed.
+    /// Returns the error code if opening or reading has failed, otherwise 0.
     int getError() const { return m_Error; }
 
-    /// Reads until the buffer is full or the file ends. A signal does not end it early.
+    /// Reads until the buffer is full or the file ends, and continues after signals.
     /// @return the number of bytes read; fewer than `size` at the end of the file or on failure
     std::size_t read(void* buffer, std::size_t size);
 
@@ -200,15 +203,16 @@ private:
 };
 
 /// A file opened for writing, created if it does not exist. Opening a pipe without a reader fails
-/// at once, and a write to a pipe whose reader has closed it fails without a signal. Child
-/// processes do not inherit the handle.
+/// at once, and a write to a pipe whose reader has closed it fails without a signal. Opening waits
+/// until another process gives up a lease on the file. Child processes do not inherit the handle,
+/// and it never takes the place of a closed standard stream.
 class OutputFile
 {
 public:
     enum class Kind {
         BINARY,      ///< truncated
-        TEXT,        ///< truncated; line feeds become the system's line ends
-        APPEND_TEXT, ///< as TEXT, but the file's content is kept
+        TEXT,        ///< truncated; line feeds are converted to the system's line ends
+        APPEND_TEXT, ///< as TEXT, but not truncated
     };
 
     /// Opens the file. Text is always written at the current end of the file: other programs may
@@ -226,12 +230,13 @@ public:
 
 private:
     std::intptr_t m_Handle;
-    bool m_IsPipe = false;
+    int m_State = 0; ///< the kind of the file, in the system's own terms
 };
 
 /// Replaces the content of a file, or creates it. A regular file is replaced as a whole: after a
-/// failure or a crash it has either the old content or the new one. Where the system cannot do that
-/// without losing a property of the file, it is written in place. A write error is not reported.
+/// failure or a crash it has either the old content or the new one. The function waits until the
+/// disk has stored the content. If the system cannot replace the file without losing one of its
+/// properties, the file is written in place. A write error is not reported.
 /// @return false if the file cannot be opened for writing
 bool replaceFile(const std::string& path, const char* bytes, std::size_t size);
 
@@ -239,13 +244,13 @@ bool replaceFile(const std::string& path, const char* bytes, std::size_t size);
 /// @name Desktop
 /// @{
 
-/// Shows an error in a box and waits until the user has closed it. Neither text is ever taken for
-/// anything but text.
-/// @return false if the user has not seen it for certain
+/// Shows an error dialog and waits until the user has closed it. Neither text is interpreted as
+/// markup or as a program's option.
+/// @return false if the user may not have seen it
 bool showErrorBox(const char* text, const char* caption);
 
-/// Opens an address with the program that the desktop has for it, and does not wait for that. An
-/// address that the desktop could take for an option is not opened.
+/// Opens an address with the desktop's program for it, and does not wait for that program. An
+/// address that the desktop could read as an option is not opened.
 void openAddress(const char* address);
 
 /// @}
