@@ -16,6 +16,7 @@
 #include <qor/XMLElement.h>
 
 #include "Command.h"
+#include "ElementFile.h"
 #include "Host.h"
 #include "shared/Text.h"
 
@@ -34,8 +35,9 @@ private:
             return false;
         }
         qor::XMLElement templateRoot("");
-        if (templateRoot.load(tokens[1]) < 0) {
-            return fail("Cannot load " + quote(tokens[1]) + ": " + qor::XMLElement::getLastError());
+        const std::string error = loadElement(tokens[1], templateRoot);
+        if (!error.empty()) {
+            return fail(error);
         }
         if (!m_Host.getDocument().getRoot().validate(&templateRoot)) {
             return fail("The document does not match " + quote(tokens[1]) + ": " +

@@ -6,7 +6,7 @@
 
 #include <qor/File.h>
 
-#include "SaveElement.h"
+#include "ElementFile.h"
 #include "shared/Text.h"
 
 void Document::create(const std::string& rootName)
@@ -68,7 +68,7 @@ std::string Document::refuseToReplace(const std::string& filename) const
         return refusal + "it is not the document's file. Use 'save! FILE' to replace it";
     }
     if (!m_Unsupported.empty()) {
-        return refusal + "saving would lose " + m_Unsupported + advice;
+        return refusal + m_Unsupported + advice;
     }
     if (getWriteTime(filename) != m_WriteTime) {
         return refusal + "another program has changed it" + advice;

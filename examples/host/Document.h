@@ -36,7 +36,8 @@ public:
     /// Replaces the document by a loaded one.
     void take(const std::string& filename, Loader::TResult&& result);
 
-    /// Returns why saving to the document's file would lose data; empty if it would not.
+    /// Returns why saving to the document's file would change more than the user did; empty if it
+    /// would not.
     const std::string& getUnsupported() const { return m_Unsupported; }
 
     /// Saves the document. The file then is the document's.

@@ -111,9 +111,12 @@ void Host::enterLine(const std::string& line)
         return;
     }
     m_HasFailed = true;
+    if (!isUsageError()) {
+        return;
+    }
     const Command::TDescription* const description =
         findDescription(line.substr(0, line.find(' ', line.find_first_not_of(' '))));
-    if (!m_CommandResult && description) {
+    if (description) {
         m_Console.print("Usage: " + description->getUsage());
     }
 }
@@ -164,6 +167,14 @@ bool Host::hasLineFailed(unsigned int outputModCountBefore) const
     std::vector<std::string> newest;
     m_Console.getOutput(newest, 1, 0);
     return !newest.empty() && newest.front().rfind(FAILURE, 0) == 0;
+}
+
+/// Returns whether the console has refused the number of parameters.
+bool Host::isUsageError() const
+{
+    std::vector<std::string> newest;
+    m_Console.getOutput(newest, 1, 0);
+    return !m_CommandResult && newest.front().find("parameters for command") != std::string::npos;
 }
 
 bool Host::fail(const std::string& reason)
@@ -300,7 +311,7 @@ bool Host::takeDocument()
     m_Settings.getTable().setString("document/recent", filename);
     m_Console.print("Loaded " + quote(filename));
     if (!m_Document.getUnsupported().empty()) {
-        m_Console.print("Warning: saving would lose " + m_Document.getUnsupported());
+        m_Console.print("Warning: " + m_Document.getUnsupported());
     }
     qor::Log::info(toPrintable("Loaded " + quote(filename)));
     return true;

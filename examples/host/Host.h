@@ -161,6 +161,7 @@ private:
     void runLine(const std::string& line);
     void runCommand(const std::string& line);
     bool hasLineFailed(unsigned int outputModCountBefore) const;
+    bool isUsageError() const;
     void showProgress(const Loader::TProgress& progress);
     bool takeDocument();
 

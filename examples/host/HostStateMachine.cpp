@@ -28,8 +28,7 @@ bool HostStateMachine::dropDocument(const std::string& command, Action action)
         return action();
     }
     if (m_Host.getMode() == Host::Mode::SCRIPT) {
-        return m_Host.fail("Cannot " + command +
-                           ": the document has unsaved changes. Save it, or " + "use " +
+        return m_Host.fail("The document has unsaved changes. Save it, or use " +
                            quote(command + "!") + " to drop them");
     }
     m_PendingAction = std::move(action);

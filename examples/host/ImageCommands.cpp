@@ -193,6 +193,9 @@ private:
             return false;
         }
         print(describe(tokens[1], *image));
+        for (TPictureRow& row : makePicture(*image, columns)) {
+            m_Host.printPicture(std::move(row));
+        }
         return true;
     }
 };

@@ -10,7 +10,7 @@
 
 #include <qor/File.h>
 
-#include "SaveElement.h"
+#include "ElementFile.h"
 #include "SourceCheck.h"
 #include "shared/Text.h"
 
@@ -84,15 +84,7 @@ void Loader::load()
     const int result =
         source ? m_Result.document.parse(*source) : m_Result.document.load(m_Filename);
     if (result < 0) {
-        m_Result.error = "Cannot load " + quote(m_Filename);
-        if (source) {
-            // The negated position is that after the last byte read.
-            const auto position = static_cast<std::size_t>(-(result + 1));
-            const TTextPlace place = findPlace(*source, position);
-            m_Result.error +=
-                ", line " + std::to_string(place.line) + ", column " + std::to_string(place.column);
-        }
-        m_Result.error += ": " + qor::XMLElement::getLastError();
+        m_Result.error = describeLoadError(m_Filename, source.value_or(""), result);
     } else if (source) {
         m_Result.unsupported = findUnsupported(*source, static_cast<std::size_t>(result));
     }

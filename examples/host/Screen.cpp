@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
 #include <map>
 #include <memory>
 #include <string>
@@ -124,17 +125,17 @@ class ColorPairs
 public:
     void reset() { m_Numbers.clear(); }
 
-    /// Returns the attribute of a pair of palette colors; 0 if there are too many pairs.
-    attr_t get(int foreground, int background)
+    /// Returns the number of a pair of palette colors; 0 if there are too many pairs.
+    short get(int foreground, int background)
     {
-        constexpr int MAX_PAIRS = 256; // COLOR_PAIR has no room for more
+        constexpr int MAX_PAIRS = std::numeric_limits<short>::max();
         const auto [entry, isNew] = m_Numbers.try_emplace({foreground, background}, 0);
         if (isNew && static_cast<int>(m_Numbers.size()) < std::min(COLOR_PAIRS, MAX_PAIRS)) {
             entry->second = static_cast<short>(m_Numbers.size());
             init_pair(entry->second, static_cast<short>(foreground),
                       static_cast<short>(background));
         }
-        return static_cast<attr_t>(COLOR_PAIR(entry->second));
+        return entry->second;
     }
 
 private:
@@ -193,6 +194,7 @@ private:
     };
 
     static constexpr int DEFAULT_COLOR = -1;
+    static constexpr short DEFAULT_PAIR = 0;
 
     static int getOutputRows() { return std::max(LINES - 1, 1); }
 
@@ -344,8 +346,7 @@ private:
             return;
         }
         const bool isRed = usesColors && row.line->isError;
-        wattrset(window,
-                 isRed ? static_cast<int>(m_Pairs.get(COLOR_RED, DEFAULT_COLOR)) : A_NORMAL);
+        setColors(isRed ? m_Pairs.get(COLOR_RED, DEFAULT_COLOR) : DEFAULT_PAIR);
         waddnstr(window, row.text.c_str(), -1);
     }
 
@@ -356,12 +357,13 @@ private:
         for (std::size_t x = 0; x < width; ++x) {
             const int lower =
                 picture.lower.empty() ? DEFAULT_COLOR : toPaletteColor(picture.lower[x]);
-            wattrset(m_Output.get(),
-                     static_cast<int>(m_Pairs.get(toPaletteColor(picture.upper[x]), lower)));
+            setColors(m_Pairs.get(toPaletteColor(picture.upper[x]), lower));
             waddstr(m_Output.get(), "\u2580");
         }
-        wattrset(m_Output.get(), A_NORMAL);
+        setColors(DEFAULT_PAIR);
     }
+
+    void setColors(short pair) { wattr_set(m_Output.get(), A_NORMAL, pair, nullptr); }
 
     /// Draws the part of the command line around the cursor that fits.
     void drawCommandLine()

@@ -5,8 +5,8 @@
 
 #include <qor/XMLElement.h>
 
+#include "ElementFile.h"
 #include "Host.h"
-#include "SaveElement.h"
 #include "shared/Text.h"
 
 namespace
@@ -31,8 +31,9 @@ std::string readFile(const std::string& filename, qor::XMLElement& root)
     if (type != std::filesystem::file_type::regular) {
         return failure + (error ? error.message() : "it is not a regular file");
     }
-    if (root.load(filename) < 0) {
-        return failure + qor::XMLElement::getLastError();
+    const std::string loadError = loadElement(filename, root);
+    if (!loadError.empty()) {
+        return loadError;
     }
     const int version = root.getValueAsInteger("version", 0);
     if (root.getName() != "configuration" || version < 1) {

@@ -4,6 +4,10 @@
 #include <array>
 #include <string_view>
 
+#include <qor/XMLElement.h>
+
+#include "shared/Text.h"
+
 namespace
 {
 
@@ -131,18 +135,33 @@ TTextPlace findPlace(const std::string& text, std::size_t position)
     return place;
 }
 
+std::string describeLoadError(const std::string& filename, const std::string& source, int result)
+{
+    std::string text = "Cannot load " + quote(filename);
+    if (!source.empty()) {
+        // The negated result is the position after the last byte that was read.
+        const TTextPlace place = findPlace(source, static_cast<std::size_t>(-(result + 1)));
+        text += ", line " + std::to_string(place.line) + ", column " + std::to_string(place.column);
+    }
+    return text + ": " + qor::XMLElement::getLastError();
+}
+
 std::string findUnsupported(const std::string& source, std::size_t end)
 {
+    const auto describeLine = [&source](std::size_t position) {
+        return "line " + std::to_string(findPlace(source, position).line);
+    };
     Scanner scanner(std::string_view(source).substr(0, end));
-    std::string found = scanner.scan();
-    std::size_t position = scanner.getPosition();
-    if (found.empty() && scanner.isCutShort()) {
-        found = "an end without the root's closing tag";
-        position = end;
-    } else if (found.empty() && source.find_first_not_of(BLANKS, end) != std::string::npos) {
-        found = "text or comments after the root element";
-        position = source.find_first_not_of(BLANKS, end);
+    const std::string found = scanner.scan();
+    if (!found.empty()) {
+        return describeLine(scanner.getPosition()) + " has " + found +
+               ", which saving does not keep";
     }
-    return found.empty() ? found
-                         : found + " in line " + std::to_string(findPlace(source, position).line);
+    if (scanner.isCutShort()) {
+        return "the text ends in " + describeLine(end) + ", before the end of its root element";
+    }
+    const std::size_t rest = source.find_first_not_of(BLANKS, end);
+    return rest == std::string::npos
+               ? ""
+               : describeLine(rest) + " follows the root element, and saving does not keep it";
 }

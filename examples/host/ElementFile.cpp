@@ -1,10 +1,35 @@
-#include "SaveElement.h"
+#include "ElementFile.h"
 
+#include <fstream>
+#include <iterator>
 #include <system_error>
 
 #include <qor/File.h>
 
+#include "SourceCheck.h"
 #include "shared/Text.h"
+
+namespace
+{
+
+/// Returns the content of a regular file; empty if there is none or it cannot be read.
+std::string readText(const std::string& filename)
+{
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(filename, error)) {
+        return "";
+    }
+    std::ifstream file(filename, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+} // namespace
+
+std::string loadElement(const std::string& filename, qor::XMLElement& element)
+{
+    const int result = element.load(filename);
+    return result < 0 ? describeLoadError(filename, readText(filename), result) : "";
+}
 
 std::string saveElement(const qor::XMLElement& element, const std::string& filename,
                         bool isFormatted, int& size)
