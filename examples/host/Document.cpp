@@ -31,14 +31,19 @@ std::string Document::save(const TSaveOptions& options, int& size)
     // A copy, since the member is assigned below.
     const std::string filename = options.filename.empty() ? m_Filename : options.filename;
     std::string error = refuse(filename, options.replaces);
-    if (error.empty()) {
-        error = saveElement(m_Root, filename, options.isFormatted, size);
+    if (!error.empty()) {
+        return error;
     }
+    const bool isOwn = isOwnFile(filename);
+    error = saveElement(m_Root, filename, options.isFormatted, size);
     if (error.empty()) {
         m_Filename = filename;
-        m_WriteTime = getWriteTime(filename);
         m_Unsupported.clear();
         m_IsChanged = false;
+    }
+    if (error.empty() || isOwn) {
+        // Also after a failure, so that it can be saved again.
+        m_WriteTime = getWriteTime(filename);
     }
     return error;
 }
