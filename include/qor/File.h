@@ -25,7 +25,7 @@ namespace qor
 /// @code
 /// const std::string directory = qor::File::getUserDataDirectory("myhost", true);
 /// if (directory.empty()) {
-///     qor::Log::error("Settings cannot be stored");
+///     qor::Log::error("Settings cannot be stored"); // for example, no ~/.local/share yet
 ///     return;
 /// }
 /// const std::string file = qor::File::filePath(directory, "settings.xml");
