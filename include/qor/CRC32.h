@@ -27,7 +27,10 @@ class QORTK_API CRC32 : public Checksum
 {
 public:
     /// @param initialValue the register at the beginning, and after reset()
-    explicit CRC32(unsigned int initialValue = 0);
+    explicit CRC32(unsigned int initialValue = 0)
+        : m_InitialValue(initialValue), m_CurrentValue(initialValue)
+    {
+    }
 
     /// Takes over the register and the initial value.
     /// @{
@@ -35,7 +38,7 @@ public:
     CRC32& operator=(const CRC32& other) = default;
     /// @}
 
-    ~CRC32() override;
+    ~CRC32() override = default;
 
     void addRaw(const unsigned char* data, unsigned int length) override;
 
@@ -50,7 +53,7 @@ public:
     void getChecksumRaw(unsigned char* out) override;
 
     /// @return the register
-    unsigned int getChecksumInteger() override;
+    unsigned int getChecksumInteger() override { return m_CurrentValue; }
 
     void reset() override;
 
