@@ -5,6 +5,10 @@
 #include <string>
 #include <vector>
 
+#ifdef HAVE_FAST_FLOAT
+#include <fast_float/fast_float.h>
+#endif
+
 #include "qor/qor.h"
 
 // Number texts: the library's conversions beside the bare ones of <charconv>. Reading by them skips
@@ -93,6 +97,19 @@ void readFloatBare(benchmark::State& state)
 {
     read<float>(state, readBare<float>);
 }
+
+#ifdef HAVE_FAST_FLOAT
+void readFloatFast(benchmark::State& state)
+{
+    read<float>(state, [](const std::string& text) {
+        float number = 0;
+        fast_float::from_chars(text.data(), text.data() + text.size(), number);
+        return number;
+    });
+}
+
+BENCHMARK(readFloatFast)->Name("read/float/fast_float");
+#endif
 
 template<typename TNumber>
 void writeValue(benchmark::State& state)

@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "foundation/StreamText.h"
+#include "foundation/NumberParsing.h"
 #include "qor/Log.h"
 #include "qor/StringUtil.h"
 

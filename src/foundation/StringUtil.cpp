@@ -8,7 +8,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "foundation/StreamText.h"
+#include "foundation/NumberParsing.h"
 #include "foundation/Whitespace.h"
 
 namespace qor

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "foundation/StreamText.h"
+#include "foundation/NumberParsing.h"
 #include "foundation/Whitespace.h"
 #include "qor/StringUtil.h"
 
