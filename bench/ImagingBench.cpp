@@ -255,7 +255,7 @@ int main(int argumentCount, char** argumentValues)
     const struct {
         const char* name;
         int width, height;
-    } sizes[] = {{"64", 64, 64}, {"512", 512, 512}, {"1920x1080", 1920, 1080}};
+    } sizes[] = {{"64", 64, 64}, {"256", 256, 256}, {"512", 512, 512}, {"1920x1080", 1920, 1080}};
     for (const auto& size : sizes) {
         contestPlain(size.name, size.width, size.height, 0, 0);
         contestPlain(std::string(size.name) + "-clipped", size.width, size.height, -size.width / 4,

@@ -16,8 +16,8 @@
 #include "qor/Matrix.h"
 #include "qor/Vector.h"
 
-// Matrices and vectors beside libraries whose operations are inlined; each of qortk's is a call
-// into a shared library.
+// Matrices and vectors beside libraries whose operations are inlined. Those of qortk that multiply
+// are calls into a shared library.
 
 namespace
 {

@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include <numeric>
+
 #include <gtest/gtest.h>
 
 #include "PixelData.h"
@@ -110,6 +112,23 @@ TEST(RectangleTest, OperationsGiveTheseEdges)
         const Rectangle r(readInts(row[1]).data());
         EXPECT_EQ(runOnRectangle(row[0], r, readInts(row[2])), readInts(row[3]))
             << row[0] << " " << row[1] << " " << row[2];
+    }
+}
+
+TEST(ImageTest, FlippingReversesTheRows)
+{
+    for (const int width : {1, 3, 37}) {
+        for (const int height : {1, 2, 5}) {
+            Image image(static_cast<unsigned long>(width), static_cast<unsigned long>(height));
+            std::uint32_t* const pixels = image.getData();
+            std::iota(pixels, pixels + width * height, 0u);
+            image.flipVertical();
+            for (int i = 0; i < width * height; ++i) {
+                const int row = height - 1 - i / width;
+                ASSERT_EQ(pixels[i], static_cast<std::uint32_t>(row * width + i % width))
+                    << width << " x " << height << ", pixel " << i;
+            }
+        }
     }
 }
 

@@ -92,8 +92,7 @@ public:
     /// Gives up the pixels; width and height become 0.
     void reset();
 
-    /// Reverses the order of the rows. Needs memory for one row: `std::bad_alloc` leaves the image
-    /// as it was.
+    /// Reverses the order of the rows in place.
     void flipVertical();
 
     /// Takes no pixels, since no layout is defined: does what reset() does.
@@ -145,7 +144,7 @@ public:
     /// Reads an uncompressed TGA file without a colour map, of 8 bits (grey), 24 bits, or 32 bits
     /// with alpha per pixel. Alpha is 255 where the file has none. The file is taken as holding its
     /// bottom row first, whatever it says. A pipe that nobody writes into counts as empty,
-    /// and is not waited for. May throw `std::bad_alloc`, as create() and flipVertical() do.
+    /// and is not waited for. May throw `std::bad_alloc`, as create() does.
     /// @return width * height, of which the low 32 bits count; or
     ///         -1 the file cannot be opened, or its name is null;
     ///         -2 it has no whole header;

@@ -76,6 +76,15 @@ TClipped clip(const Image& source, const Rectangle& sourceRect, const Image& tar
     return areas;
 }
 
+/// Swaps two rows that do not overlap, in registers.
+QORTK_CLONES
+void swapRows(std::uint32_t* __restrict upper, std::uint32_t* __restrict lower, std::size_t width)
+{
+    for (std::size_t x = 0; x < width; ++x) {
+        std::swap(upper[x], lower[x]);
+    }
+}
+
 /// Where a rectangle of an image begins in its pixels.
 std::ptrdiff_t startOf(const Rectangle& area, const Image& image)
 {
@@ -232,19 +241,11 @@ void Image::flipVertical()
     if (!m_Pixels || m_Height < 2) {
         return;
     }
-    // In pieces, for which processors copy faster than for whole long rows.
-    constexpr std::size_t PIECE = 512;
     const std::size_t width = static_cast<std::size_t>(m_Width);
-    const std::unique_ptr<std::uint32_t[]> scratch = allocatePixels(m_Width, 1);
     std::uint32_t* upper = m_Pixels.get();
     std::uint32_t* lower = upper + countPixels() - width;
     for (; upper < lower; upper += width, lower -= width) {
-        for (std::size_t x = 0; x < width; x += PIECE) {
-            const std::size_t size = std::min(PIECE, width - x) * sizeof scratch[0];
-            std::memcpy(scratch.get(), upper + x, size);
-            std::memcpy(upper + x, lower + x, size);
-            std::memcpy(lower + x, scratch.get(), size);
-        }
+        swapRows(upper, lower, width);
     }
 }
 
