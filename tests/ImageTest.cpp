@@ -1,11 +1,10 @@
 #include <functional>
 #include <limits>
 #include <map>
+#include <numeric>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <numeric>
 
 #include <gtest/gtest.h>
 
