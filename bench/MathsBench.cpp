@@ -74,7 +74,7 @@ public:
         return *this;
     }
 
-    void hold(const char* work) const { holdContest(work, m_Contestants); }
+    void hold(const char* work) const { compare(work, m_Contestants); }
 
 private:
     std::vector<TContestant> m_Contestants;
@@ -210,5 +210,5 @@ int main(int argumentCount, char** argumentValues)
     cross.hold("vector/cross");
     dot.hold("vector/dot");
     unit.hold("vector/normalize");
-    return runContests(argumentCount, argumentValues);
+    return runComparisons(argumentCount, argumentValues);
 }
