@@ -16,6 +16,9 @@
 #ifdef HAVE_ISAL
 #include <isa-l/crc.h>
 #endif
+#ifdef HAVE_LIBDEFLATE
+#include <libdeflate.h>
+#endif
 #ifdef HAVE_OPENSSL
 #define OPENSSL_SUPPRESS_DEPRECATED
 #include <openssl/md5.h>
@@ -87,6 +90,13 @@ unsigned int crcByZlib(const TBytes& data)
 unsigned int crcByIsal(const TBytes& data)
 {
     return crc32_gzip_refl(0, data.data(), data.size());
+}
+#endif
+
+#ifdef HAVE_LIBDEFLATE
+unsigned int crcByLibdeflate(const TBytes& data)
+{
+    return libdeflate_crc32(0, data.data(), data.size());
 }
 #endif
 
@@ -176,6 +186,9 @@ int main(int argc, char** argv)
 #endif
 #ifdef HAVE_ISAL
     addData("CRC-32", "ISA-L", crcByIsal, crcByQortk);
+#endif
+#ifdef HAVE_LIBDEFLATE
+    addData("CRC-32", "libdeflate", crcByLibdeflate, crcByQortk);
 #endif
     addData("MD5", "qortk", digestByQortk, digestByQortk);
 #ifdef HAVE_OPENSSL

@@ -5,6 +5,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "qor/Configuration.h"
@@ -94,29 +95,32 @@ void setOwn(benchmark::State& state)
     }
 }
 
-std::map<std::string, int> makeMap(const std::vector<std::string>& names)
+template<typename TMap>
+TMap makeMap(const std::vector<std::string>& names)
 {
-    std::map<std::string, int> map;
+    TMap map;
     for (const std::string& name : names) {
         map.emplace(name, static_cast<int>(map.size()));
     }
     return map;
 }
 
+template<typename TMap>
 void getFromMap(benchmark::State& state)
 {
     const std::vector<std::string> names = makeNames(state);
-    const std::map<std::string, int> map = makeMap(names);
+    const auto map = makeMap<TMap>(names);
     Walk walk(names);
     for (auto _ : state) {
         benchmark::DoNotOptimize(map.find(walk.next())->second);
     }
 }
 
+template<typename TMap>
 void setInMap(benchmark::State& state)
 {
     const std::vector<std::string> names = makeNames(state);
-    std::map<std::string, int> map = makeMap(names);
+    auto map = makeMap<TMap>(names);
     Walk walk(names);
     int number = 0;
     for (auto _ : state) {
@@ -329,7 +333,10 @@ void loadPugi(benchmark::State& state, Shape shape)
 int main(int argumentCount, char** arguments)
 {
     registerAccess("qortk", getOwn, setOwn);
-    registerAccess("std::map", getFromMap, setInMap);
+    using TMap = std::map<std::string, int>;
+    using THashMap = std::unordered_map<std::string, int>;
+    registerAccess("std::map", getFromMap<TMap>, setInMap<TMap>);
+    registerAccess("std::unordered_map", getFromMap<THashMap>, setInMap<THashMap>);
     registerWork("qortk", saveOwn, loadOwn);
     registerWork("XML alone", saveElements, loadElements);
 #ifdef HAVE_BOOST

@@ -17,7 +17,7 @@ struct TContestant {
 
 /// Lets each contestant do the work once, ends the program unless all do it right, and has them
 /// timed under the names WORK/SOURCE/CONTESTANT.
-inline void holdContest(const std::string& work, const std::vector<TContestant>& contestants)
+inline void compare(const std::string& work, const std::vector<TContestant>& contestants)
 {
     for (const TContestant& contestant : contestants) {
         contestant.run();
@@ -37,7 +37,7 @@ inline void holdContest(const std::string& work, const std::vector<TContestant>&
 }
 
 /// Times all that was announced.
-inline int runContests(int argumentCount, char** argumentValues)
+inline int runComparisons(int argumentCount, char** argumentValues)
 {
     benchmark::Initialize(&argumentCount, argumentValues);
     benchmark::RunSpecifiedBenchmarks();

@@ -99,7 +99,7 @@ void contestPlain(const std::string& name, int width, int height, int x, int y)
         };
     });
 #endif
-    holdContest("copy/" + name, contestants);
+    compare("copy/" + name, contestants);
 }
 
 /// Which pixels of a sprite pass.
@@ -159,24 +159,24 @@ void contestKeyed(const std::string& name, int size, Share share, int alphaLevel
         };
     });
 #endif
-    holdContest(name, contestants);
+    compare(name, contestants);
 }
 
 void contestFlip(const std::string& name, int width, int height)
 {
     const Shared image = makeNoise(width, height), byHand = std::make_shared<Image>(*image);
     const auto isRight = [=] { return isSame(*image, *byHand); };
-    holdContest("flip/" + name, {{"swap_ranges",
-                                  [=] {
-                                      std::uint32_t* const pixels = byHand->getData();
-                                      for (int y = 0; y < height / 2; ++y) {
-                                          std::uint32_t* const row = pixels + y * width;
-                                          std::swap_ranges(row, row + width,
-                                                           pixels + (height - 1 - y) * width);
-                                      }
-                                  },
-                                  [] { return true; }},
-                                 {"qortk", [=] { image->flipVertical(); }, isRight}});
+    compare("flip/" + name, {{"swap_ranges",
+                              [=] {
+                                  std::uint32_t* const pixels = byHand->getData();
+                                  for (int y = 0; y < height / 2; ++y) {
+                                      std::uint32_t* const row = pixels + y * width;
+                                      std::swap_ranges(row, row + width,
+                                                       pixels + (height - 1 - y) * width);
+                                  }
+                              },
+                              [] { return true; }},
+                             {"qortk", [=] { image->flipVertical(); }, isRight}});
 }
 
 /// Files of the program, gone at its end.
@@ -244,8 +244,8 @@ void contestFiles(const Files& files, int width, int height, int depth)
                            return std::equal(expected.begin(), expected.end(), pixels.get());
                        }});
 #endif
-    holdContest("save/" + name, savers);
-    holdContest("load/" + name, loaders);
+    compare("save/" + name, savers);
+    compare("load/" + name, loaders);
 }
 
 } // namespace
@@ -255,7 +255,7 @@ int main(int argumentCount, char** argumentValues)
     const struct {
         const char* name;
         int width, height;
-    } sizes[] = {{"64", 64, 64}, {"512", 512, 512}, {"1920x1080", 1920, 1080}};
+    } sizes[] = {{"64", 64, 64}, {"256", 256, 256}, {"512", 512, 512}, {"1920x1080", 1920, 1080}};
     for (const auto& size : sizes) {
         contestPlain(size.name, size.width, size.height, 0, 0);
         contestPlain(std::string(size.name) + "-clipped", size.width, size.height, -size.width / 4,
@@ -276,5 +276,5 @@ int main(int argumentCount, char** argumentValues)
     for (const int depth : {8, 24, 32}) {
         contestFiles(files, 1024, 768, depth);
     }
-    return runContests(argumentCount, argumentValues);
+    return runComparisons(argumentCount, argumentValues);
 }

@@ -16,8 +16,8 @@
 #include "qor/Matrix.h"
 #include "qor/Vector.h"
 
-// Matrices and vectors beside libraries whose operations are inlined; each of qortk's is a call
-// into a shared library.
+// Matrices and vectors beside libraries whose operations are inlined. Those of qortk that multiply
+// are calls into a shared library.
 
 namespace
 {
@@ -74,7 +74,7 @@ public:
         return *this;
     }
 
-    void hold(const char* work) const { holdContest(work, m_Contestants); }
+    void hold(const char* work) const { compare(work, m_Contestants); }
 
 private:
     std::vector<TContestant> m_Contestants;
@@ -210,5 +210,5 @@ int main(int argumentCount, char** argumentValues)
     cross.hold("vector/cross");
     dot.hold("vector/dot");
     unit.hold("vector/normalize");
-    return runContests(argumentCount, argumentValues);
+    return runComparisons(argumentCount, argumentValues);
 }

@@ -1,14 +1,22 @@
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <charconv>
+#include <cstdint>
+#include <ctime>
 #include <random>
 #include <string>
 #include <vector>
 
+#ifdef HAVE_FAST_FLOAT
+#include <fast_float/fast_float.h>
+#endif
+
 #include "qor/qor.h"
 
-// Number texts: the library's conversions beside the bare ones of <charconv>. Reading by them skips
-// no white space; what they write is put into a string here, as the library's texts are.
+// Number texts: the library's conversions beside the bare ones of <charconv> and fast_float, which
+// skip no white space. All written texts end up in a string. Time stamps beside a version that is
+// written by hand for the usual years.
 
 namespace
 {
@@ -94,6 +102,19 @@ void readFloatBare(benchmark::State& state)
     read<float>(state, readBare<float>);
 }
 
+#ifdef HAVE_FAST_FLOAT
+void readFloatFast(benchmark::State& state)
+{
+    read<float>(state, [](const std::string& text) {
+        float number = 0;
+        fast_float::from_chars(text.data(), text.data() + text.size(), number);
+        return number;
+    });
+}
+
+BENCHMARK(readFloatFast)->Name("read/float/fast_float");
+#endif
+
 template<typename TNumber>
 void writeValue(benchmark::State& state)
 {
@@ -126,6 +147,83 @@ void writeFloatBare(benchmark::State& state)
     });
 }
 
+/// Time stamps of the years 1970 to 2103.
+std::vector<std::int64_t> timeStamps()
+{
+    std::mt19937 random(11);
+    std::vector<std::int64_t> list(COUNT);
+    std::generate(list.begin(), list.end(), [&random] { return random(); });
+    return list;
+}
+
+template<typename TWrite>
+void writeTimeStamps(benchmark::State& state, TWrite writeTimeStamp)
+{
+    const std::vector<std::int64_t> list = timeStamps();
+    for (const std::int64_t timeStamp : list) {
+        if (writeTimeStamp(timeStamp) != qor::StringUtil::timeStampToString(timeStamp, true)) {
+            state.SkipWithError("another text");
+        }
+    }
+    for (auto _ : state) {
+        for (const std::int64_t timeStamp : list) {
+            benchmark::DoNotOptimize(writeTimeStamp(timeStamp));
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(COUNT));
+}
+
+void writeTimeStamp(benchmark::State& state)
+{
+    writeTimeStamps(state, [](std::int64_t timeStamp) {
+        return qor::StringUtil::timeStampToString(timeStamp, true);
+    });
+}
+
+/// Needs no more than four digits for the year, and no sign.
+std::string timeStampByHand(std::int64_t timeStamp)
+{
+    const auto days = static_cast<unsigned int>(timeStamp / 86400) + 719468;
+    const auto second = static_cast<unsigned int>(timeStamp % 86400);
+    const unsigned int era = days / 146097, day = days % 146097;
+    const unsigned int year = (day - day / 1460 + day / 36524 - day / 146096) / 365;
+    const unsigned int dayOfYear = day - (365 * year + year / 4 - year / 100);
+    const unsigned int shifted = (5 * dayOfYear + 2) / 153;
+    const unsigned int month = shifted < 10 ? shifted + 3 : shifted - 9;
+    const unsigned int wholeYear = year + era * 400 + (month <= 2 ? 1 : 0);
+    char text[] = "0000-00-00 00:00:00";
+    const auto put = [&text](int place, unsigned int number) {
+        text[place] = static_cast<char>('0' + number / 10);
+        text[place + 1] = static_cast<char>('0' + number % 10);
+    };
+    put(0, wholeYear / 100);
+    put(2, wholeYear % 100);
+    put(5, month);
+    put(8, dayOfYear - (153 * shifted + 2) / 5 + 1);
+    put(11, second / 3600);
+    put(14, second / 60 % 60);
+    put(17, second % 60);
+    return std::string(text, sizeof text - 1);
+}
+
+void writeTimeStampByHand(benchmark::State& state)
+{
+    writeTimeStamps(state, timeStampByHand);
+}
+
+void writeTimeStampByStrftime(benchmark::State& state)
+{
+    writeTimeStamps(state, [](std::int64_t timeStamp) {
+        const std::time_t seconds = timeStamp;
+        char text[32];
+        return std::string(
+            text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", std::gmtime(&seconds)));
+    });
+}
+
+BENCHMARK(writeTimeStamp)->Name("write/time-stamp/qortk");
+BENCHMARK(writeTimeStampByHand)->Name("write/time-stamp/by hand");
+BENCHMARK(writeTimeStampByStrftime)->Name("write/time-stamp/strftime");
 BENCHMARK(readInteger)->Name("read/integer/qortk");
 BENCHMARK(readIntegerBare)->Name("read/integer/from_chars");
 BENCHMARK(readFloat)->Name("read/float/qortk");

@@ -40,7 +40,7 @@ bool usesHeapAgain = false;
 
 /// Gives freed memory back, so that each step meets the heap of a fresh program. Otherwise a result
 /// depends on the order in which the steps before it freed theirs.
-void freshenHeap()
+void trimHeap()
 {
 #if defined(__GLIBC__)
     if (!usesHeapAgain) {
@@ -58,7 +58,7 @@ void timeBatch(benchmark::State& state, const TSource& source, TPrepare prepare,
         for (TDocument& document : batch) {
             document.clear();
         }
-        freshenHeap();
+        trimHeap();
         for (TDocument& document : batch) {
             prepare(document);
         }

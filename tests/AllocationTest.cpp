@@ -77,15 +77,14 @@ TEST(AllocationTest, DroppedConsoleLinesReleaseTheirMemory)
     EXPECT_EQ(liveBlocks, before);
 }
 
-TEST(AllocationTest, TransfersAllocateNothingAndFlippingOneRow)
+TEST(AllocationTest, TransfersAndFlippingAllocateNothing)
 {
-    Image source(8, 8), target(8, 8), row(8, 1);
+    Image source(8, 8), target(8, 8);
     std::fill_n(source.getData(), 64, 0xFF123456);
     const qor::Rectangle all = source.getSize();
     EXPECT_EQ(countAllocations([&] { target.blit(source, all, 1, 1); }), 0);
     EXPECT_EQ(countAllocations([&] { target.blit(source, all, 0, 0, 9, 9, 2); }), 0);
-    EXPECT_EQ(countAllocations([&] { row.flipVertical(); }), 0);
-    EXPECT_EQ(countAllocations([&] { source.flipVertical(); }), 1);
+    EXPECT_EQ(countAllocations([&] { source.flipVertical(); }), 0);
 }
 
 TEST(AllocationTest, ImagesSurviveImpossibleSizes)

@@ -1,10 +1,13 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "TestData.h"
+#include "checksum/CRCFolding.h"
+#include "checksum/CRCTables.h"
 #include "qor/qor.h"
 
 using qor::Checksum;
@@ -92,6 +95,37 @@ TEST(ChecksumTest, ValuesAreThoseOfOtherPrograms)
         digest.add("something else");
         digest.reset();
         EXPECT_EQ(finished(copy), test[4]) << size;
+    }
+}
+
+TEST(ChecksumTest, EveryCRC32ImplementationMatchesBitwiseDivision)
+{
+    constexpr std::size_t MAX_OFFSET = 63, MAX_SIZE = 700;
+    std::mt19937 random(3);
+    std::vector<unsigned char> data(MAX_OFFSET + MAX_SIZE);
+    for (unsigned char& byte : data) {
+        byte = static_cast<unsigned char>(random());
+    }
+    for (std::size_t offset = 0; offset <= MAX_OFFSET; ++offset) {
+        const unsigned char* const begin = &data[offset];
+        const auto before = static_cast<std::uint32_t>(random());
+        std::vector<std::uint32_t> expected = {before};
+        for (std::size_t size = 0; size <= MAX_SIZE; ++size) {
+            ASSERT_EQ(qor::addBytesByTables(before, begin, size), expected[size])
+                << size << " bytes at " << offset;
+            for (const qor::TCRCFolding* folding : qor::getCRCFoldings()) {
+                if (size >= folding->minSize && folding->isSupported()) {
+                    ASSERT_EQ(folding->fold(before, begin, size),
+                              expected[size - size % qor::TCRCFolding::UNIT])
+                        << folding->vectorBits << " bits, " << size << " bytes at " << offset;
+                }
+            }
+            std::uint32_t value = expected.back() ^ (size < MAX_SIZE ? begin[size] : 0u);
+            for (int bit = 0; bit < 8; ++bit) {
+                value = qor::multiplyByX(value);
+            }
+            expected.push_back(value);
+        }
     }
 }
 

@@ -1,6 +1,7 @@
 #include <functional>
 #include <limits>
 #include <map>
+#include <numeric>
 #include <string>
 #include <utility>
 #include <vector>
@@ -110,6 +111,23 @@ TEST(RectangleTest, ComputesEdges)
         const Rectangle r(readInts(row[1]).data());
         EXPECT_EQ(runOnRectangle(row[0], r, readInts(row[2])), readInts(row[3]))
             << row[0] << " " << row[1] << " " << row[2];
+    }
+}
+
+TEST(ImageTest, FlipsRowsInPlace)
+{
+    for (const int width : {1, 3, 37}) {
+        for (const int height : {1, 2, 5}) {
+            Image image(static_cast<unsigned long>(width), static_cast<unsigned long>(height));
+            std::uint32_t* const pixels = image.getData();
+            std::iota(pixels, pixels + width * height, 0u);
+            image.flipVertical();
+            for (int i = 0; i < width * height; ++i) {
+                const int row = height - 1 - i / width;
+                ASSERT_EQ(pixels[i], static_cast<std::uint32_t>(row * width + i % width))
+                    << width << " x " << height << ", pixel " << i;
+            }
+        }
     }
 }
 

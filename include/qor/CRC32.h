@@ -30,7 +30,10 @@ public:
 
     /// Constructs a register with an initial value.
     /// @param initialValue value of the register at the start and after reset()
-    explicit CRC32(unsigned int initialValue);
+    explicit CRC32(unsigned int initialValue)
+        : m_InitialValue(initialValue), m_CurrentValue(initialValue)
+    {
+    }
 
     /// Copies the register and the initial value.
     /// @param other checksum to copy
@@ -39,7 +42,7 @@ public:
     CRC32& operator=(const CRC32& other) = default;
     /// @}
 
-    ~CRC32() override;
+    ~CRC32() override = default;
 
     void addRaw(const unsigned char* data, unsigned int length) override;
 
@@ -55,7 +58,7 @@ public:
     void getChecksumRaw(unsigned char* out) override;
 
     /// Returns the register.
-    unsigned int getChecksumInteger() override;
+    unsigned int getChecksumInteger() override { return m_CurrentValue; }
 
     void reset() override;
 

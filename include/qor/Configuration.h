@@ -1,8 +1,8 @@
 #pragma once
 
 #include <list>
-#include <map>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "qor/Export.h"
@@ -219,11 +219,6 @@ private:
         unsigned int version;
     };
 
-    /// Orders names byte by byte.
-    struct TByteOrder {
-        bool operator()(const std::string& left, const std::string& right) const;
-    };
-
     int addParameter(const TParameter& parameter);
     int findParameter(const std::string& name) const;
     const TParameter* findParameter(const std::string& name, ParameterType type) const;
@@ -243,7 +238,7 @@ private:
     unsigned int m_Version;
     std::string m_FileName; ///< of the last load; empty if there was none
     std::vector<TParameter> m_Parameters;
-    std::map<std::string, int, TByteOrder> m_ParameterIndex;
+    std::unordered_map<std::string, int> m_ParameterIndex; ///< by name
     std::list<Listener*> m_Listeners;
 
     static Configuration* m_Instance;

@@ -103,9 +103,8 @@ public:
     /// Releases the pixels and sets width and height to 0.
     void reset() noexcept;
 
-    /// Reverses the order of the rows. Takes time proportional to the number of pixels.
-    /// @throws std::bad_alloc if there is not enough memory for one row; the image is unchanged
-    void flipVertical();
+    /// Reverses the order of the rows in place. Takes time proportional to the number of pixels.
+    void flipVertical() noexcept;
 
     /// Releases the pixels as reset() does. No layout is defined, so no data is ever read.
     /// @param data ignored
@@ -208,7 +207,7 @@ public:
     ///            memory for that size, the image is empty.
     ///         After -1 to -5 the image is unchanged.
     /// @throws std::bad_alloc if there is not enough memory for a complete file. The image then has
-    ///         the new size, and either no pixels or rows in the order of the file.
+    ///         the new size and no pixels.
     [[nodiscard]] int loadTGA(const char* filename);
 
     /// Writes an uncompressed TGA file in place, replacing the content of an existing file. Gray is

@@ -1,6 +1,9 @@
 #include "checksum/CRCFolding.h"
 
-#include <immintrin.h>
+#include <iterator>
+
+#include "checksum/CRCFoldingKernel.h"
+#include "checksum/CRCFoldingWide.h"
 
 namespace qor
 {
@@ -8,72 +11,51 @@ namespace qor
 namespace
 {
 
-/// x to that power, as a factor. A product of two reflected numbers comes out one bit too low.
-constexpr long long powerOfX(int exponent)
-{
-    std::uint32_t value = 0x80000000;
-    for (int i = 0; i < exponent; ++i) {
-        value = timesX(value);
-    }
-    return static_cast<long long>(value) << 1;
-}
+// __builtin_cpu_supports also checks that the system saves the vectors.
 
-/// The factors that move 16 bytes onto those that stand `bits` further on. The first half is 64
-/// bits further away, and each product reaches 32 bits beyond its half.
-template<int BITS>
-__m128i distance()
-{
-    constexpr long long FIRST = powerOfX(BITS + 32), SECOND = powerOfX(BITS - 32);
-    return _mm_set_epi64x(SECOND, FIRST);
-}
-
-__m128i load(const unsigned char* data)
-{
-    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(data));
-}
-
-__m128i moved(__m128i bytes, __m128i distance, __m128i target)
-{
-    const __m128i first = _mm_clmulepi64_si128(bytes, distance, 0x00);
-    const __m128i second = _mm_clmulepi64_si128(bytes, distance, 0x11);
-    return _mm_xor_si128(_mm_xor_si128(first, second), target);
-}
-
-} // namespace
-
-bool CRCFolding::isAvailable()
+bool has128()
 {
     return __builtin_cpu_supports("pclmul") != 0;
 }
 
-std::size_t CRCFolding::fold(std::uint32_t value, const unsigned char* data, std::size_t size,
-                             unsigned char (&folded)[FOLDED_SIZE])
+constexpr TCRCFolding FOLDING_128 = {128, 64, has128, fold<TVector128>};
+
+#ifdef QORTK_WIDE_CRC_FOLDING
+bool has256()
 {
-    constexpr std::size_t LANES = 4, WIDTH = sizeof(__m128i), BLOCK = LANES * WIDTH;
-    const __m128i overBlock = distance<8 * BLOCK>();
-    const __m128i overLane = distance<8 * WIDTH>();
+    return __builtin_cpu_supports("vpclmulqdq") != 0 && __builtin_cpu_supports("avx2") != 0;
+}
 
-    // Several lanes, as each product takes a while.
-    __m128i lanes[LANES];
-    for (std::size_t i = 0; i < LANES; ++i) {
-        lanes[i] = load(data + i * WIDTH);
-    }
-    lanes[0] = _mm_xor_si128(lanes[0], _mm_cvtsi32_si128(static_cast<int>(value)));
-    for (data += BLOCK, size -= BLOCK; size >= BLOCK; data += BLOCK, size -= BLOCK) {
-        for (std::size_t i = 0; i < LANES; ++i) {
-            lanes[i] = moved(lanes[i], overBlock, load(data + i * WIDTH));
-        }
-    }
+bool has512()
+{
+    return __builtin_cpu_supports("vpclmulqdq") != 0 && __builtin_cpu_supports("avx512f") != 0;
+}
 
-    __m128i sum = lanes[0];
-    for (std::size_t i = 1; i < LANES; ++i) {
-        sum = moved(sum, overLane, lanes[i]);
+constexpr TCRCFolding FOLDING_256 = {256, 128, has256, fold256};
+constexpr TCRCFolding FOLDING_512 = {512, 256, has512, fold512};
+constexpr const TCRCFolding* FOLDINGS[] = {&FOLDING_512, &FOLDING_256, &FOLDING_128};
+#else
+constexpr const TCRCFolding* FOLDINGS[] = {&FOLDING_128};
+#endif
+
+} // namespace
+
+TCRCFoldings getCRCFoldings()
+{
+    return {std::begin(FOLDINGS), std::end(FOLDINGS)};
+}
+
+const TCRCFolding* chooseCRCFolding(std::size_t size)
+{
+#ifdef QORTK_WIDE_CRC_FOLDING
+    if (size >= FOLDING_512.minSize && has512()) {
+        return &FOLDING_512;
     }
-    for (; size >= WIDTH; data += WIDTH, size -= WIDTH) {
-        sum = moved(sum, overLane, load(data));
+    if (size >= FOLDING_256.minSize && has256()) {
+        return &FOLDING_256;
     }
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(folded), sum);
-    return size;
+#endif
+    return size >= FOLDING_128.minSize && has128() ? &FOLDING_128 : nullptr;
 }
 
 } // namespace qor

@@ -6,33 +6,38 @@
 namespace qor
 {
 
-/// One step of an empty CRC register. It is a multiplication by x: the highest bit stands for the
-/// lowest power.
-constexpr std::uint32_t timesX(std::uint32_t value)
-{
-    constexpr std::uint32_t POLYNOMIAL = 0xEDB88320;
-    return (value >> 1) ^ ((value & 1) != 0 ? POLYNOMIAL : 0);
-}
+/// Carry-less-multiplication folding (V. Gopal and others, "Fast CRC Computation for Generic
+/// Polynomials Using PCLMULQDQ Instruction", Intel 2009): replaces data by a few bytes that leave
+/// the same value in a CRC register. There is one implementation per vector width.
+///
+/// CRCFolding.cpp has the list of implementations, NoCRCFolding.cpp an empty one for other
+/// processors and compilers.
+struct TCRCFolding {
+    static constexpr std::size_t UNIT = 16;
 
-/// Folding replaces data by few bytes that leave the same in a CRC register. It takes a processor
-/// that multiplies polynomials, and then a small part of the time of going byte by byte. One of two
-/// files implements it: CRCFolding.cpp, or NoCRCFolding.cpp for machines without it.
-class CRCFolding
-{
-public:
-    static constexpr std::size_t LEAST_SIZE = 64;
-    static constexpr std::size_t FOLDED_SIZE = 16;
+    int vectorBits;
+    std::size_t minSize;
+    bool (*isSupported)(); ///< whether this processor and system can run it
 
-    /// Whether this processor can fold.
-    static bool isAvailable();
-
-    /// Takes in as much of the data as fits.
-    /// @param value the register in front of the data
-    /// @param data,size LEAST_SIZE bytes or more
-    /// @param folded bytes that leave in an empty register what was taken in leaves in `value`
-    /// @return how many bytes were not taken in, from the end of the data
-    static std::size_t fold(std::uint32_t value, const unsigned char* data, std::size_t size,
-                            unsigned char (&folded)[FOLDED_SIZE]);
+    /// Adds data to a register, except the last `size` % `UNIT` bytes.
+    /// @param value the register before the data
+    /// @param data,size at least `minSize` bytes
+    /// @return the register after the bytes added
+    std::uint32_t (*fold)(std::uint32_t value, const unsigned char* data, std::size_t size);
 };
+
+/// The implementations that the library was compiled with, whatever this processor can run.
+struct TCRCFoldings {
+    const TCRCFolding* const* first;
+    const TCRCFolding* const* last;
+
+    const TCRCFolding* const* begin() const { return first; }
+    const TCRCFolding* const* end() const { return last; }
+};
+
+TCRCFoldings getCRCFoldings();
+
+/// @return the fastest implementation for this size on this processor; null if there is none
+const TCRCFolding* chooseCRCFolding(std::size_t size);
 
 } // namespace qor

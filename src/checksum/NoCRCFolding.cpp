@@ -3,15 +3,14 @@
 namespace qor
 {
 
-bool CRCFolding::isAvailable()
+TCRCFoldings getCRCFoldings()
 {
-    return false;
+    return {nullptr, nullptr};
 }
 
-std::size_t CRCFolding::fold(std::uint32_t /*value*/, const unsigned char* /*data*/,
-                             std::size_t size, unsigned char (&/*folded*/)[FOLDED_SIZE])
+const TCRCFolding* chooseCRCFolding(std::size_t /*size*/)
 {
-    return size;
+    return nullptr;
 }
 
 } // namespace qor

@@ -1,11 +1,10 @@
 #include "qor/Configuration.h"
 
 #include <algorithm>
-#include <cstring>
 #include <optional>
 #include <utility>
 
-#include "foundation/StreamText.h"
+#include "foundation/NumberParsing.h"
 #include "qor/Log.h"
 #include "qor/StringUtil.h"
 
@@ -15,13 +14,6 @@ namespace qor
 Configuration* Configuration::m_Instance = nullptr;
 
 Configuration::Listener::~Listener() = default;
-
-inline bool Configuration::TByteOrder::operator()(const std::string& left,
-                                                  const std::string& right) const
-{
-    const int order = std::memcmp(left.data(), right.data(), std::min(left.size(), right.size()));
-    return order != 0 ? order < 0 : left.size() < right.size();
-}
 
 // These come first and inline: every access by name goes through them.
 

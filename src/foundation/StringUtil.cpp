@@ -8,7 +8,8 @@
 #include <string_view>
 #include <system_error>
 
-#include "foundation/StreamText.h"
+#include "foundation/NumberParsing.h"
+#include "foundation/NumberWriting.h"
 #include "foundation/Whitespace.h"
 
 namespace qor
@@ -49,37 +50,6 @@ std::string decimalText(TNumber number)
     char digits[std::numeric_limits<TNumber>::digits10 + 2];
     const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, number);
     return std::string(digits, result.ptr);
-}
-
-void appendPadded(std::string& text, std::int64_t number, std::size_t width)
-{
-    std::string digits = std::to_string(number < 0 ? -number : number);
-    if (number < 0) {
-        text += '-';
-    }
-    text.append(width - std::min(width, digits.size()), '0');
-    text += digits;
-}
-
-void appendDate(std::string& text, std::int64_t daysSince1970)
-{
-    // Counts from a 1st of March, so that the leap day is a year's last, in eras of 400 years.
-    constexpr std::int64_t DAYS_PER_ERA = 146097;
-    const std::int64_t day = daysSince1970 + 719468;
-    const std::int64_t era = (day >= 0 ? day : day - (DAYS_PER_ERA - 1)) / DAYS_PER_ERA;
-    const std::int64_t dayOfEra = day - era * DAYS_PER_ERA;
-    const std::int64_t yearOfEra =
-        (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
-    const std::int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
-    const std::int64_t monthFromMarch = (5 * dayOfYear + 2) / 153;
-    const std::int64_t month = monthFromMarch < 10 ? monthFromMarch + 3 : monthFromMarch - 9;
-
-    appendPadded(text, yearOfEra + era * 400 + (month <= 2 ? 1 : 0), 4);
-    text += '-';
-    appendPadded(text, month, 2);
-    text += '-';
-    appendPadded(text, dayOfYear - (153 * monthFromMarch + 2) / 5 + 1, 2);
-    text += ' ';
 }
 
 } // namespace
@@ -130,28 +100,6 @@ unsigned int StringUtil::stringToUInt(const std::string& text)
     return digits.empty() || !isDigit(digits.front()) ? 0 : 0 - readUnsigned(digits);
 }
 
-std::string StringUtil::timeStampToString(std::int64_t timeStamp, bool withDate)
-{
-    constexpr std::int64_t SECONDS_PER_DAY = 86400;
-    std::int64_t days = timeStamp / SECONDS_PER_DAY;
-    std::int64_t second = timeStamp % SECONDS_PER_DAY;
-    if (second < 0) {
-        second += SECONDS_PER_DAY;
-        --days;
-    }
-
-    std::string text;
-    if (withDate) {
-        appendDate(text, days);
-    }
-    appendPadded(text, second / 3600, 2);
-    text += ':';
-    appendPadded(text, second / 60 % 60, 2);
-    text += ':';
-    appendPadded(text, second % 60, 2);
-    return text;
-}
-
 std::string StringUtil::trim(const std::string& text)
 {
     return std::string(trimmed(text));
@@ -160,16 +108,13 @@ std::string StringUtil::trim(const std::string& text)
 std::string StringUtil::toString(float number, int precision)
 {
     constexpr int DEFAULT_PRECISION = 6;
-    // No float has more digits than these; all further ones are zeros.
-    constexpr int MOST_INTEGER_DIGITS = std::numeric_limits<float>::max_exponent10 + 1;
-    constexpr int MOST_FRACTION_DIGITS = 149;
+    // No float has more digits after the point; all others are zeros.
+    constexpr int MAX_EXACT_PRECISION = 149;
 
     const int digits = precision < 0 ? DEFAULT_PRECISION : precision;
-    const int exactDigits = std::min(digits, MOST_FRACTION_DIGITS);
-    char buffer[MOST_INTEGER_DIGITS + MOST_FRACTION_DIGITS + 2];
-    const std::to_chars_result result = std::to_chars(buffer, buffer + sizeof buffer, number,
-                                                      std::chars_format::fixed, exactDigits);
-    std::string text(buffer, result.ptr);
+    const int exactDigits = std::min(digits, MAX_EXACT_PRECISION);
+    char buffer[fixedTextSize<float>(MAX_EXACT_PRECISION)];
+    std::string text(writeFixed(buffer, number, exactDigits));
     if (std::isfinite(number)) {
         text.append(static_cast<std::size_t>(digits - exactDigits), '0');
     }

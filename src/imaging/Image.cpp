@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "imaging/PixelMemory.h"
+#include "imaging/TargetClones.h"
 #include "imaging/PixelTransfer.h"
 #include "imaging/Wrapping.h"
 
@@ -56,6 +57,15 @@ TClippedAreas clip(const Image& source, const Rectangle& sourceRect, const Image
     const bool isEmpty = from.empty() || !hasArea(source, from, width, height) ||
                          !hasArea(target, to, width, height);
     return {from, to, isEmpty};
+}
+
+/// Swaps two rows that do not overlap, in registers.
+QORTK_TARGET_CLONES
+void swapRows(std::uint32_t* __restrict upper, std::uint32_t* __restrict lower, std::size_t width)
+{
+    for (std::size_t x = 0; x < width; ++x) {
+        std::swap(upper[x], lower[x]);
+    }
 }
 
 /// Returns the index of the first pixel of an area.
@@ -126,24 +136,16 @@ void Image::reset() noexcept
     *this = Image();
 }
 
-void Image::flipVertical()
+void Image::flipVertical() noexcept
 {
     if (!m_Pixels || m_Height < 2) {
         return;
     }
-    // Rows are swapped in pieces that stay in the first-level cache.
-    constexpr std::size_t PIECE = 512;
     const std::size_t width = static_cast<std::size_t>(m_Width);
-    const std::unique_ptr<std::uint32_t[]> scratch(new std::uint32_t[width]);
     std::uint32_t* upper = m_Pixels.get();
     std::uint32_t* lower = upper + countPixels() - width;
     for (; upper < lower; upper += width, lower -= width) {
-        for (std::size_t x = 0; x < width; x += PIECE) {
-            const std::size_t size = std::min(PIECE, width - x) * sizeof scratch[0];
-            std::memcpy(scratch.get(), upper + x, size);
-            std::memcpy(upper + x, lower + x, size);
-            std::memcpy(lower + x, scratch.get(), size);
-        }
+        swapRows(upper, lower, width);
     }
 }
 

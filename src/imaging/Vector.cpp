@@ -1,33 +1,13 @@
 #include "qor/Vector.h"
 
 #include <cmath>
-#include <cstring>
 
 namespace qor
 {
 
-void Vector::copy(const float* in, float* out)
-{
-    std::memmove(out, in, 3 * sizeof(float));
-}
-
 float Vector::length(const float* in)
 {
     return std::sqrt(dot(in, in));
-}
-
-void Vector::add(const float* a, const float* b, float* out)
-{
-    for (int i = 0; i < 3; ++i) {
-        out[i] = a[i] + b[i];
-    }
-}
-
-void Vector::subtract(const float* a, const float* b, float* out)
-{
-    for (int i = 0; i < 3; ++i) {
-        out[i] = a[i] - b[i];
-    }
 }
 
 void Vector::multiply(const float* a, const float* b, float* out)
@@ -44,21 +24,9 @@ void Vector::multiply(const float* in, float factor, float* out)
     }
 }
 
-void Vector::inverse(const float* in, float* out)
-{
-    for (int i = 0; i < 3; ++i) {
-        out[i] = -in[i];
-    }
-}
-
 void Vector::cross(const float* a, const float* b, float* out)
 {
-    const float x = a[1] * b[2] - a[2] * b[1];
-    const float y = a[2] * b[0] - a[0] * b[2];
-    const float z = a[0] * b[1] - a[1] * b[0];
-    out[0] = x;
-    out[1] = y;
-    out[2] = z;
+    store(a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0], out);
 }
 
 float Vector::dot(const float* a, const float* b)

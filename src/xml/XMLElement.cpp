@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "foundation/StreamText.h"
+#include "foundation/NumberParsing.h"
 #include "foundation/Whitespace.h"
 #include "platform/Platform.h"
 #include "qor/StringUtil.h"

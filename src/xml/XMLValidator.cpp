@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "foundation/StreamText.h"
+#include "foundation/NumberParsing.h"
 #include "qor/XMLElement.h"
 
 namespace qor

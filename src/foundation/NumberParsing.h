@@ -8,7 +8,7 @@
 namespace qor
 {
 
-/// What a formatted standard stream skips in front of a number or a word.
+/// Checks for the white space that a formatted standard stream skips before a number or a word.
 inline bool isStreamSpace(char character)
 {
     return character == ' ' || (character >= '\t' && character <= '\r');
@@ -27,7 +27,7 @@ inline std::string_view withoutLeadingSpace(std::string_view text)
     return text;
 }
 
-/// Drops a plus sign, which streams take and std::from_chars does not.
+/// Drops a plus sign, which streams accept and std::from_chars does not.
 inline std::string_view withoutPlus(std::string_view text)
 {
     if (!text.empty() && text.front() == '+') {
@@ -39,7 +39,7 @@ inline std::string_view withoutPlus(std::string_view text)
     return text;
 }
 
-/// Reads a whole number from the start of the text, whatever follows it.
+/// Reads an integer from the start of the text, whatever follows it.
 inline std::optional<int> readInteger(std::string_view text)
 {
     const std::string_view digits = withoutPlus(withoutLeadingSpace(text));
@@ -49,7 +49,9 @@ inline std::optional<int> readInteger(std::string_view text)
     return result.ec == std::errc() ? std::optional<int>(number) : std::nullopt;
 }
 
-/// Reads a number from the start of the text, whatever follows it.
+/// Reads a number from the start of the text, whatever follows it. A number nearer to 0 than any
+/// float is 0.
+/// @return nothing if there is no number, or none that a float can hold
 std::optional<float> readFloat(std::string_view text);
 
 /// Reads a boolean word from the start of the text, whatever follows it.
