@@ -6,7 +6,7 @@
 /// being compiled anew. A later minor number has more to offer, a later patch number mends faults.
 ///
 /// @code
-/// std::cout << "made with qortk " QORTK_VERSION "\n"; // made with qortk 1.0.0
+/// std::cout << "made with qortk " QORTK_VERSION "\n"; // made with qortk 1.1.0
 /// #if QORTK_VERSION_MAJOR == 1 && QORTK_VERSION_MINOR >= 2
 /// // what came with 1.2.0
 /// #endif
@@ -15,7 +15,7 @@
 /// A number of the version.
 /// @{
 #define QORTK_VERSION_MAJOR 1
-#define QORTK_VERSION_MINOR 0
+#define QORTK_VERSION_MINOR 1
 #define QORTK_VERSION_PATCH 0
 /// @}
 
