@@ -54,8 +54,8 @@ tar -xf "$folder/build/qortk-$version-"*.tar.gz -C "$folder/archive" --strip-com
 (cd "$folder/archive" && find . ! -type d -printf '%P\n') |
     grep -v '^share/doc/' |
     same_files "$(development_files "$libdir" libqortk.so && runtime_files "$libdir")"
-readelf -d "$folder/archive/$libdir/libqortk.so" | grep -q BIND_NOW
-readelf --dyn-syms "$folder/archive/$libdir/libqortk.so" | grep -q __stack_chk_fail
+readelf -d "$folder/archive/$libdir/libqortk.so" | grep BIND_NOW >/dev/null
+readelf --wide --dyn-syms "$folder/archive/$libdir/libqortk.so" | grep __stack_chk_fail >/dev/null
 if readelf -S "$folder/archive/$libdir/libqortk.so" | grep -q '\.symtab'; then
     echo "The packaged library is not stripped." >&2
     exit 1
