@@ -7,6 +7,12 @@ set(QORTK_WARNINGS
     -Wnon-virtual-dtor  # deleting through such a base is undefined
     -Wold-style-cast)   # a cast is to say what it changes
 
+# Debian's own flags. Undefined first, since some compilers define the macro themselves.
+set(QORTK_HARDENING -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$")
+    list(APPEND QORTK_HARDENING -fcf-protection)
+endif()
+
 function(qortk_compile target)
     target_compile_features(${target} PUBLIC cxx_std_17)
     set_target_properties(${target} PROPERTIES CXX_STANDARD 17 CXX_EXTENSIONS OFF)
@@ -16,6 +22,10 @@ function(qortk_compile target)
     target_compile_options(${target} PRIVATE ${QORTK_WARNINGS})
     if(QORTK_WARNINGS_AS_ERRORS)
         target_compile_options(${target} PRIVATE -Werror)
+    endif()
+    if(QORTK_HARDENED)
+        target_compile_options(${target} PRIVATE ${QORTK_HARDENING})
+        target_link_options(${target} PRIVATE -Wl,-z,relro,-z,now)
     endif()
     if(QORTK_SANITIZE)
         target_compile_options(${target} PRIVATE -fsanitize=${QORTK_SANITIZE}

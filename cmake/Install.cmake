@@ -26,27 +26,28 @@ install(FILES
     ${CMAKE_CURRENT_BINARY_DIR}/qortkConfigVersion.cmake
     DESTINATION ${QORTK_CMAKE_DIR} COMPONENT development)
 
-# Relative to the file itself, so that an installed tree can be moved.
-file(RELATIVE_PATH QORTK_PC_PREFIX
-    "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
-if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
-    set(QORTK_PC_PREFIX "${CMAKE_INSTALL_PREFIX}")
-    set(QORTK_PC_LIBDIR "${CMAKE_INSTALL_LIBDIR}")
-else()
-    set(QORTK_PC_PREFIX "\${pcfiledir}/${QORTK_PC_PREFIX}")
-    set(QORTK_PC_LIBDIR "\${prefix}/${CMAKE_INSTALL_LIBDIR}")
-endif()
-if(IS_ABSOLUTE "${CMAKE_INSTALL_INCLUDEDIR}")
-    set(QORTK_PC_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}")
-else()
-    set(QORTK_PC_INCLUDEDIR "\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}")
-endif()
+# The pkg-config file has the prefix that the files are installed with. Packages are assembled elsewhere,
+# and have the prefix of the configuration.
+foreach(id IN ITEMS LIBDIR INCLUDEDIR)
+    set(QORTK_PC_${id} "${CMAKE_INSTALL_${id}}")
+    if(NOT IS_ABSOLUTE "${CMAKE_INSTALL_${id}}")
+        set(QORTK_PC_${id} "\${prefix}/${CMAKE_INSTALL_${id}}")
+    endif()
+endforeach()
 set(QORTK_PC_CFLAGS "")
 set(QORTK_PC_LIBS "")
 if(QORTK_TYPE STREQUAL "STATIC_LIBRARY")
     set(QORTK_PC_CFLAGS " -DQORTK_STATIC")
     set(QORTK_PC_LIBS " -lstdc++ -pthread")
 endif()
-configure_file(${CMAKE_CURRENT_LIST_DIR}/qortk.pc.in qortk.pc @ONLY)
+set(QORTK_PC_PREFIX "@QORTK_PC_PREFIX@")
+configure_file(${CMAKE_CURRENT_LIST_DIR}/qortk.pc.in qortk.pc.in @ONLY)
+install(CODE "
+    set(QORTK_PC_PREFIX \"\${CMAKE_INSTALL_PREFIX}\")
+    if(QORTK_PC_PREFIX MATCHES /_CPack_Packages/)
+        set(QORTK_PC_PREFIX \"${CMAKE_INSTALL_PREFIX}\")
+    endif()
+    configure_file(\"${CMAKE_CURRENT_BINARY_DIR}/qortk.pc.in\" \"${CMAKE_CURRENT_BINARY_DIR}/qortk.pc\" @ONLY)"
+    COMPONENT development)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/qortk.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)

@@ -1,14 +1,18 @@
 #!/usr/bin/env bash
-# Builds the reference and the guide. A public name without a description is an error.
+# Builds the reference and the guide. A public name without a description is an error, and so is a page whose
+# programs differ from the files.
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 . "$here/scripts/require.sh"
-require "doxygen:command -v doxygen" "graphviz:command -v dot"
+require "python3:command -v python3" "doxygen:command -v doxygen" "graphviz:command -v dot"
 
 cd "$here"
+scripts/embed.py --check
+rm -rf build/docs
 mkdir -p build/docs
 QORTK_VERSION=$(sed -n 's/^#define QORTK_VERSION_[A-Z]* \([0-9]*\)$/\1/p' include/qor/Version.h | paste -sd.)
 export QORTK_VERSION
 doxygen docs/Doxyfile
+scripts/search_index.py build/docs/html
 echo "The pages begin with build/docs/html/index.html."

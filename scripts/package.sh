@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Makes the Debian packages and the archive, in build/package or in the folder given.
+# Makes the Debian packages and the archive, in build/package or in the given directory. The guide becomes a
+# package if scripts/docs.sh has built it.
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)

@@ -1,11 +1,11 @@
 #pragma once
 
 /// @file
-/// Marks what the shared library exports. Define `QORTK_STATIC` where the library is linked
-/// statically; the CMake package and the pkg-config file do so.
+/// Macros for exported declarations. Programs that link the static library define `QORTK_STATIC`; the
+/// CMake package and the pkg-config file do so for them.
 
 /// @def QORTK_API
-/// Stands in front of what is exported.
+/// Marks a declaration that the shared library exports.
 
 #if defined(QORTK_STATIC)
 #define QORTK_API
@@ -18,8 +18,8 @@
 #endif
 
 /// @def QORTK_PRINTF
-/// Stands behind a function that takes a printf format and its arguments, with their places counted
-/// from 1, and lets the compiler check that they match.
+/// Lets the compiler check the arguments of a function against its printf format. `text` and `values`
+/// are the positions of the format and of the first argument, counted from 1.
 
 #if defined(__GNUC__)
 #define QORTK_PRINTF(text, values) __attribute__((format(printf, text, values)))

@@ -1,21 +1,22 @@
 #pragma once
 
 /// @file
-/// The version of the library that a program is compiled with. This is the one place that tells it.
-/// Versions of one major number are compatible: a program goes on working with a later one without
-/// being compiled anew. A later minor number has more to offer, a later patch number mends faults.
+/// The version of the library. A program that is compiled with one version runs with every later one
+/// of the same major number. A minor version adds operations, a patch version fixes bugs.
 ///
 /// @code
-/// std::cout << "made with qortk " QORTK_VERSION "\n"; // made with qortk 1.0.0
+/// std::cout << "compiled with qortk " QORTK_VERSION ", running with " << qor::getVersion() << '\n';
 /// #if QORTK_VERSION_MAJOR == 1 && QORTK_VERSION_MINOR >= 2
-/// // what came with 1.2.0
+/// // uses an operation of version 1.2.0
 /// #endif
 /// @endcode
 
-/// A number of the version.
+#include "qor/Export.h"
+
+/// A number of the version that the program is compiled with.
 /// @{
 #define QORTK_VERSION_MAJOR 1
-#define QORTK_VERSION_MINOR 0
+#define QORTK_VERSION_MINOR 1
 #define QORTK_VERSION_PATCH 0
 /// @}
 
@@ -25,5 +26,14 @@
     QORTK_QUOTE(major) "." QORTK_QUOTE(minor) "." QORTK_QUOTE(patch)
 /// @endcond
 
-/// The version as text, such as "1.2.3".
+/// The version that the program is compiled with, as text such as "1.2.3".
 #define QORTK_VERSION QORTK_JOIN(QORTK_VERSION_MAJOR, QORTK_VERSION_MINOR, QORTK_VERSION_PATCH)
+
+namespace qor
+{
+
+/// Returns the version of the library that the program runs with.
+/// @return text such as "1.2.3", valid for the life of the program
+[[nodiscard]] QORTK_API const char* getVersion() noexcept;
+
+} // namespace qor

@@ -1,7 +1,10 @@
 #pragma once
 
 /// @file
-/// All public classes of the library.
+/// Includes all public headers.
+
+/// @namespace qor
+/// All classes and functions of the library.
 
 #include "qor/CRC32.h"
 #include "qor/Checksum.h"

@@ -31,7 +31,7 @@ void Math::adjustBlendFactor(float& factor, bool rising, float riseTime, float f
         return;
     }
     if (elapsedTime == 0.0f) {
-        // The speed may be infinite, and infinity times nothing is not a number.
+        // 1 / time may be infinite, and infinity times 0 is NaN.
         return;
     }
     const float step = (1.0f / time) * elapsedTime;

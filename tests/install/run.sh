@@ -28,6 +28,9 @@ for shared in ON OFF; do
         exit 1
     fi
 
+    # pkg-config finds a moved library where it is told the new prefix.
+    grep -qx "prefix=${prefix%-moved}" "$prefix/lib/pkgconfig/qortk.pc"
+    sed -i "s|^prefix=.*|prefix=$prefix|" "$prefix/lib/pkgconfig/qortk.pc"
     export PKG_CONFIG_PATH=$prefix/lib/pkgconfig
     [ $shared = ON ] || [[ $(pkg-config --cflags --libs qortk) == *-DQORTK_STATIC*-pthread* ]]
     use_by_pkg_config "$prefix/lib"

@@ -13,6 +13,6 @@ int main()
     if (document.parse("<answer>42</answer>") < 0 || document.getValueAsInteger() != 42) {
         return 1;
     }
-    std::puts(QORTK_VERSION);
+    std::puts(qor::getVersion());
     return 0;
 }

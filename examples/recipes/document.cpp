@@ -1,0 +1,60 @@
+// Loads a document, checks it, changes it and saves it, and reports every failure.
+#include <fstream>
+#include <iostream>
+#include <string>
+
+#include <qor/File.h>
+#include <qor/XMLElement.h>
+
+static const char* const RULES = "<todo>1:0 <item>0-100:1-80</item></todo>";
+
+/// Loads the list. Only a document that passes all three checks may be saved again: a document that
+/// was misread would lose what the program did not see.
+static bool loadList(const std::string& path, qor::XMLElement& list)
+{
+    qor::XMLElement rules("");
+    rules.parse(RULES);
+    if (list.load(path) < 0) {
+        std::cout << path << ": " << qor::XMLElement::getLastError() << '\n';
+        return false;
+    }
+    if (list.getName() != "todo") {
+        std::cout << path << ": not a to-do list, but '" << list.getName() << "'\n";
+        return false;
+    }
+    if (!list.validate(&rules)) {
+        std::cout << path << ": " << qor::XMLElement::getLastError() << '\n';
+        return false;
+    }
+    return true;
+}
+
+/// `save` returns the size of the text. A file of another size was not written as a whole.
+static bool saveList(const qor::XMLElement& list, const std::string& path)
+{
+    const int size = list.save(path, true);
+    if (size < 0) {
+        std::cout << path << ": " << qor::XMLElement::getLastError() << '\n';
+        return false;
+    }
+    if (qor::File::fileSize(path) != static_cast<unsigned int>(size)) {
+        std::cout << path << ": not saved completely, is the disk full?\n";
+        return false;
+    }
+    return true;
+}
+
+int main()
+{
+    std::ofstream("list.xml") << "<todo><item>Paint the buoy</item></todo>";
+    std::ofstream("menu.xml") << "<!-- Friday --><menu><dish>Soup</dish></menu>";
+
+    qor::XMLElement list("");
+    for (const char* const path : {"missing.xml", "menu.xml", "list.xml"}) {
+        if (loadList(path, list)) {
+            list.createChild("item")->setValue("Wind the clock");
+            std::cout << path << ": " << (saveList(list, path) ? "saved" : "kept") << '\n';
+        }
+    }
+    std::cout << list.toString() << '\n';
+}

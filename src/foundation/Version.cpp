@@ -1,0 +1,11 @@
+#include "qor/Version.h"
+
+namespace qor
+{
+
+const char* getVersion() noexcept
+{
+    return QORTK_VERSION;
+}
+
+} // namespace qor
