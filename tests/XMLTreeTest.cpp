@@ -163,8 +163,10 @@ TEST(XMLTreeTest, ElementsAreAssignedWithinATree)
                     expected.replace(expected.find(text), text.size(), "<></>");
                 }
                 expected.replace(expected.find(targetText), targetText.size(), text);
+                const XMLElement* const child = source->getChild("");
                 XMLElement& result = moves ? * target = std::move(*source) : * target = *source;
                 EXPECT_EQ(&result, target);
+                EXPECT_TRUE(source != target || target->getChild("") == child);
                 EXPECT_EQ(tree.toString(), expected) << targetPath << " = " << sourcePath << moves;
                 target->createChild("n");
                 EXPECT_NE(tree.toString().find("<n></n>"), std::string::npos);

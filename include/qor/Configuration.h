@@ -200,7 +200,7 @@ public:
     bool load(const std::string& fileName);
 
     /// Reads from an element, whose own name does not matter. A stored text of the wrong form
-    /// counts as false or 0. Listeners must not change the element meanwhile.
+    /// counts as false or 0. Listeners may change the tree below the element during the call.
     /// @param root not owned; null fails
     bool load(const XMLElement* root);
 
@@ -236,6 +236,8 @@ private:
     static double clipFloat(const TParameter& parameter, float value);
     bool startWith(int index, const std::string& name, double value);
     void storeNumber(TParameter& parameter, double value);
+    void swap(Configuration& other) noexcept;
+    void store(XMLElement& root, bool forFile) const;
     void readValue(TParameter& parameter, const XMLElement& element);
     std::string getNotice(const TParameter& parameter) const;
     void notify(const std::string& name) const;

@@ -69,14 +69,22 @@ Configuration::Configuration(const Configuration& other) = default;
 
 Configuration& Configuration::operator=(const Configuration& other)
 {
-    // All or nothing, if memory runs out.
-    Configuration copy(other);
-    m_Version = copy.m_Version;
-    m_FileName.swap(copy.m_FileName);
-    m_Parameters.swap(copy.m_Parameters);
-    m_ParameterIndex.swap(copy.m_ParameterIndex);
-    m_Listeners.swap(copy.m_Listeners);
+    // Self-assignment must not invalidate references to texts or the iteration over the listeners.
+    if (this != &other) {
+        Configuration copy(other);
+        swap(copy);
+    }
     return *this;
+}
+
+/// Exchanges all members except the instance pointer.
+void Configuration::swap(Configuration& other) noexcept
+{
+    std::swap(m_Version, other.m_Version);
+    m_FileName.swap(other.m_FileName);
+    m_Parameters.swap(other.m_Parameters);
+    m_ParameterIndex.swap(other.m_ParameterIndex);
+    m_Listeners.swap(other.m_Listeners);
 }
 
 Configuration::~Configuration()

@@ -64,7 +64,10 @@ XMLElement::~XMLElement()
 
 XMLElement& XMLElement::operator=(const XMLElement& other)
 {
-    // Copied before the children go: the other element may be among them.
+    if (this == &other) {
+        return *this;
+    }
+    // Copied before the children are deleted, because `other` may be one of them.
     XMLElement copy(&other);
     deleteChildren();
     takeContent(copy);
