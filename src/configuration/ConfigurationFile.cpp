@@ -46,8 +46,8 @@ bool Configuration::save(XMLElement* root) const
     return true;
 }
 
-/// Stores the version and all values in an element. For a file, texts end at their first zero byte:
-/// the reader takes it as the end of the whole document.
+/// Stores the version and all values in an element. In a file, a text ends at its first zero byte,
+/// because load() takes a zero byte as the end of the document.
 void Configuration::store(XMLElement& root, bool forFile) const
 {
     // Stored as signed: the reader converts the number back to the same 32 bits.
