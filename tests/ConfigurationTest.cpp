@@ -243,7 +243,9 @@ TEST_F(ConfigurationFileTest, StartsWithoutAFileAndGoesOnWithIt)
     expectRecords({"I No configuration file '" + file + "' found"});
     EXPECT_EQ(getValues(), m_Usual);
     table.setString("s", " spaced ");
-    EXPECT_TRUE(Configuration(table).save());
+    Configuration assigned(0);
+    assigned = Configuration(table);
+    EXPECT_TRUE(assigned.save());
     EXPECT_EQ(read(file), "<configuration>\n\t<version>7</version>\n\t<b>true</b>\n\t<group>\n"
                           "\t\t<i>5</i>\n\t\t<f>0.250000</f>\n\t</group>\n\t<s>spaced</s>\n"
                           "</configuration>\n");
@@ -276,17 +278,17 @@ TEST_F(ConfigurationFileTest, LooksEachPathUpInATreeThatListenersEdit)
 {
     qor::XMLElement root("");
     ASSERT_GE(root.parse("<r><version>7</version><b>false</b><group><i>1</i><f>1</f></group>"
-                         "<group><i>2</i></group><s>lost</s></r>"),
+                         "<group><i>2</i><f>0.5</f></group><s>lost</s></r>"),
               0);
     TLines notes;
     TListener editor(notes);
     editor.action = [&root](const std::string& name) {
-        root.deleteChild(root.getChild(name == "b" ? "group" : "s"));
+        root.deleteChild(root.getChild(name == "group/i" ? "group" : "s"));
     };
     table.addListener(&editor);
     EXPECT_TRUE(table.load(&root));
-    EXPECT_EQ(getValues(), "false 2 0.250000 text");
-    EXPECT_EQ(notes, (TLines{"b", "group/i"}));
+    EXPECT_EQ(getValues(), "false 1 0.500000 text");
+    EXPECT_EQ(notes, (TLines{"b", "group/i", "group/f"}));
 }
 
 TEST_F(ConfigurationFileTest, FindsElementsInAnyOrderAmongMany)
@@ -299,6 +301,9 @@ TEST_F(ConfigurationFileTest, FindsElementsInAnyOrderAmongMany)
         root.createChild("n" + number)->setValue(i);
         root.createChild("n" + std::to_string(i / 2))->setValue(-i);
         many.addIntegerParameter("n" + std::to_string(i), COUNT, 1, 0, 0);
+    }
+    for (int i = 0; i < COUNT; ++i) {
+        const std::string number = std::to_string(i * 7 % COUNT);
         many.addIntegerParameter("new" + number + "/x", COUNT + i, 1, 0, 0);
         many.addIntegerParameter("/new" + number + "/y", COUNT + i, 1, 0, 0);
     }
