@@ -74,15 +74,18 @@ public:
     /// @param version the version of the host's parameters, which is stored with them
     explicit Configuration(unsigned int version);
 
-    /// Copies the version, the file name, all parameters and the list of listeners. Both tables
-    /// notify these listeners from then on. Listeners are not called. The copy does not become the
-    /// instance, and self-assignment has no effect.
+    /// Copies the version, the file name, all parameters and the list of listeners, which both
+    /// tables notify from then on. The copy does not become the instance.
     /// @param other the table to copy
-    /// @throws std::bad_alloc and changes nothing
-    /// @{
+    /// @throws std::bad_alloc
     Configuration(const Configuration& other);
+
+    /// Replaces the version, the file name, all parameters and the list of listeners by copies.
+    /// Does not notify listeners. Self-assignment has no effect.
+    /// @param other the table to copy
+    /// @return this table
+    /// @throws std::bad_alloc and changes nothing
     Configuration& operator=(const Configuration& other);
-    /// @}
 
     /// Destroys the table. If it is the instance, there is none until the next table is constructed
     /// from a version.
@@ -107,7 +110,7 @@ public:
     /// @throws std::bad_alloc and changes nothing
     bool addBooleanParameter(const std::string& name, bool defaultValue, unsigned int version);
 
-    /// Adds a numeric parameter.
+    /// Adds an integer parameter.
     /// @param name the name of the parameter and its path in the stored form
     /// @param defaultValue the value until another one is set
     /// @param minimum the minimum value; a minimum above the maximum means that there are no limits
@@ -116,12 +119,20 @@ public:
     ///        version
     /// @return false if the name exists already; nothing is changed then
     /// @throws std::bad_alloc and changes nothing
-    /// @{
     bool addIntegerParameter(const std::string& name, int defaultValue, int minimum, int maximum,
                              unsigned int version);
+
+    /// Adds a float parameter.
+    /// @param name the name of the parameter and its path in the stored form
+    /// @param defaultValue the value until another one is set
+    /// @param minimum the minimum value; a minimum above the maximum means that there are no limits
+    /// @param maximum the maximum value
+    /// @param version oldest document version whose stored value is accepted; 0 accepts every
+    ///        version
+    /// @return false if the name exists already; nothing is changed then
+    /// @throws std::bad_alloc and changes nothing
     bool addFloatParameter(const std::string& name, float defaultValue, float minimum,
                            float maximum, unsigned int version);
-    /// @}
 
     /// Adds a text parameter. Listeners are not notified.
     /// @param name the name of the parameter and its path in the stored form

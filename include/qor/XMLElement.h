@@ -23,17 +23,18 @@ class Checksum;
 /// first child.
 ///
 /// **Format.** Documents consist of elements, comments and the entities `amp`, `lt`, `gt`, `quot`
-/// and `apos`. The whole text of a tag is the name of its element, so `<a b="1">` has the name
-/// `a b="1"`, and `<a/>` opens an element named `a/`. A declaration `<?xml ... ?>` before the root
-/// is skipped and never written. The text before, between and after child elements is one value.
+/// and `apos`. The whole text of a tag is the name of its element, including what other readers
+/// take as attributes or as the slash of an empty element. A declaration `<?xml ... ?>` before the
+/// root is skipped and never written. The text before, between and after child elements is one
+/// value.
 ///
 /// **Round trip.** A tree that is written and read again is the same, except:
 /// - if the name of an element below the root is empty, contains `>` or begins with `/`;
 /// - if the name of the root is empty, contains `>`, or begins with `!` or with `?xml`;
 /// - comments with children, with a value, or with a name that has fewer than five bytes or does
 ///   not end in `--`;
-/// - white space at the end of a value. Only parse() and load() can store such a value: in
-///   `<a>x &</a>`, the ampersand begins no entity and is dropped after the value has been trimmed;
+/// - white space at the end of a value. Only parse() and load() can store such a value: if it ends
+///   in `x &`, the ampersand begins no entity and is dropped after the value has been trimmed;
 /// - zero bytes in a file: the document ends at the first one. parse() and toString() keep them;
 /// - on Windows, carriage returns before line feeds in a file, which load() drops.
 ///
@@ -105,7 +106,8 @@ public:
     /// @name Name and value
     /// @{
 
-    /// Returns a copy of the name.
+    /// Returns the name.
+    /// @return a copy
     /// @throws std::bad_alloc
     [[nodiscard]] std::string getName() const;
 
@@ -114,7 +116,8 @@ public:
     /// @throws std::bad_alloc and changes nothing
     void setName(const std::string& name);
 
-    /// Returns a copy of the value.
+    /// Returns the value.
+    /// @return a copy
     /// @throws std::bad_alloc
     [[nodiscard]] std::string getValue() const;
 
@@ -126,12 +129,14 @@ public:
     /// @copydoc getValueAsInteger() const
     [[nodiscard]] float getValueAsFloat() const;
 
-    /// Returns whether the value begins with the word "true", after optional white space.
+    /// Returns the value as a boolean.
+    /// @return true if the value begins with the word "true", after optional white space
     [[nodiscard]] bool getValueAsBoolean() const;
 
     /// Returns the value of the element at a path.
     /// @param path the path, see the class description
     /// @param defaultValue the result if the element does not exist
+    /// @return a copy
     /// @throws std::bad_alloc
     [[nodiscard]] std::string getValue(const std::string& path,
                                        const std::string& defaultValue) const;
@@ -146,9 +151,10 @@ public:
     /// @copydoc getValueAsInteger(const std::string&, int) const
     [[nodiscard]] float getValueAsFloat(const std::string& path, float defaultValue) const;
 
-    /// Returns whether the value of the element at a path begins with the word "true".
+    /// Returns the value of the element at a path as a boolean.
     /// @param path the path, see the class description
     /// @param defaultValue the result if the element does not exist
+    /// @return true if the value begins with the word "true", after optional white space
     [[nodiscard]] bool getValueAsBoolean(const std::string& path, bool defaultValue) const;
 
     /// Replaces the value by a text without the blanks, tabs, line feeds and carriage returns at
@@ -186,14 +192,19 @@ public:
     /// @throws std::bad_alloc and changes nothing
     void setValue(bool flag);
 
-    /// Not available, because characters would be stored as numbers and other pointers as "true".
-    /// @{
-    void setValue(char) = delete;
+    /// Not available, because a character would be stored as a number.
+    /// @param character not stored
+    void setValue(char character) = delete;
+
+    /// Not available, because a pointer that is not a text would be stored as "true".
+    /// @param pointer not stored
     template<typename T, typename = std::enable_if_t<!std::is_same_v<std::remove_const_t<T>, char>>>
-    void setValue(T*) = delete;
+    void setValue(T* pointer) = delete;
+
+    /// Not available, because a pointer to a member would be stored as "true".
+    /// @param pointer not stored
     template<typename T, typename TClass>
-    void setValue(T TClass::*) = delete;
-    /// @}
+    void setValue(T TClass::*pointer) = delete;
 
     /// @}
     /// @name Children
@@ -299,12 +310,14 @@ public:
     /// @throws std::bad_alloc. The file is then unchanged.
     int save(const std::string& filename, bool formatted) const;
 
-    /// Returns the text of this element and its descendants, with nothing added between the tags.
+    /// Returns the text of this element and its descendants.
+    /// @return the text, with nothing added between the tags
     /// @throws std::bad_alloc
     [[nodiscard]] std::string toString() const;
 
     /// Returns the description of the last failure of load(), parse(), save() or validate() on any
-    /// element in the process; empty if none has failed. A success does not change it.
+    /// element in the process. A success does not change it.
+    /// @return a copy; empty if none of the calls has failed
     /// @throws std::bad_alloc
     [[nodiscard]] static std::string getLastError();
 

@@ -15,7 +15,7 @@ class XMLElement;
 
 /// Finds elements of one tree by path, with the same results as XMLElement::findChild. A path is
 /// looked up at most once. Paths in the order of the document take constant time each, others
-/// logarithmic time, whatever the names are.
+/// logarithmic time.
 ///
 /// While the finder exists, only its own calls may change names or children in the tree.
 class ElementFinder
