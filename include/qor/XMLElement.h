@@ -159,33 +159,44 @@ public:
 
     /// Replaces the value by a text without the blanks, tabs, line feeds and carriage returns at
     /// its ends.
-    /// @param text the text; a null pointer stores an empty value
+    /// @param text the text
     /// @throws std::bad_alloc and changes nothing
-    /// @{
     void setValue(const std::string& text);
+
+    /// Replaces the value by a text without the blanks, tabs, line feeds and carriage returns at
+    /// its ends.
+    /// @param text the text, ended by a zero byte; null stores an empty value
+    /// @throws std::bad_alloc and changes nothing
     void setValue(const char* text);
-    /// @}
 
     /// Replaces the value by the decimal text of an integer.
     /// @param number the integer
     /// @throws std::bad_alloc and changes nothing
-    /// @{
     void setValue(int number);
+
+    /// @copydoc setValue(int)
     void setValue(unsigned int number);
+
+    /// @copydoc setValue(int)
     void setValue(long number);
+
+    /// @copydoc setValue(int)
     void setValue(unsigned long number);
+
+    /// @copydoc setValue(int)
     void setValue(long long number);
+
+    /// @copydoc setValue(int)
     void setValue(unsigned long long number);
-    /// @}
 
     /// Replaces the value by the text of a number in fixed notation with six digits after the
     /// point.
     /// @param number the number, which is not converted to another type
     /// @throws std::bad_alloc and changes nothing
-    /// @{
     void setValue(float number);
+
+    /// @copydoc setValue(float)
     void setValue(double number);
-    /// @}
 
     /// Replaces the value by "true" or "false".
     /// @param flag the boolean
