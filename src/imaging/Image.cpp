@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "imaging/PixelMemory.h"
-#include "imaging/TargetClones.h"
 #include "imaging/PixelTransfer.h"
+#include "imaging/TargetClones.h"
 #include "imaging/Wrapping.h"
 
 namespace qor
