@@ -1,14 +1,14 @@
-# Turns the code blocks of a header (@code) or a page (```cpp) into a source file with a function for each. A
-# block with a main function becomes that function under another name. Included programs are compiled as such.
+# Turns the code blocks of a header (@code) or a page (```cpp) into a source file. A block of statements becomes
+# a function; one that begins with a function definition is compiled as it is, in a namespace of its own.
+# Embedded programs are left out: they are compiled as such.
 function finish() {
     open = 0
     if (skipped) {
         return
     }
     ++count
-    if (body ~ /int main\(/) {
-        sub(/int main\(/, "int main" count "(", body)
-        code = code body "\n"
+    if (body ~ /^\n*[a-z:]+ [a-zA-Z]+\([^\n;]*\)\n{/) {
+        code = code "namespace snippet" count "\n{\n" body "}\n\n"
     } else {
         code = code "void snippet" count "()\n{\n" body "}\n\n"
     }
@@ -22,6 +22,8 @@ function finish() {
 open && (/@endcode/ || /^ *```$/) { finish(); next }
 open {
     sub(/^ *\/\/\/ ?/, "")
+    sub(/^   /, "")
+    sub(/int main\(/, "int start(")
     if ($0 ~ /^ *#include/) {
         includes = includes $0 "\n"
     } else {
