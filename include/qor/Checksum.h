@@ -32,7 +32,7 @@ class QORTK_API Checksum
 {
 public:
     /// Length in bytes of the longest raw form of any kind.
-    static constexpr unsigned int MAX_CHECKSUM_LENGTH = 16;
+    static const unsigned int MAX_CHECKSUM_LENGTH = 16;
 
     virtual ~Checksum();
 

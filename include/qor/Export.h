@@ -1,11 +1,11 @@
 #pragma once
 
 /// @file
-/// Marks what the shared library exports. Define `QORTK_STATIC` where the library is linked
-/// statically; the CMake package and the pkg-config file do so.
+/// Marks the names that the shared library exports. Programs that link the library statically
+/// define `QORTK_STATIC`; the CMake package and the pkg-config file do so for them.
 
 /// @def QORTK_API
-/// Stands in front of what is exported.
+/// Marks an exported class or function.
 
 #if defined(QORTK_STATIC)
 #define QORTK_API
@@ -13,15 +13,19 @@
 #define QORTK_API __declspec(dllexport)
 #elif defined(_WIN32)
 #define QORTK_API __declspec(dllimport)
-#else
+#elif defined(__GNUC__)
 #define QORTK_API __attribute__((visibility("default")))
+#else
+#define QORTK_API
 #endif
 
 /// @def QORTK_PRINTF
-/// Stands behind a function that takes a printf format and its arguments, with their places counted
-/// from 1, and lets the compiler check that they match.
+/// Lets the compiler check the arguments of a function against its printf format. Both parameters
+/// are positions, counted from 1.
 
-#if defined(__GNUC__)
+#if defined(__MINGW32__) && !defined(__clang__)
+#define QORTK_PRINTF(text, values) __attribute__((format(gnu_printf, text, values)))
+#elif defined(__GNUC__)
 #define QORTK_PRINTF(text, values) __attribute__((format(printf, text, values)))
 #else
 #define QORTK_PRINTF(text, values)

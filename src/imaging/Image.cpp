@@ -173,6 +173,9 @@ int transferKeyed(const void* source, void* target, const TTransfer& transfer, T
 
 } // namespace
 
+const int Image::AL_NONE;
+const int Image::AL_CKBLACK;
+
 Image::Image() = default;
 
 Image::Image(unsigned long width, unsigned long height)

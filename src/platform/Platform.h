@@ -185,6 +185,7 @@ public:
 private:
     std::intptr_t m_Handle;
     int m_Error = 0;
+    [[maybe_unused]] int m_State = 0; ///< defined by each system
 };
 
 /// A file opened for writing, created if it does not exist. Opening a pipe without a reader fails
@@ -214,7 +215,7 @@ public:
 
 private:
     std::intptr_t m_Handle;
-    bool m_IsPipe = false;
+    int m_State = 0; ///< defined by each system
 };
 
 /// Replaces the content of a file, or creates it. A regular file is replaced as a whole: after a

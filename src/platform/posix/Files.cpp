@@ -20,6 +20,9 @@ namespace
 
 constexpr std::intptr_t NO_HANDLE = -1;
 
+/// State of an `OutputFile` that is not a regular file.
+constexpr int PIPE_STATE = 1;
+
 bool isPath(const std::string& path)
 {
     return path.find('\0') == std::string::npos;
@@ -212,7 +215,7 @@ OutputFile::OutputFile(const std::string& path, Kind kind) : m_Handle(NO_HANDLE)
     m_Handle = handle;
     letWait(handle);
     struct stat status;
-    m_IsPipe = fstat(handle, &status) == 0 && !S_ISREG(status.st_mode);
+    m_State = fstat(handle, &status) == 0 && !S_ISREG(status.st_mode) ? PIPE_STATE : 0;
 }
 
 OutputFile::~OutputFile()
@@ -228,7 +231,7 @@ bool OutputFile::isOpen() const
 std::size_t OutputFile::write(const char* bytes, std::size_t size)
 {
     const std::optional<PipeSignalPause> pause =
-        m_IsPipe ? std::make_optional<PipeSignalPause>() : std::nullopt;
+        m_State == PIPE_STATE ? std::make_optional<PipeSignalPause>() : std::nullopt;
     std::size_t done = 0;
     while (done < size) {
         const ssize_t count = ::write(static_cast<int>(m_Handle), bytes + done, size - done);

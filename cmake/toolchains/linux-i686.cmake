@@ -1,0 +1,9 @@
+# Linux on 32-bit x86 by Debian's cross compiler. Programs are linked statically, so that they run without the
+# target's libraries.
+set(CMAKE_SYSTEM_NAME Linux)
+set(CMAKE_SYSTEM_PROCESSOR i686)
+set(CMAKE_C_COMPILER i686-linux-gnu-gcc)
+set(CMAKE_CXX_COMPILER i686-linux-gnu-g++)
+set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
+set(CMAKE_FIND_ROOT_PATH /usr/i686-linux-gnu)
+include(${CMAKE_CURRENT_LIST_DIR}/target-only.cmake)
