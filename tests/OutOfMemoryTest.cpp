@@ -5,9 +5,9 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include "FailingAllocator.h"
+#include "HandleCount.h"
 #include "PixelData.h"
 #include "TemporaryFolder.h"
 #include "TestData.h"
@@ -37,13 +37,6 @@ struct TScenario {
     std::function<TRun()> prepare;
 };
 
-int firstFreeHandle()
-{
-    const int handle = dup(STDIN_FILENO);
-    close(handle);
-    return handle;
-}
-
 /// Runs the operation with one allocation after the other failing, until it succeeds. A failure
 /// loses nothing, and behind it the same operation gives what it gives without.
 void expectNothingLost(const TScenario& scenario)
@@ -57,7 +50,7 @@ void expectNothingLost(const TScenario& scenario)
     }
     for (long allowed = 0, failures = 0; failures == allowed; ++allowed) {
         const long before = liveBlocks;
-        const int handle = firstFreeHandle();
+        const int handle = countHandles();
         {
             const TRun run = scenario.prepare();
             const std::string former = run.show();
@@ -76,7 +69,7 @@ void expectNothingLost(const TScenario& scenario)
             ASSERT_EQ(run.show(), expected) << allowed;
         }
         ASSERT_EQ(liveBlocks, before) << allowed;
-        ASSERT_EQ(firstFreeHandle(), handle) << allowed;
+        ASSERT_EQ(countHandles(), handle) << allowed;
         ASSERT_TRUE(allowed > 0 || failures > 0) << "it takes no memory";
     }
 }

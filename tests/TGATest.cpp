@@ -43,7 +43,7 @@ TEST_F(TGATest, SavedFilesHaveTheseBytes)
 TEST_F(TGATest, SavedPicturesComeBack)
 {
     Random random;
-    const std::size_t sizes[][2] = {{1, 1}, {5, 3}, {1100, 5}, {4096, 2}, {1, 9001}, {9001, 1}};
+    const unsigned long sizes[][2] = {{1, 1}, {5, 3}, {1100, 5}, {4096, 2}, {1, 9001}, {9001, 1}};
     for (const auto& size : sizes) {
         Pixels pixels(size[0] * size[1]);
         std::generate(pixels.begin(), pixels.end(), std::ref(random));

@@ -10,7 +10,6 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include "qor/Condition.h"
 #include "qor/Mutex.h"
@@ -275,27 +274,6 @@ TEST(ThreadTest, RunsOnWithoutItsObject)
     mayEnd = true;
     EXPECT_TRUE(comesTrue([&] { return isThrough.load(); }));
 }
-
-#ifdef __GLIBC__
-TEST(ThreadTest, TellsWhenTheSystemRefuses)
-{
-    pthread_attr_t usual, huge;
-    pthread_getattr_default_np(&usual);
-    pthread_attr_init(&huge);
-    pthread_attr_setstacksize(&huge, std::size_t{1} << 60);
-    std::atomic<int> runs = 0;
-    TTask task([&] { ++runs; });
-    Thread thread;
-    pthread_setattr_default_np(&huge);
-    EXPECT_FALSE(thread.start(&task));
-    pthread_setattr_default_np(&usual);
-    thread.threadFunction();
-    EXPECT_EQ(runs, 1);
-    EXPECT_TRUE(thread.start(&task)) << "still idle, with a task";
-    thread.wait();
-    EXPECT_EQ(runs, 2);
-}
-#endif
 
 TEST(ThreadTest, CountsTimeSinceTheSystemStarted)
 {

@@ -1,0 +1,161 @@
+#include <atomic>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <thread>
+
+#include <pthread.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include "LogReader.h"
+#include "TestData.h"
+#include "qor/qor.h"
+
+using qor::File, qor::Log, qor::Thread, qor::XMLElement;
+
+namespace
+{
+
+class PosixFileTest : public LogReader
+{
+protected:
+    void SetUp() override
+    {
+        LogReader::SetUp();
+        write("file", "12345");
+        std::filesystem::create_directory("folder");
+        std::filesystem::create_symlink("folder", "link");
+        std::filesystem::create_symlink("nowhere", "broken");
+        ASSERT_EQ(mkfifo("fifo", 0600), 0);
+    }
+};
+
+TEST_F(PosixFileTest, FollowsLinksAndAcceptsPipes)
+{
+    EXPECT_TRUE(File::fileExists("fifo"));
+    EXPECT_TRUE(File::directoryExists("link"));
+    EXPECT_FALSE(File::fileExists("broken") || File::directoryExists("broken"));
+    write("third", "3");
+    EXPECT_TRUE(File::renameFile("file", "third")) << "an existing file is replaced";
+    EXPECT_EQ(read("third"), "12345");
+    for (const char* name : {"third", "fifo", "broken"}) {
+        EXPECT_TRUE(File::deleteFile(name));
+        EXPECT_FALSE(File::fileExists(name));
+    }
+    EXPECT_EQ(takeRecords(), TLines{});
+}
+
+TEST_F(PosixFileTest, TellsSizeAndTime)
+{
+    const std::pair<std::time_t, unsigned int> times[] = {
+        {-5, 0}, {1234567890, 1234567890}, {4294967300, 4294967295}};
+    for (const auto& [time, expected] : times) {
+        const timeval both[] = {{5, 0}, {time, 900000}};
+        ASSERT_EQ(utimes("file", both), 0);
+        EXPECT_EQ(File::fileTime("file"), expected);
+    }
+    EXPECT_EQ(File::fileSize("file"), 5u);
+    EXPECT_EQ(File::fileSize("fifo"), 0u);
+    if (truncate("file", (1LL << 32) + 7) == 0) {
+        EXPECT_EQ(File::fileSize("file"), 7u);
+    }
+    EXPECT_EQ(takeRecords(), TLines{});
+}
+
+TEST_F(PosixFileTest, FindsTheUsersDataDirectory)
+{
+    const char* const variables[] = {"QOR_USER_DATA_DIR", "XDG_DATA_HOME", "HOME"};
+    for (const auto& test : readTable("user-data")) {
+        for (std::size_t i = 0; i < 3; ++i) {
+            test[i] == "-" ? unsetenv(variables[i]) : setenv(variables[i], test[i].c_str(), 1);
+        }
+        EXPECT_EQ(File::getUserDataDirectory("host", false), test[3]);
+    }
+    setenv("HOME", "", 1);
+    const std::string home = getpwuid(getuid())->pw_dir;
+    EXPECT_EQ(File::getUserDataDirectory("host", false), home + "/.local/share/host");
+    EXPECT_EQ(takeRecords(), TLines{});
+}
+
+using PosixLogTest = LogReader;
+
+TEST_F(PosixLogTest, HandsEachLineToTheSystemAtOnce)
+{
+    const auto countWrites = [] {
+        return std::atol(split(read("/proc/self/io"), "syscw: ").back().c_str());
+    };
+    countWrites(); // Sanitizers write, too, when they meet something first.
+    const long before = countWrites();
+    if (before == 0) {
+        GTEST_SKIP() << "the system does not count write calls";
+    }
+    for (int i = 0; i < 50; ++i) {
+        Log::info(std::string(20000, 'x'));
+        Log::info("%d", i);
+    }
+    EXPECT_EQ(countWrites() - before, 100);
+    EXPECT_EQ(takeRecords().size(), 100u);
+}
+
+TEST_F(PosixLogTest, KeepsItsFileFromChildProcesses)
+{
+    // A child would show the file among its open ones.
+    ASSERT_EQ(std::system("ls -l /proc/self/fd/ > open 2>&1"), 0);
+    EXPECT_EQ(read("open").find("test.log"), std::string::npos);
+}
+
+TEST_F(PosixLogTest, WritesTheFormatOfAnUnconvertibleArgument)
+{
+    Log::info("%s %lc", "no such character:", static_cast<wint_t>(0x7fffffff));
+    EXPECT_EQ(takeRecords(), TLines{"I %s %lc"});
+}
+
+TEST(PosixLoadTest, DocumentsFromPipes)
+{
+    for (const unsigned int size : {8u, 65535u, 65536u, 65537u, 300000u}) {
+        const std::string text = "<a>" + repeated("x", static_cast<int>(size - 7)) + "</a>";
+        int ends[2];
+        ASSERT_EQ(pipe(ends), 0);
+        std::thread writer([&] {
+            EXPECT_EQ(::write(ends[1], text.data(), size), static_cast<ssize_t>(size));
+            close(ends[1]);
+        });
+        XMLElement tree("");
+        EXPECT_EQ(tree.load("/dev/fd/" + std::to_string(ends[0])), static_cast<int>(size));
+        writer.join();
+        close(ends[0]);
+        EXPECT_EQ(tree.toString(), text);
+    }
+}
+
+#ifdef __GLIBC__
+struct TTask : qor::Task {
+    explicit TTask(std::function<void()> actionArgument) : action(std::move(actionArgument)) {}
+    void run() override { action(); }
+    std::function<void()> action;
+};
+
+TEST(PosixThreadTest, TellsWhenTheSystemRefuses)
+{
+    pthread_attr_t usual, huge;
+    pthread_getattr_default_np(&usual);
+    pthread_attr_init(&huge);
+    pthread_attr_setstacksize(&huge, std::size_t{1} << 60);
+    std::atomic<int> runs = 0;
+    TTask task([&] { ++runs; });
+    Thread thread;
+    pthread_setattr_default_np(&huge);
+    EXPECT_FALSE(thread.start(&task));
+    pthread_setattr_default_np(&usual);
+    thread.threadFunction();
+    EXPECT_EQ(runs, 1);
+    EXPECT_TRUE(thread.start(&task)) << "still idle, with a task";
+    thread.wait();
+    EXPECT_EQ(runs, 2);
+}
+#endif
+
+} // namespace
