@@ -108,10 +108,12 @@ TEST_F(LogTest, WritesNumbersAsInTheClassicLocale)
     if (!std::setlocale(LC_ALL, "de_DE.UTF-8") && !std::setlocale(LC_ALL, "German_Germany.1252")) {
         GTEST_SKIP() << "no locale with a decimal comma";
     }
-    Log::info("%.2f %g %zu", 1234.5, 0.5, std::size_t{7});
+    Log::info("%.2f %g %zu %-5s| %*.*Lf %d%% %lld %c %#x %.3s %+d", 1234.5, 0.5, std::size_t{7},
+              "1,5", 8, 1, 2.5L, -3, -4000000000LL, 'c', 255, "abcd", 6);
     EXPECT_EQ(std::to_string(1.5), "1,500000") << "the host's locale is as it was";
     std::setlocale(LC_ALL, "C");
-    EXPECT_EQ(takeRecords(), TLines{"I 1234.50 0.5 7"});
+    EXPECT_EQ(takeRecords(),
+              (TLines{"I 1234.50 0.5 7 1,5  |      2.5 -3% -4000000000 c 0xff abc +6"}));
 }
 
 /// @return local time as it stands in the log, which orders as the time does

@@ -37,6 +37,12 @@ private:
 
 constexpr DWORD SHARE_ALL = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
+/// Wine does not keep all attributes of files, and root may write any file there.
+bool isWine()
+{
+    return GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
+}
+
 class WindowsTest : public LogReader
 {
 };
@@ -156,7 +162,7 @@ TEST_F(WindowsTest, SavesReplaceTheFileAsAWhole)
         EXPECT_EQ(GetFileSize(reader.get(), nullptr), 100u);
     }
     EXPECT_EQ(read("file"), text);
-    EXPECT_NE(GetFileAttributesA(file.c_str()) & FILE_ATTRIBUTE_HIDDEN, 0u);
+    EXPECT_TRUE(isWine() || (GetFileAttributesA(file.c_str()) & FILE_ATTRIBUTE_HIDDEN) != 0);
     SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_NORMAL);
     // A file of two names keeps both.
     std::filesystem::create_hard_link(file, path("second"));
@@ -172,7 +178,7 @@ TEST_F(WindowsTest, SavesReplaceTheFileAsAWhole)
     }
     EXPECT_EQ(read("file"), "<a>d</a>");
     SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_READONLY);
-    EXPECT_EQ(tree.save(file, false), -1);
+    EXPECT_TRUE(isWine() || !save());
     SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_NORMAL);
     EXPECT_EQ(tree.save(path("new"), false), 8);
     EXPECT_EQ(tree.save(path(""), false), -1);
