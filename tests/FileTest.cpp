@@ -1,8 +1,11 @@
 #include "qor/File.h"
 
+#include <atomic>
 #include <filesystem>
 #include <functional>
+#include <future>
 #include <map>
+#include <vector>
 
 #include "Environment.h"
 #include "LogReader.h"
@@ -124,6 +127,26 @@ TEST_F(FileTest, CreatesTheUsersDataDirectory)
     for (const bool create : {false, true, true}) {
         EXPECT_EQ(File::getUserDataDirectory("host", create), "new");
         EXPECT_EQ(File::directoryExists("new"), create);
+    }
+    EXPECT_EQ(takeRecords(), TLines{});
+}
+
+TEST_F(FileTest, ManyMayCreateTheDataDirectoryAtOnce)
+{
+    for (int round = 0; round < 100; ++round) {
+        setVariable("QOR_USER_DATA_DIR", ("data" + std::to_string(round)).c_str());
+        std::atomic<int> waiting{4};
+        std::vector<std::future<std::string>> results;
+        for (int i = 0; i < 4; ++i) {
+            results.push_back(std::async(std::launch::async, [&waiting] {
+                for (--waiting; waiting > 0;) {
+                }
+                return File::getUserDataDirectory("", true);
+            }));
+        }
+        for (std::future<std::string>& result : results) {
+            EXPECT_NE(result.get(), "");
+        }
     }
     EXPECT_EQ(takeRecords(), TLines{});
 }

@@ -298,7 +298,11 @@ TEST_F(OutOfMemoryTest, NothingIsLostAndAllCanBeRepeated)
         making("folder", [&] { return File::createDirectory(missing) ? "" : "missing"; }),
         making("renaming", [&] { return File::renameFile(missing, missing) ? "" : "missing"; }),
         making("path", [&] { return File::standardizePath(File::filePath(missing, LONG)); }),
-        making("data directory", [&] { return File::getUserDataDirectory(LONG, false); }),
+        making("data directory",
+               [&] {
+                   unsetenv("QOR_USER_DATA_DIR");
+                   return File::getUserDataDirectory(LONG, false);
+               }),
 
         making("thread",
                [&] {

@@ -25,7 +25,7 @@ int checkFilePath(const std::string& path)
     return File::directoryExists(path) ? EISDIR : 0;
 }
 
-bool tellUnopened(const platform::InputFile& file, const std::string& path)
+bool logOpenFailure(const platform::InputFile& file, const std::string& path)
 {
     if (file.getError() == 0) {
         return false;
@@ -34,13 +34,34 @@ bool tellUnopened(const platform::InputFile& file, const std::string& path)
     return true;
 }
 
+void logCreationFailure(const std::string& path, int error)
+{
+    Log::error("Directory (" + path + ") creation failed: " + platform::getErrorText(error));
+}
+
+/// Creates a directory that only the user can access, unless the directory exists.
+/// @return whether the directory exists
+bool createPrivateDirectory(const std::string& path)
+{
+    if (File::directoryExists(path)) {
+        return true;
+    }
+    const int error = platform::createDirectory(path, platform::Access::USER_ONLY);
+    // Another process may have created the directory after the first check.
+    if (error == 0 || File::directoryExists(path)) {
+        return true;
+    }
+    logCreationFailure(path, error);
+    return false;
+}
+
 } // namespace
 
 bool File::createDirectory(const std::string& path)
 {
     const int error = platform::createDirectory(path, platform::Access::EVERYONE);
     if (error != 0) {
-        Log::error("Directory (" + path + ") creation failed: " + platform::getErrorText(error));
+        logCreationFailure(path, error);
     }
     return error == 0;
 }
@@ -82,7 +103,7 @@ bool File::renameFile(const std::string& oldPath, const std::string& newPath)
 unsigned int File::fileTime(const std::string& path)
 {
     const platform::InputFile file(path, platform::InputFile::Kind::ATTRIBUTES);
-    if (tellUnopened(file, path)) {
+    if (logOpenFailure(file, path)) {
         return 0;
     }
     std::int64_t second = 0;
@@ -99,7 +120,7 @@ unsigned int File::fileTime(const std::string& path)
 unsigned int File::fileSize(const std::string& path)
 {
     const platform::InputFile file(path, platform::InputFile::Kind::ATTRIBUTES);
-    if (tellUnopened(file, path)) {
+    if (logOpenFailure(file, path)) {
         return 0;
     }
     std::uint64_t size = 0;
@@ -140,7 +161,7 @@ std::string File::getUserDataDirectory(const std::string& name, bool create)
         return directory;
     }
     directory = standardizePath(directory);
-    if (create && !directoryExists(directory) && !createDirectory(directory)) {
+    if (create && !createPrivateDirectory(directory)) {
         directory.clear();
     }
     return directory;

@@ -215,7 +215,7 @@ public:
 
 private:
     std::intptr_t m_Handle;
-    int m_State = 0; ///< defined by each system
+    int m_State = 0; ///< the kind of the file, in the system's own terms
 };
 
 /// Replaces the content of a file, or creates it. A regular file is replaced as a whole: after a

@@ -1,11 +1,15 @@
 #include "qor/Desktop.h"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <string>
 #include <thread>
+#include <vector>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -133,10 +137,10 @@ TEST_F(DesktopTest, ShowsAnErrorWithTheFirstDialog)
     const char* const text = "-C:\\new <b>x&y</b>";
     const char* const caption = "+cap";
     const std::string boxes[][2] = {
-        {"xmessage", "[xmessage][-center][-buttons][OK][-title][ +cap][ -C:\\new <b>x&y</b>]"},
+        {"xmessage", "[xmessage][-center][-buttons][OK:0][-title][ +cap][ -C:\\new <b>x&y</b>]"},
         {"Xdialog", "[Xdialog][--title][ +cap][--msgbox][ -C:\\\\new <b>x&y</b>][0][0]"},
         {"kdialog", "[kdialog][--title=+cap][--error=<qt>-C:\\\\new &lt;b>x&amp;y&lt;/b></qt>]"},
-        {"zenity", "[zenity][--error][--no-markup][--title=+cap][--text=-C:\\\\new <b>x&y</b>]"},
+        {"zenity", "[zenity][--error][--no-markup][--title=+cap][--text=-C:\\new <b>x&y</b>]"},
     };
     for (const auto& [name, expected] : boxes) {
         addProgram(name, 0);
@@ -149,6 +153,67 @@ TEST_F(DesktopTest, ShowsAnErrorWithTheFirstDialog)
     EXPECT_EQ(takeGiven(), "[zenity][--error][--no-markup][--title=Error][--text=]");
 }
 
+TEST_F(DesktopTest, PassesTextsThatDialogsShowUnchanged)
+{
+    constexpr std::size_t MAX_SIZE = 65536;
+    const std::string half(MAX_SIZE / 2, 'x'), unit = "\u00FC";
+    const std::string cut = half + half.substr(1), ellipsis = "\u2026";
+    const struct {
+        const char* dialog;
+        std::string text, expected;
+    } cases[] = {
+        {"kdialog", "a  b\n c", "a  b\n c"},
+        {"kdialog", " &  b\n \\", "<qt>&nbsp;&amp; &nbsp;b<br>&nbsp;\\\\</qt>"},
+        {"kdialog", std::string(2 * MAX_SIZE, '<'), ""},
+        {"zenity",
+         "\x80"
+         "a\xC3\xBC\xC3",
+         "\uFFFD"
+         "a\u00FC\uFFFD"},
+        {"zenity", "\xC0\xAF\xE0\x9F\xBF", "\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {"zenity", "\xED\xA0\x80\xF4\x90\x80\x80", "\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {"zenity", "\xF0\x8F\xBF\xBF\xF5", "\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {"zenity", "\uD7FF\uE000\U00010000\U0010FFFF\u20AC",
+         "\uD7FF\uE000\U00010000\U0010FFFF\u20AC"},
+        {"zenity", half + half, half + half},
+        {"zenity", half + half + "x", half + half + ellipsis},
+        {"zenity", cut + unit, cut + ellipsis},
+    };
+    for (const auto& test : cases) {
+        const std::string name = test.dialog;
+        addProgram(name, 0);
+        EXPECT_EQ(showAndCatch(test.text.c_str(), ""), "") << test.text.substr(0, 50);
+        const std::string begin = name == "zenity"
+                                      ? "[zenity][--error][--no-markup][--title=][--text="
+                                      : "[kdialog][--title=][--error=";
+        const std::string given = takeGiven();
+        if (test.expected.empty()) {
+            EXPECT_LE(given.size(), MAX_SIZE + 100);
+            EXPECT_EQ(given.substr(given.size() - 13), "&lt;" + ellipsis + "</qt>]");
+        } else {
+            EXPECT_EQ(given, begin + test.expected + "]") << test.text.substr(0, 50);
+        }
+        unlink(("bin/" + name).c_str());
+    }
+}
+
+TEST_F(DesktopTest, ShowsAnErrorWithoutFreeDescriptors)
+{
+    addProgram("zenity", 0);
+    rlimit former = {};
+    getrlimit(RLIMIT_NOFILE, &former);
+    const rlimit few = {OPEN_FILE + 1, former.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &few);
+    std::vector<int> descriptors;
+    for (int descriptor = 0; (descriptor = dup(STDERR_FILENO)) >= 0;) {
+        descriptors.push_back(descriptor);
+    }
+    qor::showErrorPopUp("text", "");
+    std::for_each(descriptors.begin(), descriptors.end(), close);
+    setrlimit(RLIMIT_NOFILE, &former);
+    EXPECT_EQ(takeGiven(), "[zenity][--error][--no-markup][--title=][--text=text]");
+}
+
 TEST_F(DesktopTest, WritesWhatNobodyHasSeenToStandardError)
 {
     EXPECT_EQ(showAndCatch("text", "caption"), "caption: text\n");
@@ -158,9 +223,27 @@ TEST_F(DesktopTest, WritesWhatNobodyHasSeenToStandardError)
     EXPECT_EQ(showAndCatch("text", nullptr), "Error: text\n");
     EXPECT_EQ(takeGiven(), "[zenity][--error][--no-markup][--title=Error][--text=text]"
                            "[kdialog][--title=Error][--error=text]");
-    unsetenv("DISPLAY");
-    EXPECT_EQ(showAndCatch("text", ""), ": text\n");
+    for (const char* display : {"", static_cast<const char*>(nullptr)}) {
+        display ? setenv("DISPLAY", display, 1) : unsetenv("DISPLAY");
+        EXPECT_EQ(showAndCatch("text", ""), ": text\n");
+    }
     EXPECT_EQ(read("given"), "");
+}
+
+TEST_F(DesktopTest, SkipsDialogsThatDoNotRun)
+{
+    write("bin/zenity", "not executable");
+    chmod(write("bin/kdialog", "#!/bin/sh\nkill -9 $$\n").c_str(), 0700);
+    addProgram("Xdialog", 0);
+    addProgram("xmessage", 0);
+    EXPECT_EQ(showAndCatch("text", "caption"), "");
+    EXPECT_EQ(takeGiven(), "[Xdialog][--title][caption][--msgbox][text][0][0]");
+    unlink("bin/kdialog");
+    // Then the system does not keep how the dialog ended.
+    const auto handler = std::signal(SIGCHLD, SIG_IGN);
+    EXPECT_EQ(showAndCatch("text", "caption"), "caption: text\n");
+    std::signal(SIGCHLD, handler);
+    EXPECT_EQ(takeGiven(), "[Xdialog][--title][caption][--msgbox][text][0][0]");
 }
 
 } // namespace

@@ -1,13 +1,16 @@
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <future>
 #include <string>
+#include <thread>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include "LogReader.h"
@@ -62,6 +65,17 @@ protected:
         EXPECT_EQ(Log::open(place.c_str(), true), isOpened);
         Log::info("nowhere");
         EXPECT_EQ(Log::open(place.c_str(), false), isOpened);
+    }
+
+    /// Returns the sorted names of the files in a folder, with the hidden ones.
+    static TLines listFolder(const std::string& folder = ".")
+    {
+        TLines names;
+        for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+            names.push_back(entry.path().filename());
+        }
+        std::sort(names.begin(), names.end());
+        return names;
     }
 
     Configuration table{1};
@@ -157,8 +171,12 @@ TEST_F(DiskFaultTest, DisksThatFillUpOnTheWay)
     EXPECT_EQ(image.saveTGA("file", 32), -3);
     EXPECT_EQ(File::fileSize("file"), ROOM);
     EXPECT_EQ(Image(1, 1).loadTGA("file"), -6);
-    EXPECT_EQ(tree.save("file", false), 100007) << "as only opening is checked";
-    EXPECT_EQ(File::fileSize("file"), ROOM);
+    const std::string picture = read("file");
+    for (const std::string name : {"file", "new"}) {
+        EXPECT_EQ(tree.save(name, false), 100007) << "as only opening is checked";
+    }
+    EXPECT_EQ(read("file"), picture);
+    EXPECT_EQ(listFolder(), (TLines{"fifo", "file", "test.log"}));
     Log::info("torn within");
     Log::info("dropped");
     setrlimit(RLIMIT_FSIZE, &former);
@@ -193,7 +211,148 @@ TEST_F(DiskFaultTest, PipesWhoseReaderGoes)
                   isPicture ? -3 : static_cast<int>(SIZE * SIZE) + 7);
         EXPECT_GE(reading.get(), READ_SIZE);
     }
-    sigset_t blocked;
+    sigset_t signals, blocked, pending;
     pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
     EXPECT_EQ(sigismember(&blocked, SIGPIPE), 0);
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    for (const bool isPending : {false, true}) {
+        if (isPending) {
+            pthread_kill(pthread_self(), SIGPIPE);
+        }
+        std::future<int> reader = std::async(std::launch::async, [] {
+            const int pipe = ::open("fifo", O_RDONLY);
+            char byte = 0;
+            const ssize_t count = ::read(pipe, &byte, 1);
+            ::close(pipe);
+            return static_cast<int>(count);
+        });
+        while (tree.save("fifo", false) < 0) {
+        }
+        EXPECT_EQ(reader.get(), 1);
+        sigpending(&pending);
+        EXPECT_EQ(sigismember(&pending, SIGPIPE), isPending);
+    }
+    int number = 0;
+    sigwait(&signals, &number);
+    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+}
+
+TEST_F(DiskFaultTest, SignalsInterruptNoTransfer)
+{
+    XMLElement tree("a"), copy("");
+    tree.setValue(std::string(200000, 'x'));
+    struct sigaction action = {}, former = {};
+    action.sa_handler = [](int) {}; // Without SA_RESTART, calls of the system are interrupted.
+    sigaction(SIGALRM, &action, &former);
+    const itimerval often = {{0, 1000}, {0, 1000}}, never = {};
+    sigset_t alarms;
+    sigemptyset(&alarms);
+    sigaddset(&alarms, SIGALRM);
+    const int pipe = ::open("fifo", O_RDWR | O_NONBLOCK);
+    fcntl(pipe, F_SETFL, 0);
+    // The other end, which takes and gives slowly, gets no signals.
+    pthread_sigmask(SIG_BLOCK, &alarms, nullptr);
+    std::future<std::string> copying = std::async(std::launch::async, [pipe] {
+        std::string text(200007, '\0');
+        std::size_t done = 0;
+        for (ssize_t count = 1; done < text.size() && count > 0;) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            count = ::read(pipe, &text[done], text.size() - done);
+            done += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+        }
+        return text;
+    });
+    pthread_sigmask(SIG_UNBLOCK, &alarms, nullptr);
+    setitimer(ITIMER_REAL, &often, nullptr);
+    EXPECT_EQ(tree.save("fifo", false), 200007);
+    const std::string text = copying.get();
+    EXPECT_EQ(text, tree.toString());
+    pthread_sigmask(SIG_BLOCK, &alarms, nullptr);
+    std::future<void> giving = std::async(std::launch::async, [pipe, &text] {
+        for (std::size_t done = 0; done < text.size();) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            const ssize_t count =
+                ::write(pipe, &text[done], std::min<std::size_t>(text.size() - done, 50000));
+            done += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+        }
+        ::close(pipe);
+    });
+    pthread_sigmask(SIG_UNBLOCK, &alarms, nullptr);
+    EXPECT_EQ(copy.load("fifo"), 200007);
+    setitimer(ITIMER_REAL, &never, nullptr);
+    giving.get();
+    sigaction(SIGALRM, &former, nullptr);
+    EXPECT_EQ(copy.toString(), text);
+}
+
+TEST_F(DiskFaultTest, FilesLeaveTheStandardStreamsAlone)
+{
+    const int copy = dup(STDERR_FILENO);
+    ::close(STDERR_FILENO);
+    Log::open("log", false);
+    const bool isFree = fcntl(STDERR_FILENO, F_GETFD) < 0;
+    dup2(copy, STDERR_FILENO);
+    ::close(copy);
+    EXPECT_TRUE(isFree);
+    Log::info("text");
+    EXPECT_EQ(readRecords("log").back(), "I text");
+}
+
+#ifdef F_SETLEASE
+TEST_F(DiskFaultTest, LeasesAreWaitedFor)
+{
+    XMLElement tree("a");
+    const std::string file = write("file", "<a></a>");
+    const auto handler = std::signal(SIGIO, SIG_IGN);
+    for (const bool isLoad : {false, true}) {
+        const int holder = ::open(file.c_str(), isLoad ? O_RDWR : O_RDONLY);
+        fcntl(holder, F_SETLEASE, isLoad ? F_WRLCK : F_RDLCK);
+        std::future<void> releasing = std::async(std::launch::async, [holder] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(30));
+            ::close(holder);
+        });
+        EXPECT_EQ(isLoad ? tree.load(file) : tree.save(file, false), 7) << isLoad;
+    }
+    std::signal(SIGIO, handler);
+}
+#endif
+
+TEST_F(DiskFaultTest, SavingReplacesTheFileAndKeepsItsProperties)
+{
+    const XMLElement tree("b");
+    std::filesystem::create_directory("folder");
+    std::filesystem::create_symlink("folder/file", "link");
+    std::filesystem::create_symlink("link", "link2");
+    std::filesystem::create_symlink("folder/missing", "dangling");
+    const std::string longName(255, 'n');
+    for (const std::string name : {"file", "folder/file", "hard", longName.c_str()}) {
+        chmod(write(name, "<old></old>").c_str(), 02640);
+    }
+    std::filesystem::create_hard_link("hard", "hard2");
+    const struct {
+        std::string path, file;
+        bool isReplaced;
+    } cases[] = {{"file", "file", true},         {path("file"), "file", true},
+                 {"link2", "folder/file", true}, {"hard", "hard2", false},
+                 {longName, longName, true},     {"/dev/fd/77", "file", false}};
+    for (const auto& test : cases) {
+        const int fd = ::open("file", O_RDONLY);
+        dup2(fd, 77);
+        ::close(fd);
+        struct stat before = {}, after = {};
+        stat(test.file.c_str(), &before);
+        EXPECT_EQ(tree.save(test.path, false), 7) << test.path;
+        EXPECT_EQ(read(test.file), "<b></b>") << test.path;
+        stat(test.file.c_str(), &after);
+        EXPECT_EQ(before.st_ino != after.st_ino, test.isReplaced) << test.path;
+        EXPECT_EQ(after.st_mode & 07777, 02640u) << test.path;
+    }
+    ::close(77);
+    EXPECT_EQ(tree.save("dangling", false), 7);
+    EXPECT_EQ(read("folder/missing"), "<b></b>");
+    EXPECT_TRUE(std::filesystem::is_symlink("link2") && std::filesystem::is_symlink("dangling"));
+    EXPECT_EQ(listFolder("folder"), (TLines{"file", "missing"}));
+    EXPECT_EQ(listFolder().size(), 10u) << "no temporary file is left";
 }

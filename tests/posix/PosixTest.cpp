@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <thread>
 
 #include <pthread.h>
@@ -14,7 +15,7 @@
 #include "TestData.h"
 #include "qor/qor.h"
 
-using qor::File, qor::Log, qor::Thread, qor::XMLElement;
+using qor::File, qor::Image, qor::Log, qor::Thread, qor::XMLElement;
 
 namespace
 {
@@ -75,9 +76,34 @@ TEST_F(PosixFileTest, FindsTheUsersDataDirectory)
         EXPECT_EQ(File::getUserDataDirectory("host", false), test[3]);
     }
     setenv("HOME", "", 1);
-    const std::string home = getpwuid(getuid())->pw_dir;
-    EXPECT_EQ(File::getUserDataDirectory("host", false), home + "/.local/share/host");
+    const passwd* const user = getpwuid(getuid());
+    EXPECT_EQ(File::getUserDataDirectory("host", false),
+              user ? std::string(user->pw_dir) + "/.local/share/host" : "");
+    takeRecords();
     EXPECT_EQ(takeRecords(), TLines{});
+}
+
+TEST_F(PosixFileTest, CreatesWithTheUsualPermissions)
+{
+    const mode_t former = umask(0);
+    const std::map<std::string, std::pair<std::function<void(const std::string&)>, mode_t>> cases =
+        {{"data",
+          {[](const std::string& path) {
+               setenv("QOR_USER_DATA_DIR", path.c_str(), 1);
+               File::getUserDataDirectory("", true);
+           },
+           0700}},
+         {"shared", {[](const std::string& path) { File::createDirectory(path); }, 0777}},
+         {"document", {[](const std::string& path) { XMLElement("a").save(path, false); }, 0666}},
+         {"picture", {[](const std::string& path) { Image(1, 1).saveTGA(path.c_str(), 8); }, 0666}},
+         {"log", {[](const std::string& path) { Log::open(path.c_str(), true); }, 0666}}};
+    for (const auto& [name, test] : cases) {
+        test.first(name);
+        struct stat status = {};
+        stat(name.c_str(), &status);
+        EXPECT_EQ(status.st_mode & 07777, test.second) << name;
+    }
+    umask(former);
 }
 
 using PosixLogTest = LogReader;

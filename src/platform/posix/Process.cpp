@@ -1,0 +1,184 @@
+#include "platform/posix/Process.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "platform/Platform.h"
+
+namespace qor::platform
+{
+
+namespace
+{
+
+/// Exit status of a child process that could not become the program, as in the shell.
+constexpr int NOT_STARTED = 127;
+
+/// Returns the search path of the environment; the system's own if there is none or the host runs
+/// with other privileges than its caller.
+std::string getSearchPath()
+{
+    if (const char* const variable = getEnvironmentVariable("PATH")) {
+        return variable;
+    }
+    std::string path(confstr(_CS_PATH, nullptr, 0), '\0');
+    confstr(_CS_PATH, path.data(), path.size());
+    return path.c_str();
+}
+
+bool isExecutable(const std::string& file)
+{
+    struct stat status;
+    return stat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+           access(file.c_str(), X_OK) == 0;
+}
+
+/// Returns the path of a program; empty if there is none.
+std::string findProgram(const std::string& name)
+{
+    const std::string path = getSearchPath();
+    for (std::size_t begin = 0; begin <= path.size();) {
+        const std::size_t end = std::min(path.find(':', begin), path.size());
+        std::string file = path.substr(begin, end - begin) + "/" + name;
+        if (path[begin] == '/' && isExecutable(file)) {
+            return file;
+        }
+        begin = end + 1;
+    }
+    return "";
+}
+
+void resetSignals()
+{
+    struct sigaction standard = {};
+    standard.sa_handler = SIG_DFL;
+    for (int number = 1; number < NSIG; ++number) {
+        sigaction(number, &standard, nullptr);
+    }
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+/// Closes all descriptors above the standard streams.
+void closeDescriptors()
+{
+#ifdef QORTK_HAS_CLOSEFROM
+    closefrom(STDERR_FILENO + 1);
+#else
+    constexpr long MAX_COUNT = 65536;
+    const long limit = sysconf(_SC_OPEN_MAX);
+    const long count = limit < 0 ? MAX_COUNT : std::min(limit, MAX_COUNT);
+    for (int descriptor = STDERR_FILENO + 1; descriptor < count; ++descriptor) {
+        close(descriptor);
+    }
+#endif
+}
+
+/// Connects the standard streams to /dev/null. Needs a free descriptor.
+void disconnectStandardStreams()
+{
+    const int null = open("/dev/null", O_RDWR);
+    for (int descriptor = 0; descriptor <= STDERR_FILENO; ++descriptor) {
+        if (dup2(null, descriptor) < 0) {
+            close(descriptor);
+        }
+    }
+    if (null > STDERR_FILENO) {
+        close(null);
+    }
+}
+
+/// Gives up the privileges of a set-user-ID or set-group-ID host for good, since the program works
+/// for the user who called the host. A host of the superuser that has taken on a user's identity
+/// keeps that identity. Setting both IDs sets the saved ID, too.
+/// @return false if the system refuses
+bool dropPrivileges()
+{
+    const uid_t user = getuid() != 0 ? getuid() : geteuid();
+    const gid_t group = getuid() != 0 ? getgid() : getegid();
+    return setregid(group, group) == 0 && setreuid(user, user) == 0;
+}
+
+/// Forks with all signals blocked, so that no signal handler of the host runs in the child process.
+/// They stay blocked there.
+pid_t forkWithSignalsBlocked()
+{
+    sigset_t all;
+    sigset_t formerMask;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &formerMask);
+    const pid_t process = fork();
+    if (process != 0) {
+        pthread_sigmask(SIG_SETMASK, &formerMask, nullptr);
+    }
+    return process;
+}
+
+int waitForProcess(pid_t process)
+{
+    int status = 0;
+    while (waitpid(process, &status, 0) < 0) {
+        if (errno != EINTR) {
+            return STATUS_UNKNOWN;
+        }
+    }
+    return WIFEXITED(status) ? WEXITSTATUS(status) : STATUS_FAILED;
+}
+
+} // namespace
+
+Program::Program(std::vector<std::string> arguments)
+    : m_Arguments(std::move(arguments)), m_File(findProgram(m_Arguments.front()))
+{
+    for (std::string& argument : m_Arguments) {
+        m_Pointers.push_back(argument.data());
+    }
+    m_Pointers.push_back(nullptr);
+}
+
+void Program::execute() const
+{
+    // In this order: the host may have no free descriptor.
+    closeDescriptors();
+    disconnectStandardStreams();
+    if (dropPrivileges()) {
+        resetSignals();
+        execv(m_File.c_str(), m_Pointers.data());
+    }
+    _exit(NOT_STARTED);
+}
+
+int runAndWait(const Program& program)
+{
+    const pid_t process = forkWithSignalsBlocked();
+    if (process == 0) {
+        program.execute();
+    }
+    return process < 0 ? STATUS_FAILED : waitForProcess(process);
+}
+
+void spawnDetached(const Program& program)
+{
+    const pid_t process = forkWithSignalsBlocked();
+    if (process == 0) {
+        // The host's terminal may close before the program ends.
+        setsid();
+        if (fork() == 0) {
+            program.execute();
+        }
+        _exit(EXIT_SUCCESS);
+    }
+    if (process > 0) {
+        waitForProcess(process);
+    }
+}
+
+} // namespace qor::platform
