@@ -8,12 +8,12 @@
 #include "qor/Condition.h"
 #include "qor/Mutex.h"
 
-// Locks and events beside those of the standard library. A flag with a condition variable is what
-// hosts write where they need an event.
+// Compares locks and events with those of the standard library.
 
 namespace
 {
 
+/// Condition with the lock that its caller holds.
 class OwnEvent
 {
 public:
@@ -31,6 +31,8 @@ private:
     qor::Condition m_Condition;
 };
 
+/// The least that a program can write: the caller's lock also guards the flag. `signal` has to lock
+/// it, too, and the event must outlive the call.
 class StandardEvent
 {
 public:
@@ -56,7 +58,41 @@ private:
     bool m_IsSet = false;
 };
 
-/// A second thread that sleeps: where there is only one, the standard's locks take a short cut.
+/// The contract of Condition: any lock of the caller is released for the wait, and `signal` does
+/// not need that lock.
+class SeparateEvent
+{
+public:
+    void signal()
+    {
+        {
+            const std::lock_guard guard(m_Guard);
+            m_IsSet = true;
+        }
+        m_Condition.notify_one();
+    }
+
+    void wait()
+    {
+        m_Mutex.lock();
+        {
+            std::unique_lock guard(m_Guard);
+            m_Mutex.unlock();
+            m_Condition.wait(guard, [this] { return m_IsSet; });
+            m_IsSet = false;
+        }
+        m_Mutex.lock();
+        m_Mutex.unlock();
+    }
+
+private:
+    std::recursive_mutex m_Mutex;
+    std::mutex m_Guard;
+    std::condition_variable m_Condition;
+    bool m_IsSet = false;
+};
+
+/// Keeps a second thread asleep. In a process with one thread the standard library skips work.
 class SecondThread
 {
 public:
@@ -150,8 +186,10 @@ BENCHMARK(lockContended<std::recursive_mutex>)
     ->UseRealTime();
 BENCHMARK(latch<OwnEvent>)->Name("event/latched/qortk");
 BENCHMARK(latch<StandardEvent>)->Name("event/latched/std::condition_variable");
+BENCHMARK(latch<SeparateEvent>)->Name("event/latched/beside the caller's lock");
 BENCHMARK(pingPong<OwnEvent>)->Name("event/ping-pong/qortk")->UseRealTime();
 BENCHMARK(pingPong<StandardEvent>)->Name("event/ping-pong/std::condition_variable")->UseRealTime();
+BENCHMARK(pingPong<SeparateEvent>)->Name("event/ping-pong/beside the caller's lock")->UseRealTime();
 
 } // namespace
 

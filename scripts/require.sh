@@ -39,3 +39,5 @@ CMAKE="cmake:command -v cmake"
 MAKE="make:command -v make"
 GTEST="libgtest-dev:has_header gtest/gtest.h"
 CURSES="libncurses-dev:has_header curses.h"
+# A test builds locales of its own.
+LOCALES="locales:test -e /usr/share/i18n/locales/de_DE"

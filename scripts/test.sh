@@ -7,7 +7,7 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 . "$here/scripts/require.sh"
 
 preset=${1:-release}
-require "$COMPILER" "$CMAKE" "$MAKE" "$GTEST" "$CURSES"
+require "$COMPILER" "$CMAKE" "$MAKE" "$GTEST" "$CURSES" "$LOCALES"
 if [ "$preset" = clang ]; then
     require "clang:command -v clang++"
 fi

@@ -307,7 +307,9 @@ TEST_F(OutOfMemoryTest, NothingIsLostAndAllCanBeRepeated)
         making("thread",
                [&] {
                    qor::Thread thread;
-                   if (!thread.start(&nothing)) {
+                   bool isStarted = false;
+                   EXPECT_NO_THROW(isStarted = thread.start(&nothing));
+                   if (!isStarted) {
                        throw std::bad_alloc();
                    }
                    thread.wait();

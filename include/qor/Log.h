@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdarg>
 #include <string>
 
 #include "qor/Export.h"
@@ -114,6 +115,7 @@ private:
         return m_LogStream && m_LogLevel.load(std::memory_order_relaxed) >= level;
     }
 
+    static void writeFormatted(char prefix, const char* format, va_list arguments);
     static void write(char prefix, const char* text);
 
     static std::atomic<Level> m_LogLevel;

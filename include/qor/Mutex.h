@@ -8,6 +8,7 @@ namespace qor
 {
 
 class Condition;
+class Log;
 
 namespace platform
 {
@@ -51,6 +52,7 @@ public:
 
 private:
     friend class Condition;
+    friend class Log;
 
     std::shared_ptr<platform::TLock> m_Handle;
 };

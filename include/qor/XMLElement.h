@@ -255,7 +255,7 @@ private:
     bool parseTemplateRule(const std::string& rule, unsigned int& minCount, unsigned int& maxCount,
                            unsigned int& minLength, unsigned int& maxLength) const;
 
-    static std::string m_LastError;
+    static std::string* m_LastError; ///< null before the first failure
 
     XMLElement* m_NextSibling = nullptr;
     std::string m_Name;

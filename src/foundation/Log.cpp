@@ -18,52 +18,12 @@ namespace qor
 namespace
 {
 
-constexpr std::size_t MESSAGE_SIZE = 1024; ///< of a formatted message, with the zero byte
+constexpr std::size_t MESSAGE_SIZE = 1024; ///< of a formatted message, with its zero byte
+constexpr std::size_t TIMESTAMP_SIZE = 32; ///< fits a year of as many digits as an int can have
+constexpr std::size_t FRAME_SIZE = TIMESTAMP_SIZE + 16; ///< all of a line except the message
 
-/// The longest time stamp: a year may take all digits of an int.
-constexpr std::size_t STAMP_SIZE = 32;
-
-/// Whether the file's last line has no end, since the system did not take all of it. The log's
-/// mutex guards it.
-bool isLineTorn = false;
-
-/// A time stamp up to the second, which is made once a second in each thread that logs.
-struct TSecondText {
-    std::int64_t second = std::numeric_limits<std::int64_t>::min();
-    std::size_t size = 0;
-    std::array<char, STAMP_SIZE> text = {};
-};
-
-const TSecondText& getSecondText(std::int64_t second)
-{
-    thread_local TSecondText kept;
-    if (kept.second != second) {
-        const platform::TLocalTime time = platform::getLocalTime(second);
-        const int size =
-            std::snprintf(kept.text.data(), kept.text.size(), "%04d-%02d-%02d %02d:%02d:%02d.",
-                          time.year, time.month, time.day, time.hour, time.minute, time.second);
-        kept.size = static_cast<std::size_t>(size);
-        kept.second = second;
-    }
-    return kept;
-}
-
-/// Writes the line's beginning, up to the blank in front of the message.
-/// @return behind its end
-char* putHead(char* target, char prefix)
-{
-    const platform::TWallClock now = platform::getWallClock();
-    const TSecondText& stamp = getSecondText(now.second);
-    *target++ = prefix;
-    *target++ = ' ';
-    std::memcpy(target, stamp.text.data(), stamp.size);
-    target += stamp.size;
-    *target++ = static_cast<char>('0' + now.millisecond / 100);
-    *target++ = static_cast<char>('0' + now.millisecond / 10 % 10);
-    *target++ = static_cast<char>('0' + now.millisecond % 10);
-    *target++ = ' ';
-    return target;
-}
+/// Whether the system has accepted only a part of the file's last line. Guarded by the log's mutex.
+bool isLastLineIncomplete = false;
 
 class MutexHolder
 {
@@ -77,24 +37,67 @@ private:
     Mutex& m_Mutex;
 };
 
-/// A message made of a format and its arguments.
-class Message
+/// A line to write. Its size is known before, and only long lines use the heap.
+class LineBuffer
 {
 public:
-    Message(const char* format, va_list arguments)
+    explicit LineBuffer(std::size_t size)
+        : m_HeapBuffer(size > m_StackBuffer.size() ? new char[size] : nullptr),
+          m_Begin(m_HeapBuffer ? m_HeapBuffer.get() : m_StackBuffer.data()), m_End(m_Begin)
     {
-        if (!format) {
-            m_Text[0] = '\0';
-        } else if (platform::formatText(m_Text.data(), m_Text.size(), format, arguments) < 0) {
-            std::snprintf(m_Text.data(), m_Text.size(), "%s", format);
-        }
     }
 
-    const char* getText() const { return m_Text.data(); }
+    void append(char character) { *m_End++ = character; }
+    void append(const char* text, std::size_t size) { m_End = std::copy_n(text, size, m_End); }
+
+    const char* getBegin() const { return m_Begin; }
+    std::size_t getSize() const { return static_cast<std::size_t>(m_End - m_Begin); }
 
 private:
-    std::array<char, MESSAGE_SIZE> m_Text;
+    std::array<char, FRAME_SIZE + MESSAGE_SIZE> m_StackBuffer;
+    std::unique_ptr<char[]> m_HeapBuffer;
+    char* m_Begin;
+    char* m_End;
 };
+
+/// The text of a timestamp up to the decimal point of the seconds.
+struct TTimestampCache {
+    std::int64_t second = std::numeric_limits<std::int64_t>::min();
+    std::size_t size = 0;
+    std::array<char, TIMESTAMP_SIZE> text = {};
+};
+
+/// Each thread formats the text once per second.
+const TTimestampCache& getTimestamp(std::int64_t second, Mutex& logMutex)
+{
+    thread_local TTimestampCache cache;
+    if (cache.second != second) {
+        // A fork waits for the log's mutex. Without it, a child process could find the lock that
+        // the C library takes for the time zone locked forever.
+        const MutexHolder holder(logMutex);
+        const platform::TLocalTime time = platform::getLocalTime(second);
+        const int size =
+            std::snprintf(cache.text.data(), cache.text.size(), "%04d-%02d-%02d %02d:%02d:%02d.",
+                          time.year, time.month, time.day, time.hour, time.minute, time.second);
+        cache.size = static_cast<std::size_t>(size);
+        cache.second = second;
+    }
+    return cache;
+}
+
+/// Appends everything that precedes the message.
+void writePrefix(LineBuffer& line, char prefix, Mutex& logMutex)
+{
+    const platform::TWallClock now = platform::getWallClock();
+    const TTimestampCache& timestamp = getTimestamp(now.second, logMutex);
+    line.append(prefix);
+    line.append(' ');
+    line.append(timestamp.text.data(), timestamp.size);
+    line.append(static_cast<char>('0' + now.millisecond / 100));
+    line.append(static_cast<char>('0' + now.millisecond / 10 % 10));
+    line.append(static_cast<char>('0' + now.millisecond % 10));
+    line.append(' ');
+}
 
 } // namespace
 
@@ -106,6 +109,7 @@ bool Log::open(const char* path, bool append)
 {
     close();
     m_LogMutex = new Mutex;
+    platform::makeForkSafe(*m_LogMutex->m_Handle);
     if (!path) {
         return false;
     }
@@ -116,7 +120,7 @@ bool Log::open(const char* path, bool append)
         return false;
     }
     m_LogStream = stream.release();
-    isLineTorn = false;
+    isLastLineIncomplete = false;
     m_LogLevel = DEBUG;
     write('X', "Log opened");
     return true;
@@ -154,38 +158,43 @@ void Log::setLevel(Level level)
 
 void Log::error(const char* format, ...)
 {
-    if (!passes(ERROR)) {
-        return;
+    if (passes(ERROR)) {
+        va_list arguments;
+        va_start(arguments, format);
+        writeFormatted('E', format, arguments);
+        va_end(arguments);
     }
-    va_list arguments;
-    va_start(arguments, format);
-    const Message message(format, arguments);
-    va_end(arguments);
-    write('E', message.getText());
 }
 
 void Log::info(const char* format, ...)
 {
-    if (!passes(INFO)) {
-        return;
+    if (passes(INFO)) {
+        va_list arguments;
+        va_start(arguments, format);
+        writeFormatted('I', format, arguments);
+        va_end(arguments);
     }
-    va_list arguments;
-    va_start(arguments, format);
-    const Message message(format, arguments);
-    va_end(arguments);
-    write('I', message.getText());
 }
 
 void Log::debug(const char* format, ...)
 {
-    if (!passes(DEBUG)) {
-        return;
+    if (passes(DEBUG)) {
+        va_list arguments;
+        va_start(arguments, format);
+        writeFormatted('D', format, arguments);
+        va_end(arguments);
     }
-    va_list arguments;
-    va_start(arguments, format);
-    const Message message(format, arguments);
-    va_end(arguments);
-    write('D', message.getText());
+}
+
+void Log::writeFormatted(char prefix, const char* format, va_list arguments)
+{
+    std::array<char, MESSAGE_SIZE> message;
+    if (!format) {
+        message[0] = '\0';
+    } else if (platform::formatText(message.data(), message.size(), format, arguments) < 0) {
+        std::snprintf(message.data(), message.size(), "%s", format);
+    }
+    write(prefix, message.data());
 }
 
 void Log::write(char prefix, const char* text)
@@ -193,27 +202,19 @@ void Log::write(char prefix, const char* text)
     if (!m_LogStream) {
         return;
     }
-    constexpr std::size_t HEAD_SIZE = STAMP_SIZE + 8;
-    constexpr std::size_t END_SIZE = 1;
     const std::size_t length = std::strlen(text);
-    const std::size_t size = 1 + HEAD_SIZE + length + END_SIZE;
-    std::array<char, 1 + HEAD_SIZE + MESSAGE_SIZE + END_SIZE> usual;
-    std::unique_ptr<char[]> unusual;
-    if (length > MESSAGE_SIZE) {
-        unusual.reset(new char[size]);
-    }
-    char* const line = unusual ? unusual.get() : usual.data();
-    // Used only behind a line that has no end.
-    line[0] = '\n';
-    char* end = std::copy_n(text, length, putHead(line + 1, prefix));
-    *end++ = '\n';
+    LineBuffer line(FRAME_SIZE + length);
+    line.append('\n'); // Ends an incomplete line in the file, if there is one.
+    writePrefix(line, prefix, *m_LogMutex);
+    line.append(text, length);
+    line.append('\n');
 
     const MutexHolder holder(*m_LogMutex);
-    const char* const begin = isLineTorn ? line : line + 1;
-    const std::size_t count = static_cast<std::size_t>(end - begin);
-    const std::size_t taken = m_LogStream->write(begin, count);
-    if (taken > 0) {
-        isLineTorn = taken < count;
+    const std::size_t skipped = isLastLineIncomplete ? 0 : 1;
+    const char* const begin = line.getBegin() + skipped;
+    const std::size_t accepted = m_LogStream->write(begin, line.getSize() - skipped);
+    if (accepted > 0) {
+        isLastLineIncomplete = begin[accepted - 1] != '\n';
     }
 }
 

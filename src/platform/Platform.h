@@ -59,6 +59,11 @@ void acquire(TLock& lock);
 /// Gives one level of the lock back. Does nothing for a thread that does not hold it.
 void release(TLock& lock);
 
+/// Makes the lock usable in forked child processes: a fork waits until no other thread holds the
+/// lock, and in the child process no thread holds it. The lock may be destroyed as any other. Does
+/// nothing on systems that do not fork processes.
+void makeForkSafe(TLock& lock);
+
 /// An event that resets itself. At first it is not set.
 struct TEvent;
 

@@ -1,13 +1,17 @@
 #include "qor/XMLElement.h"
 
 #include <algorithm>
+#include <atomic>
 #include <charconv>
+#include <cstdlib>
 #include <limits>
+#include <memory>
 #include <utility>
 #include <vector>
 
 #include "foundation/StreamText.h"
 #include "foundation/Whitespace.h"
+#include "platform/Platform.h"
 #include "qor/StringUtil.h"
 
 namespace qor
@@ -28,9 +32,41 @@ void prefetch(const std::string& text)
 #endif
 }
 
+/// Returns the lock of the last error. It is created on the first use and never destroyed, so that
+/// elements may fail in constructors and destructors of static objects.
+platform::TLock& getLastErrorLock()
+{
+    static std::atomic<platform::TLock*> lock = nullptr; // Constant-initialized.
+    if (platform::TLock* const existing = lock.load(std::memory_order_acquire)) {
+        return *existing;
+    }
+    platform::TLock* const created = platform::createLock();
+    platform::makeForkSafe(*created);
+    platform::TLock* expected = nullptr;
+    if (!lock.compare_exchange_strong(expected, created, std::memory_order_acq_rel)) {
+        platform::destroyLock(created);
+        return *expected;
+    }
+    return *created;
+}
+
+/// Holds the lock of the last error until the end of the scope.
+class LastErrorGuard
+{
+public:
+    LastErrorGuard() : m_Lock(getLastErrorLock()) { platform::acquire(m_Lock); }
+    LastErrorGuard(const LastErrorGuard&) = delete;
+    LastErrorGuard& operator=(const LastErrorGuard&) = delete;
+    ~LastErrorGuard() { platform::release(m_Lock); }
+
+private:
+    platform::TLock& m_Lock;
+};
+
 } // namespace
 
-std::string XMLElement::m_LastError;
+// A pointer, since it is usable before and after the lifetime of all static objects.
+std::string* XMLElement::m_LastError = nullptr;
 
 XMLElement::XMLElement(const std::string& name) : m_Name(name) {}
 
@@ -277,12 +313,22 @@ const XMLElement* XMLElement::findChild(const std::string& path) const
 
 std::string XMLElement::getLastError()
 {
-    return m_LastError;
+    const LastErrorGuard guard;
+    return m_LastError ? *m_LastError : std::string();
 }
 
 int XMLElement::fail(int result, const std::string& message)
 {
-    m_LastError = message;
+    auto text = std::make_unique<std::string>(message);
+    const LastErrorGuard guard;
+    if (!m_LastError) {
+        // Frees the text when the process ends or unloads the library.
+        std::atexit([] {
+            const LastErrorGuard atExit;
+            delete std::exchange(m_LastError, nullptr);
+        });
+    }
+    text.reset(std::exchange(m_LastError, text.release()));
     return result;
 }
 

@@ -370,8 +370,7 @@ bool XMLElement::parseTemplateRule(const std::string& rule, unsigned int& minCou
 
 bool XMLElement::reject(const std::string& message)
 {
-    m_LastError = message;
-    return false;
+    return fail(0, message) != 0;
 }
 
 bool XMLElement::rejectRule(const XMLElement& templateElement)

@@ -106,39 +106,6 @@ TEST_F(PosixFileTest, CreatesWithTheUsualPermissions)
     umask(former);
 }
 
-using PosixLogTest = LogReader;
-
-TEST_F(PosixLogTest, HandsEachLineToTheSystemAtOnce)
-{
-    const auto countWrites = [] {
-        return std::atol(split(read("/proc/self/io"), "syscw: ").back().c_str());
-    };
-    countWrites(); // Sanitizers write, too, when they meet something first.
-    const long before = countWrites();
-    if (before == 0) {
-        GTEST_SKIP() << "the system does not count write calls";
-    }
-    for (int i = 0; i < 50; ++i) {
-        Log::info(std::string(20000, 'x'));
-        Log::info("%d", i);
-    }
-    EXPECT_EQ(countWrites() - before, 100);
-    EXPECT_EQ(takeRecords().size(), 100u);
-}
-
-TEST_F(PosixLogTest, KeepsItsFileFromChildProcesses)
-{
-    // A child would show the file among its open ones.
-    ASSERT_EQ(std::system("ls -l /proc/self/fd/ > open 2>&1"), 0);
-    EXPECT_EQ(read("open").find("test.log"), std::string::npos);
-}
-
-TEST_F(PosixLogTest, WritesTheFormatOfAnUnconvertibleArgument)
-{
-    Log::info("%s %lc", "no such character:", static_cast<wint_t>(0x7fffffff));
-    EXPECT_EQ(takeRecords(), TLines{"I %s %lc"});
-}
-
 TEST(PosixLoadTest, DocumentsFromPipes)
 {
     for (const unsigned int size : {8u, 65535u, 65536u, 65537u, 300000u}) {

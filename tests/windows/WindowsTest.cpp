@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <clocale>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -102,6 +103,17 @@ TEST_F(WindowsTest, LogsWithTheSystemsLineEndsAtTheEndOfTheFile)
     Log::close();
     ASSERT_TRUE(Log::open("test.log", true));
     EXPECT_EQ(read("test.log").substr(0, text.size()), text);
+}
+
+TEST_F(WindowsTest, WritesNumbersAsInTheClassicLocale)
+{
+    ASSERT_TRUE(std::setlocale(LC_ALL, "German_Germany.1252"));
+    Log::info("%.2f %g %zu %-5s| %*.*Lf %d%% %lld %c %#x %.3s %+d", 1234.5, 0.5, std::size_t{7},
+              "1,5", 8, 1, 2.5L, -3, -4000000000LL, 'c', 255, "abcd", 6);
+    EXPECT_EQ(std::to_string(1.5), "1,500000") << "the host's locale is as it was";
+    std::setlocale(LC_ALL, "C");
+    EXPECT_EQ(takeRecords(),
+              (TLines{"I 1234.50 0.5 7 1,5  |      2.5 -3% -4000000000 c 0xff abc +6"}));
 }
 
 TEST_F(WindowsTest, ChildProcessesInheritNoHandle)

@@ -1,11 +1,10 @@
-#include <atomic>
-#include <cerrno>
+#include "platform/Platform.h"
+
 #include <ctime>
+#include <new>
 
 #include <pthread.h>
-#include <semaphore.h>
 
-#include "platform/Platform.h"
 #include "platform/posix/Lock.h"
 #include "platform/posix/MutexGuard.h"
 
@@ -15,57 +14,12 @@ namespace qor::platform
 namespace
 {
 
-enum class EventState { CLEAR, SET, AWAITED };
-
-#ifdef QORTK_HAS_SEM_CLOCKWAIT
-/// Time limits do not follow the wall clock when someone sets it.
-constexpr clockid_t LIMIT_CLOCK = CLOCK_MONOTONIC;
-
-int waitUntil(sem_t& semaphore, const timespec& deadline)
-{
-    return sem_clockwait(&semaphore, LIMIT_CLOCK, &deadline);
-}
+#ifdef QORTK_HAS_CONDATTR_SETCLOCK
+/// Changes of the wall clock do not affect time limits.
+constexpr clockid_t DEADLINE_CLOCK = CLOCK_MONOTONIC;
 #else
-constexpr clockid_t LIMIT_CLOCK = CLOCK_REALTIME;
-
-int waitUntil(sem_t& semaphore, const timespec& deadline)
-{
-    return sem_timedwait(&semaphore, &deadline);
-}
+constexpr clockid_t DEADLINE_CLOCK = CLOCK_REALTIME;
 #endif
-
-/// A thread that waits. It stands in the queue until it is released or gives up; having a semaphore
-/// of its own, it can neither lose its release to another thread nor take another's.
-struct TWaiter {
-    TWaiter() { sem_init(&wake, 0, 0); }
-    TWaiter(const TWaiter&) = delete;
-    TWaiter& operator=(const TWaiter&) = delete;
-    ~TWaiter() { sem_destroy(&wake); }
-
-    void sleep()
-    {
-        while (sem_wait(&wake) != 0) {
-        }
-    }
-
-    /// @return false if the time was up first
-    bool sleepUntil(const timespec& deadline)
-    {
-        while (waitUntil(wake, deadline) != 0) {
-            if (errno != EINTR) {
-                return false;
-            }
-        }
-        // The semaphore orders the threads already; this shows it to race detectors, which do not
-        // know each of the system's timed waits.
-        return isReleased.load(std::memory_order_acquire);
-    }
-
-    sem_t wake;
-    std::atomic<bool> isReleased = false; ///< the semaphore is posted, or about to be
-    TWaiter* previous = nullptr;
-    TWaiter* next = nullptr;
-};
 
 timespec getDeadline(unsigned int milliseconds)
 {
@@ -73,7 +27,7 @@ timespec getDeadline(unsigned int milliseconds)
     constexpr long NANOSECONDS = 1000000000;
     constexpr long NANOSECONDS_PER_MILLISECOND = 1000000;
     timespec deadline = {};
-    clock_gettime(LIMIT_CLOCK, &deadline);
+    clock_gettime(DEADLINE_CLOCK, &deadline);
     deadline.tv_sec += static_cast<std::time_t>(milliseconds / MILLISECONDS);
     deadline.tv_nsec +=
         static_cast<long>(milliseconds % MILLISECONDS) * NANOSECONDS_PER_MILLISECOND;
@@ -84,100 +38,126 @@ timespec getDeadline(unsigned int milliseconds)
     return deadline;
 }
 
+/// A condition variable of the process-wide pool, which never destroys one: `set` signals it after
+/// unlocking the event's mutex, when the released thread may have left already. If another waiter
+/// uses it by then, that one checks its own flag and continues to wait.
+struct TCondition {
+    pthread_cond_t condition;
+    TCondition* next = nullptr;
+};
+
+TCondition* unusedConditions = nullptr; ///< guarded by ProcessGuard
+
+void initialize(pthread_cond_t& condition)
+{
+    pthread_condattr_t attributes;
+    pthread_condattr_init(&attributes);
+#ifdef QORTK_HAS_CONDATTR_SETCLOCK
+    pthread_condattr_setclock(&attributes, DEADLINE_CLOCK);
+#endif
+    pthread_cond_init(&condition, &attributes);
+    pthread_condattr_destroy(&attributes);
+}
+
+/// @return null if there is no memory for a condition variable
+TCondition* takeCondition()
+{
+    {
+        const ProcessGuard guard;
+        if (TCondition* const unused = unusedConditions) {
+            unusedConditions = unused->next;
+            return unused;
+        }
+    }
+    auto* const created = new (std::nothrow) TCondition;
+    if (created) {
+        initialize(created->condition);
+    }
+    return created;
+}
+
+void returnCondition(TCondition* condition)
+{
+    const ProcessGuard guard;
+    condition->next = unusedConditions;
+    unusedConditions = condition;
+}
+
+/// A waiting thread.
+struct TWaiter {
+    TCondition* pooled = nullptr;        ///< null if there was no memory for it
+    pthread_cond_t* condition = nullptr; ///< of the pool, or of the thread's stack
+    bool isReleased = false;
+    TWaiter* previous = nullptr;
+    TWaiter* next = nullptr;
+};
+
 } // namespace
 
-/// The state is AWAITED for as long as threads stand in the queue, and then changes under the mutex
-/// only. Between CLEAR and SET it changes without it.
+/// A flag and a FIFO queue of waiting threads, both guarded by the mutex. The flag is false while
+/// the queue is not empty. Each waiter has its own flag and condition variable, so a thread that
+/// comes later cannot take its release, and spurious wake-ups have no effect.
 struct TEvent {
-    std::atomic<EventState> state = EventState::CLEAR;
     pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+    bool isSet = false;
     TWaiter* first = nullptr;
     TWaiter* last = nullptr;
 
-    bool trySet();
-    bool tryReset();
-    bool enqueue(TWaiter& waiter);
+    void append(TWaiter& waiter);
     void remove(TWaiter& waiter);
-    bool await(TLock& lock, unsigned int timeLimit);
+    void wait(TWaiter& waiter, unsigned int timeLimit);
+    void enqueueAndWait(unsigned int timeLimit);
 };
 
-/// @return false if threads are waiting
-bool TEvent::trySet()
+void TEvent::append(TWaiter& waiter)
 {
-    EventState found = EventState::CLEAR;
-    // Exchanged even if it is set already: who resets it is to see what came before this call.
-    while (!state.compare_exchange_weak(found, EventState::SET, std::memory_order_acq_rel)) {
-        if (found == EventState::AWAITED) {
-            return false;
-        }
-    }
-    return true;
-}
-
-/// @return false if the event was not set
-bool TEvent::tryReset()
-{
-    EventState found = EventState::SET;
-    return state.compare_exchange_strong(found, EventState::CLEAR, std::memory_order_acq_rel);
-}
-
-/// Appends a waiter to the queue; the mutex is held.
-/// @return false if the event was set meanwhile; it is reset then, and there is nothing to wait for
-bool TEvent::enqueue(TWaiter& waiter)
-{
-    EventState found = EventState::CLEAR;
-    while (!first && !state.compare_exchange_strong(found, EventState::AWAITED)) {
-        // Set by now, unless another thread was quicker to take that.
-        if (tryReset()) {
-            return false;
-        }
-        found = EventState::CLEAR;
-    }
     waiter.previous = last;
     (last ? last->next : first) = &waiter;
     last = &waiter;
-    return true;
 }
 
-/// Takes a waiter out of the queue; the mutex is held.
 void TEvent::remove(TWaiter& waiter)
 {
     (waiter.previous ? waiter.previous->next : first) = waiter.next;
     (waiter.next ? waiter.next->previous : last) = waiter.previous;
-    if (!first) {
-        state.store(EventState::CLEAR);
+}
+
+/// Waits in the queue until the thread is released or the time limit has passed. The mutex is
+/// unlocked while the thread waits.
+void TEvent::wait(TWaiter& waiter, unsigned int timeLimit)
+{
+    append(waiter);
+    if (timeLimit == NO_TIME_LIMIT) {
+        while (!waiter.isReleased) {
+            pthread_cond_wait(waiter.condition, &mutex);
+        }
+        return;
+    }
+    const timespec deadline = getDeadline(timeLimit);
+    int error = 0;
+    while (!waiter.isReleased && error == 0) {
+        error = pthread_cond_timedwait(waiter.condition, &mutex, &deadline);
+    }
+    if (!waiter.isReleased) {
+        remove(waiter);
     }
 }
 
-/// Lets go of the lock and waits until it is released or its time is up.
-/// @return false if the event was set by now; it is reset then, and the lock still held
-bool TEvent::await(TLock& lock, unsigned int timeLimit)
+void TEvent::enqueueAndWait(unsigned int timeLimit)
 {
     TWaiter waiter;
-    {
-        const MutexGuard guard(mutex);
-        if (!enqueue(waiter)) {
-            return false;
-        }
+    waiter.pooled = takeCondition();
+    if (waiter.pooled) {
+        waiter.condition = &waiter.pooled->condition;
+        wait(waiter, timeLimit);
+        returnCondition(waiter.pooled);
+        return;
     }
-    release(lock);
-    if (timeLimit == NO_TIME_LIMIT) {
-        waiter.sleep();
-        return true;
-    }
-    if (waiter.sleepUntil(getDeadline(timeLimit))) {
-        return true;
-    }
-    {
-        const MutexGuard guard(mutex);
-        if (!waiter.isReleased) {
-            remove(waiter);
-            return true;
-        }
-    }
-    // Released at the last moment, by a thread that still needs the semaphore.
-    waiter.sleep();
-    return true;
+    pthread_cond_t condition;
+    initialize(condition);
+    waiter.condition = &condition;
+    wait(waiter, timeLimit);
+    pthread_cond_destroy(&condition);
 }
 
 TEvent* createEvent()
@@ -193,31 +173,38 @@ void destroyEvent(TEvent* event)
 
 void set(TEvent& event)
 {
-    if (event.trySet()) {
-        return;
-    }
-    TWaiter* waiter = nullptr;
+    pthread_cond_t* condition = nullptr;
     {
         const MutexGuard guard(event.mutex);
-        waiter = event.first;
+        TWaiter* const waiter = event.first;
         if (!waiter) {
-            // The last one gave up on the way here.
-            event.trySet();
+            event.isSet = true;
             return;
         }
         event.remove(*waiter);
-        waiter->isReleased.store(true, std::memory_order_release);
+        waiter->isReleased = true;
+        if (!waiter->pooled) {
+            pthread_cond_signal(waiter->condition);
+            return;
+        }
+        condition = waiter->condition;
     }
-    // Not under the mutex, which the thread would have to wait for as soon as it wakes. From here
-    // on the event may be destroyed.
-    sem_post(&waiter->wake);
+    // The event may be destroyed by now. A thread woken here does not find its mutex locked.
+    pthread_cond_signal(condition);
 }
 
 void waitForEvent(TEvent& event, TLock& lock, unsigned int timeLimit)
 {
-    if (event.tryReset() || !event.await(lock, timeLimit)) {
-        offer(lock);
-        return;
+    {
+        // The mutex is held until the thread is in the queue: a thread that takes the lock next and
+        // signals finds it there.
+        const MutexGuard guard(event.mutex);
+        release(lock);
+        if (event.isSet) {
+            event.isSet = false;
+        } else {
+            event.enqueueAndWait(timeLimit);
+        }
     }
     acquire(lock);
 }

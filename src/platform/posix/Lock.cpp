@@ -1,117 +1,47 @@
-#include <atomic>
+#include "platform/posix/Lock.h"
 
-#include <pthread.h>
+#include <memory>
+#include <new>
 
 #include "platform/Platform.h"
-#include "platform/posix/Lock.h"
-#include "platform/posix/MutexGuard.h"
 
 namespace qor::platform
 {
 
-namespace
+bool initialize(TLock& lock)
 {
-
-enum class LockState { FREE, HELD, AWAITED };
-
-/// Its address is one that no other living thread has. One byte fits into the storage that is set
-/// aside for libraries which are loaded late, so it is found without a call.
-__attribute__((tls_model("initial-exec"))) thread_local char threadMark;
-
-} // namespace
-
-/// While nobody waits, one exchange takes the lock and one gives it back. Threads that have to wait
-/// do so at the condition variable, and the state is AWAITED for as long as there is one.
-struct TLock {
-    std::atomic<LockState> state = LockState::FREE;
-    unsigned int levels = 0;                  ///< how often the owner holds it, beyond once
-    std::atomic<const void*> owner = nullptr; ///< the mark of the thread that holds it
-    unsigned int waiterCount = 0;             ///< guarded by the mutex
-    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
-    pthread_cond_t freed = PTHREAD_COND_INITIALIZER;
-
-    bool change(LockState from, LockState to, std::memory_order order)
-    {
-        return state.compare_exchange_strong(from, to, order, std::memory_order_relaxed);
-    }
-
-    void await();
-    void hand();
-    void own() { owner.store(&threadMark, std::memory_order_relaxed); }
-};
-
-/// Takes the lock once it is free. Kept out of `acquire`, which needs no registers saved without
-/// it.
-__attribute__((noinline)) void TLock::await()
-{
-    const MutexGuard guard(mutex);
-    ++waiterCount;
-    while (state.exchange(LockState::AWAITED, std::memory_order_acquire) != LockState::FREE) {
-        pthread_cond_wait(&freed, &mutex);
-    }
-    --waiterCount;
-    if (waiterCount == 0) {
-        state.store(LockState::HELD, std::memory_order_relaxed);
-    }
-    own();
-}
-
-/// Frees the lock and wakes a thread. The lock cannot be destroyed meanwhile: that thread waits for
-/// it, and gets no further than to the mutex.
-void TLock::hand()
-{
-    const MutexGuard guard(mutex);
-    state.store(LockState::FREE, std::memory_order_release);
-    pthread_cond_signal(&freed);
+    pthread_mutexattr_t attributes;
+    pthread_mutexattr_init(&attributes);
+    pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
+    const int error = pthread_mutex_init(&lock.mutex, &attributes);
+    pthread_mutexattr_destroy(&attributes);
+    return error == 0;
 }
 
 TLock* createLock()
 {
-    return new TLock;
+    auto lock = std::make_unique<TLock>();
+    if (!initialize(*lock)) {
+        throw std::bad_alloc();
+    }
+    return lock.release();
 }
 
 void destroyLock(TLock* lock)
 {
-    pthread_cond_destroy(&lock->freed);
+    removeForkSafe(*lock);
     pthread_mutex_destroy(&lock->mutex);
     delete lock;
 }
 
 void acquire(TLock& lock)
 {
-    // Only this thread ever stores its own mark, so what it reads of it is always up to date.
-    if (lock.owner.load(std::memory_order_relaxed) == &threadMark) {
-        ++lock.levels;
-        return;
-    }
-    if (!lock.change(LockState::FREE, LockState::HELD, std::memory_order_acquire)) {
-        lock.await();
-        return;
-    }
-    lock.own();
+    pthread_mutex_lock(&lock.mutex);
 }
 
 void release(TLock& lock)
 {
-    if (lock.owner.load(std::memory_order_relaxed) != &threadMark) {
-        return;
-    }
-    if (lock.levels > 0) {
-        --lock.levels;
-        return;
-    }
-    lock.owner.store(nullptr, std::memory_order_relaxed);
-    if (!lock.change(LockState::HELD, LockState::FREE, std::memory_order_release)) {
-        lock.hand();
-    }
-}
-
-void offer(TLock& lock)
-{
-    if (lock.levels == 0 && lock.state.load(std::memory_order_relaxed) == LockState::AWAITED) {
-        release(lock);
-        acquire(lock);
-    }
+    pthread_mutex_unlock(&lock.mutex);
 }
 
 } // namespace qor::platform

@@ -1,12 +1,34 @@
 #pragma once
 
+#include <pthread.h>
+
 namespace qor::platform
 {
 
-struct TLock;
+/// The system's recursive mutex. It returns an error when another thread than its owner unlocks it;
+/// the error is ignored.
+struct TLock {
+    pthread_mutex_t mutex;
+    bool isForkSafe = false;
+    TLock* nextForkSafe = nullptr;
+};
 
-/// Gives a lock that the calling thread holds to another one that waits for it, if there is any,
-/// and takes it back.
-void offer(TLock& lock);
+/// Initializes a lock's mutex as free, whatever state it was in.
+/// @return false if the system refuses, for lack of memory
+bool initialize(TLock& lock);
+
+/// Removes a lock from the list that `makeForkSafe` builds. Has no effect on other locks.
+void removeForkSafe(TLock& lock);
+
+/// Guards data that all threads of the process share. No thread holds it while the process forks,
+/// so the guarded data is consistent in the child process.
+class ProcessGuard
+{
+public:
+    ProcessGuard();
+    ProcessGuard(const ProcessGuard&) = delete;
+    ProcessGuard& operator=(const ProcessGuard&) = delete;
+    ~ProcessGuard();
+};
 
 } // namespace qor::platform

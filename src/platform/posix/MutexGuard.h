@@ -5,7 +5,7 @@
 namespace qor::platform
 {
 
-/// Holds a plain lock of the system for as long as it lives.
+/// Locks a mutex of the system and unlocks it at the end of the scope.
 class MutexGuard
 {
 public:

@@ -1,6 +1,7 @@
 #include "platform/Platform.h"
 
 #include <array>
+#include <atomic>
 #include <cstdio>
 #include <cstring>
 
@@ -13,23 +14,46 @@ namespace qor::platform
 namespace
 {
 
-/// Lets the calling thread write numbers as in the classic locale for as long as it lives. All else
-/// remains as in the thread's locale.
+/// Returns a locale with the numbers of the "C" locale and all else as in the host's locale at the
+/// first call. It is created once for the process and kept: creating one for each text would leak
+/// memory in some systems' libraries.
+/// @return null if there is no memory for it
+locale_t getClassicNumbersLocale()
+{
+    // Constant-initialized. A static object with a constructor call would leave a forked child
+    // process waiting for it if another thread of the parent was inside.
+    static std::atomic<locale_t> classic = nullptr;
+    if (const locale_t existing = classic.load(std::memory_order_acquire)) {
+        return existing;
+    }
+    const locale_t copy = duplocale(LC_GLOBAL_LOCALE);
+    const locale_t created = copy ? newlocale(LC_NUMERIC_MASK, "C", copy) : nullptr;
+    if (!created) {
+        if (copy) {
+            freelocale(copy);
+        }
+        return nullptr;
+    }
+    locale_t expected = nullptr;
+    if (!classic.compare_exchange_strong(expected, created, std::memory_order_acq_rel)) {
+        freelocale(created);
+        return expected;
+    }
+    return created;
+}
+
+/// Makes the calling thread format numbers as in the "C" locale until the end of the scope.
 class ClassicNumbers
 {
 public:
     ClassicNumbers()
     {
-        // Most hosts set no locale with other numbers, and this is far quicker than making one.
+        // Most hosts set no locale with other numbers.
         if (std::strcmp(nl_langinfo(RADIXCHAR), ".") == 0 && *nl_langinfo(THOUSEP) == '\0') {
             return;
         }
-        const locale_t copy = duplocale(uselocale(nullptr));
-        m_Classic = copy ? newlocale(LC_NUMERIC_MASK, "C", copy) : nullptr;
-        if (m_Classic) {
-            m_Former = uselocale(m_Classic);
-        } else if (copy) {
-            freelocale(copy);
+        if (const locale_t classic = getClassicNumbersLocale()) {
+            m_Previous = uselocale(classic);
         }
     }
 
@@ -38,18 +62,16 @@ public:
 
     ~ClassicNumbers()
     {
-        if (m_Classic) {
-            uselocale(m_Former);
-            freelocale(m_Classic);
+        if (m_Previous) {
+            uselocale(m_Previous);
         }
     }
 
 private:
-    locale_t m_Classic = nullptr;
-    locale_t m_Former = nullptr;
+    locale_t m_Previous = nullptr;
 };
 
-/// strerror_r comes in two forms: one gives the text back, the other only fills the buffer.
+/// strerror_r has two forms: one returns the text, the other fills the buffer and returns an error.
 /// @{
 [[maybe_unused]] const char* chooseText(const char* text, const char*)
 {

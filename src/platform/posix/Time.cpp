@@ -31,7 +31,8 @@ TLocalTime getLocalTime(std::int64_t second)
 {
     const std::time_t time = static_cast<std::time_t>(second);
     std::tm local = {};
-    // Unlike localtime, it does not look for a changed zone file each time.
+    // Only tzset() is required to notice a changed time zone.
+    tzset();
     localtime_r(&time, &local);
     constexpr int FIRST_YEAR = 1900;
     return {local.tm_year + FIRST_YEAR,
@@ -56,7 +57,7 @@ void sleepThread(unsigned int milliseconds)
 {
     timespec rest = {static_cast<std::time_t>(milliseconds / MILLISECONDS),
                      static_cast<long>(milliseconds % MILLISECONDS) * NANOSECONDS_PER_MILLISECOND};
-    // A signal that the host handles cuts the sleep short, and the rest is left in place.
+    // A signal handler of the host interrupts nanosleep, which then stores the remaining time.
     while (nanosleep(&rest, &rest) != 0 && errno == EINTR) {
     }
 }

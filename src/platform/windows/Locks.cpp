@@ -61,6 +61,9 @@ void release(TLock& lock)
     ReleaseMutex(lock.handle);
 }
 
+/// The system does not fork processes.
+void makeForkSafe(TLock&) {}
+
 TEvent* createEvent()
 {
     return new TEvent;
