@@ -41,7 +41,7 @@ CLOSEST = {
     "xml": "XMLParserTest XMLTreeTest XMLWriterTest XMLValidatorTest ChecksumTest ConfigurationTest",
     "configuration": "ConfigurationTest",
     "console": "ConsoleTest",
-    "imaging": "ImageTest TGATest MathsTest",
+    "imaging": "ImageTest TGATest VectorMathTest",
     "checksum": "ChecksumTest",
     "statemachine": "StateMachineTest",
     "platform": "FileTest LogTest ThreadTest DesktopTest",

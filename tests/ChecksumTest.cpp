@@ -73,7 +73,7 @@ TEST(ChecksumTest, ValuesAreThoseOfOtherPrograms)
     for (const auto& test : readTable("checksums")) {
         const std::size_t size = std::stoul(test[1]);
         const std::string data = repeated(test[0], static_cast<int>(size)).substr(0, size);
-        CRC32 fromZero, fromOnes(0xFFFFFFFF), inPieces;
+        CRC32 fromZero = {}, fromOnes(0xFFFFFFFF), inPieces;
         fromZero.add(data);
         fromOnes.add(data.c_str());
         addPieces(inPieces, data, random);

@@ -123,6 +123,17 @@ TEST(ConsoleTest, CommandsMayChangeTheConsoleTheyRunIn)
               (TLines{"once", "once\n4", "once", "Error: Unknown command: 'once'"}));
 }
 
+TEST(ConsoleTest, KeepsNoOutputWithMaximumZero)
+{
+    std::string name = "Ada";
+    Console console(0);
+    console.addVariable("name", "", Console::VT_STRING, 0, 0, &name);
+    type(console, "set name Bob\rget name\rget none\r");
+    EXPECT_EQ(name, "Bob");
+    EXPECT_EQ(getLines(console), TLines());
+    EXPECT_EQ(console.getOutputModCount(), 5u);
+}
+
 TEST(ConsoleTest, OutputKeepsTheNewestLines)
 {
     for (const int most : {0, 1, 2, 5, -1}) {
@@ -149,23 +160,42 @@ TEST(ConsoleTest, OutputKeepsTheNewestLines)
     }
 }
 
-TEST(ConsoleTest, BuiltInCommandsOfACopyWorkOnItsSource)
+TEST(ConsoleTest, CopiesHaveAllMembers)
 {
     std::string value = "2";
-    Console source(-1);
-    type(source, "half");
-    Console copy(source), full(2), other(9);
-    EXPECT_EQ(copy.getCommandLine(), "half");
-    EXPECT_EQ(copy.getCommandLineModCount(), 4u);
-    source.addVariable("after", "", Console::VT_STRING, 0, 0, &value);
-    type(copy, "\n\n\n\nget after\r");
-    EXPECT_EQ(getLines(copy), TLines{"get after"});
-    EXPECT_EQ(getLines(source), TLines{"after = '2'"});
-    for (const char* line : {"1", "2", "3"}) {
-        full.print(line);
+    TCommand command;
+    Console source(3), assigned(9);
+    command.action = [&source](const TLines&) { source.print("done"); };
+    source.addCommand("do", "", 0, 0, &command);
+    source.addVariable("number", "", Console::VT_STRING, 0, 0, &value);
+    type(source, "x\ry\rhalf"); // two lines and two messages, of which three are kept
+    const TLines output = getLines(source);
+    const Console copy(source);
+    assigned = source;
+    *&assigned = assigned;
+    const Console* const copies[] = {&copy, &assigned};
+    for (const Console* const original : copies) {
+        Console console(*original);
+        EXPECT_EQ(console.getCommandLine(), "half");
+        EXPECT_EQ(console.getCommandLineModCount(), 8u);
+        EXPECT_EQ(console.getOutputModCount(), 4u);
+        EXPECT_EQ(getLines(console), output);
+        // The maximum is copied, the oldest line is the same, and lines are not shared.
+        console.print("new");
+        EXPECT_EQ(getLines(console), (TLines{output[1], output[2], "new"}));
+        type(console, "\n\n\n\ndo\r");
+        EXPECT_EQ(getLines(console).back(), "do");
+        EXPECT_EQ(getLines(source).back(), "done");
+        // The built-in commands of a copy work on its source.
+        type(console, "get number\r");
+        EXPECT_EQ(getLines(console).back(), "get number");
+        EXPECT_EQ(getLines(source).back(), "number = '2'");
+        EXPECT_EQ(console.getOutputModCount(), 7u);
     }
-    other = full;
-    other.print("4");
-    EXPECT_EQ(getLines(full), (TLines{"2", "3"}));
-    EXPECT_EQ(getLines(other), (TLines{"3", "4"}));
+    EXPECT_EQ(source.getOutputModCount(), 8u);
+    // Variables show where the built-in commands are: assign them back to the source.
+    assigned.addVariable("late", "", Console::VT_STRING, 0, 0, &value);
+    source = assigned;
+    type(source, "\n\n\n\nget late\r");
+    EXPECT_EQ(getLines(source).back(), "late = '2'");
 }

@@ -135,6 +135,10 @@ TEST(ImageTest, SizesAreKeptAndPixelsMadeWhereBothArePositive)
 
 TEST(ImageTest, CopiesHavePixelsOfTheirOwnAndMovesTakeThem)
 {
+    const auto expectEmpty = [](const Image& image) {
+        EXPECT_EQ(image.getData(), nullptr);
+        EXPECT_EQ(edgesOf({image.getSize()}), (Ints{0, 0, 0, 0}));
+    };
     const Pixels pixels = {1, 2, 3, 4, 5, 6};
     Image image = makeImage(3, 2, pixels), copy(image), assigned(9, 9);
     assigned = image;
@@ -143,11 +147,14 @@ TEST(ImageTest, CopiesHavePixelsOfTheirOwnAndMovesTakeThem)
     EXPECT_EQ(pixelsOf(copy), pixels);
     EXPECT_EQ(pixelsOf(assigned), pixels);
     Image moved(std::move(copy));
+    expectEmpty(copy);
+    EXPECT_EQ(pixelsOf(moved), pixels);
     assigned = std::move(moved);
+    expectEmpty(moved);
+    EXPECT_EQ(edgesOf({assigned.getSize()}), (Ints{0, 0, 3, 2}));
     EXPECT_EQ(pixelsOf(assigned), pixels);
-    EXPECT_TRUE(!moved.getData() && moved.getWidth() == 0 && moved.getHeight() == 0);
     assigned = moved;
-    EXPECT_TRUE(!assigned.getData() && assigned.getWidth() == 0);
+    expectEmpty(assigned);
 }
 
 TEST(ImageTest, TransfersAnswerWithTheseNumbers)
@@ -169,6 +176,7 @@ TEST(ImageTest, TransfersAnswerWithTheseNumbers)
     EXPECT_EQ(Image::blitRaw(pixels.data(), 2, 0, 50, pixels.data() + 2, 9), 0);
     EXPECT_EQ(Image::blitRaw(pixels.data(), 2, -1, 50, pixels.data() + 2, 9), 0);
     EXPECT_EQ(Image::blitRaw(nullptr, -1, 3, 50, nullptr, 9, 1, 0, 1), 0);
+    EXPECT_EQ(Image::blitRaw(pixels.data(), 2, 1, 2, nullptr, 2, 257, 0, 1), 0);
     constexpr int MOST = std::numeric_limits<int>::max();
     EXPECT_EQ(Image::blitRaw(pixels.data(), MOST, MOST, MOST, &pixels[2], MOST, 0, 5, MOST), 1);
     EXPECT_EQ(pixels, (Pixels{7, 7, 0x05000007, 7}));

@@ -1,7 +1,11 @@
 #include "qor/Math.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <iterator>
+#include <set>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -19,14 +23,17 @@ TEST(MathTest, SaturateLimitsToTheUnitRange)
     EXPECT_TRUE(std::isnan(Math::saturate(std::nanf(""))));
 }
 
-TEST(MathTest, RandomFollowsTheSeedOfTheHost)
+TEST(MathTest, RandomCoversItsRangeAndFollowsTheSeed)
 {
-    for (const unsigned int range : {1u, 7u, 3000000000u}) {
-        std::srand(range);
-        const unsigned int expected = static_cast<unsigned int>(std::rand()) % range;
-        std::srand(range);
-        EXPECT_EQ(Math::random(range), expected);
+    std::vector<unsigned int> runs[2];
+    for (std::vector<unsigned int>& numbers : runs) {
+        std::srand(1);
+        std::generate_n(std::back_inserter(numbers), 500, [] { return Math::random(7); });
     }
+    EXPECT_EQ(runs[0], runs[1]);
+    EXPECT_EQ(std::set<unsigned int>(runs[0].begin(), runs[0].end()),
+              (std::set<unsigned int>{0, 1, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(Math::random(1), 0u);
     EXPECT_EQ(Math::random(0), 0u);
 }
 

@@ -199,7 +199,7 @@ TEST_F(OutOfMemoryTest, NothingIsLostAndAllCanBeRepeated)
     const std::string picture = path("picture"), missing = path("none/" + LONG);
     const std::string settings =
         write("settings", "<c><version>3</version><" + LONG + ">" + LONG + LONG + "<i>7</i></c>");
-    makeImage(2, 2, {1, 2, 3, 4}).saveTGA(picture.c_str(), 32);
+    ASSERT_EQ(makeImage(2, 2, {1, 2, 3, 4}).saveTGA(picture.c_str(), 32), 4);
     const TTree tree;
     XMLElement rules("");
     rules.parse("<t>0:0-99<a>4:0-99<b>0-1:0</b><c>1:0</c></a></t>");
@@ -207,7 +207,6 @@ TEST_F(OutOfMemoryTest, NothingIsLostAndAllCanBeRepeated)
     const TConsole console;
     TMachine machine;
     machine.states.emplace_back(&machine.machine, &machine.first, LONG);
-    const Image image = makeImage(1, 1, {5});
     TNothing nothing;
 
     // An operation on a file, which holds a log at first. Records show without their time.
@@ -266,8 +265,7 @@ TEST_F(OutOfMemoryTest, NothingIsLostAndAllCanBeRepeated)
         on<TTable, BASIC>("table of a file", [&](TTable& t) { t.load(settings); }),
         onFile("table into a file", [&] { table.save(target); }),
 
-        on<TPicture>("assigned image", [&](TPicture& i) { static_cast<Image&>(i) = image; }),
-        on<TPicture, BASIC>("loaded image", [&](TPicture& i) { i.loadTGA(picture.c_str()); }),
+        on<TPicture, BASIC>("loaded image", [&](TPicture& i) { (void)i.loadTGA(picture.c_str()); }),
 
         making("console", [] { return TConsole().show(); }),
         making("copied console", [&] { return TConsole(console).show(); }),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <set>
 #include <string>
 
@@ -60,13 +61,15 @@ struct TPlainParser {
             }
         }
         location.resize(outerSize);
-        // Entities are written as they were read, but for ampersands that begin none.
+        // Entities are written as they were read. An ampersand that begins no entity is dropped.
         const std::set<std::string> ENTITIES{"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"};
+        const std::map<char, std::string> ESCAPED{{'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&apos;"}};
         value = qor::StringUtil::trim(value);
         for (std::size_t i = 0; i < value.size(); ++i) {
             const std::string entity = value.substr(i, value.find(';', i) - i + 1);
             const bool isLone = value[i] == '&' && ENTITIES.count(entity) == 0;
-            text += isLone ? "" : value[i] == '>' ? "&gt;" : value.substr(i, 1);
+            const auto escaped = ESCAPED.find(value[i]);
+            text += isLone ? "" : escaped == ESCAPED.end() ? value.substr(i, 1) : escaped->second;
         }
         text += "</" + name + '>';
         if (name[0] == '!') {

@@ -1,3 +1,4 @@
+#include <deque>
 #include <functional>
 #include <list>
 #include <map>
@@ -112,6 +113,9 @@ private:
             m_Machine.setCurrentState(find(object));
         } else if (verb == "ask") {
             m_Machine.transition(find(object));
+        } else if (verb == "detach") {
+            State& state = *find(object);
+            state = State(nullptr, nullptr, object);
         } else if (verb == "ask!") {
             m_Trace += m_Machine.transition(object) ? "known " : "unknown ";
         } else {
@@ -138,6 +142,33 @@ TEST(StateMachineTest, HandlersAreCalledInOrder)
     }
 }
 
+TEST(StateMachineTest, EntersDeepPathsInOrder)
+{
+    constexpr int LEVELS = 70, PIECE = 32, DETACHED = 60;
+    // A handler that detaches a state far below shortens the rest of the path. The first piece of
+    // the path starts with the root.
+    for (const bool detaches : {false, true}) {
+        std::string trace, expected;
+        std::deque<Scripted<State>> states;
+        const TScript script = [&](const std::string& handler, const std::string&) {
+            trace += handler;
+            if (detaches && handler == "10+") {
+                static_cast<State&>(states[DETACHED]) = State(nullptr, nullptr, "60");
+            }
+            return false;
+        };
+        StateMachine machine;
+        State* parent = &machine;
+        for (int i = 0; i < LEVELS; ++i) {
+            states.emplace_back(script, &machine, parent, std::to_string(i));
+            parent = &states.back();
+            expected += !detaches || i < PIECE - 1 || i >= DETACHED ? std::to_string(i) + '+' : "";
+        }
+        machine.setCurrentState(parent);
+        EXPECT_EQ(trace, expected);
+    }
+}
+
 TEST(StateMachineTest, StatesKnowTheirPlace)
 {
     Stage stage("");
@@ -153,6 +184,24 @@ TEST(StateMachineTest, StatesKnowTheirPlace)
     EXPECT_FALSE(stage.find("X1")->isChildStateOf(&stage.m_Machine));
     stage.m_Machine.registerState(nullptr);
     EXPECT_EQ(State(nullptr, nullptr, "alone").getStateMachine(), nullptr);
+}
+
+TEST(StateMachineTest, CopiesOfStatesHaveAllMembers)
+{
+    Stage stage("");
+    State& original = *stage.find("A");
+    State copy(original), assigned(nullptr, nullptr, "other");
+    assigned = original;
+    for (State* state : {&copy, &assigned}) {
+        EXPECT_EQ(state->getName(), "A");
+        EXPECT_EQ(state->getStateMachine(), &stage.m_Machine);
+        EXPECT_EQ(state->getParentState(), &stage.m_Machine);
+        EXPECT_EQ(state->getInitialChildState(), stage.find("A1"));
+        // Neither the machine nor the parent knows the copy.
+        stage.m_Machine.transition("A");
+        stage.m_Machine.sendEvent(1);
+        EXPECT_EQ(stage.m_Machine.getCurrentState()->getParentState(), &original);
+    }
 }
 
 TEST(StateMachineTest, CopiesGoTheirOwnWay)

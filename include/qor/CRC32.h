@@ -8,12 +8,11 @@
 namespace qor
 {
 
-/// The reflected CRC-32 with the polynomial 0xEDB88320, as a bare register: it begins with the
-/// initial value as it is, and is read as it is. Nothing is inverted at either end.
+/// The reflected CRC-32 with the polynomial 0xEDB88320, as a bare register: it starts with the
+/// initial value and is read as it is. Nothing is inverted at either end.
 ///
-/// So the default object does not give the value usually called CRC-32, the one of zip archives and
-/// PNG images. That is the one's complement of what an object gives that was made with the initial
-/// value 0xFFFFFFFF:
+/// So the default object does not compute the usual CRC-32 of zip archives and PNG images. That one
+/// starts with 0xFFFFFFFF and is inverted at the end:
 ///
 /// @code
 /// qor::CRC32 checksum(0xFFFFFFFF);
@@ -21,15 +20,20 @@ namespace qor
 /// const unsigned int usual = ~checksum.getChecksumInteger(); // 0xCBF43926
 /// @endcode
 ///
-/// finalize() does nothing: data may be read at any time and added at any time. A copy goes on by
-/// itself, with the initial value of its source.
+/// finalize() does nothing: the value may be read and data added at any time. A copy is independent
+/// of its source and has the same initial value.
 class QORTK_API CRC32 : public Checksum
 {
 public:
-    /// @param initialValue the register at the beginning, and after reset()
-    explicit CRC32(unsigned int initialValue = 0);
+    /// Constructs a register with the initial value 0.
+    CRC32() : CRC32(0) {}
 
-    /// Takes over the register and the initial value.
+    /// Constructs a register with an initial value.
+    /// @param initialValue value of the register at the start and after reset()
+    explicit CRC32(unsigned int initialValue);
+
+    /// Copies the register and the initial value.
+    /// @param other checksum to copy
     /// @{
     CRC32(const CRC32& other) = default;
     CRC32& operator=(const CRC32& other) = default;
@@ -42,14 +46,15 @@ public:
     /// Does nothing.
     void finalize() override;
 
-    /// @return 4
+    /// Returns 4.
     unsigned int getChecksumLength() override;
 
-    /// Stores the register, least significant byte first. The hexadecimal text thus shows the bytes
-    /// of getChecksumInteger() in reverse order.
+    /// Stores the register, least significant byte first. So the hexadecimal text has the bytes of
+    /// getChecksumInteger() in reverse order.
+    /// @param[out] out 4 bytes
     void getChecksumRaw(unsigned char* out) override;
 
-    /// @return the register
+    /// Returns the register.
     unsigned int getChecksumInteger() override;
 
     void reset() override;

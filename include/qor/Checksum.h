@@ -7,17 +7,20 @@
 namespace qor
 {
 
-/// An accumulator of data: fed in pieces, then read as bytes, as hexadecimal text or as a number.
+/// Base class of checksums, which are fed with data in pieces and then read as bytes, as
+/// hexadecimal text or as a number.
 ///
-/// The calls come in this order: add() or addRaw() any number of times, finalize() once, then the
-/// reading operations, which may be repeated. reset() begins anew. Nothing refuses another order:
-/// reading does not finalize, and shows the state of that moment.
+/// Call add() or addRaw() any number of times, then finalize() once, then the reading operations,
+/// which may be repeated. reset() starts again. Another order is not rejected: reading does not
+/// finalize, and returns the state of that moment.
 ///
-/// A kind of checksum is made by deriving from this class. How the data are cut into pieces must
-/// make no difference to it.
+/// To add a kind of checksum, derive from this class. Its result must not depend on how the data
+/// are cut into pieces.
 ///
-/// Nothing here fails or reports. One thread at a time uses an object; different objects have
-/// nothing in common that changes.
+/// **Error handling**: no operation fails, except that getChecksumHex() throws `std::bad_alloc` if
+/// there is not enough memory.
+///
+/// **Thread safety**: one thread at a time may use an object. Different objects are independent.
 ///
 /// @code
 /// std::string fingerprint(const qor::XMLElement& document, qor::Checksum& checksum)
@@ -31,41 +34,42 @@ namespace qor
 class QORTK_API Checksum
 {
 public:
-    /// Length in bytes of the longest raw form of any kind.
+    /// Maximum length in bytes of the raw form of any kind.
     static const unsigned int MAX_CHECKSUM_LENGTH = 16;
 
     virtual ~Checksum();
 
-    /// Takes in the bytes of a text, zero bytes included.
+    /// Adds the bytes of a text, including zero bytes.
+    /// @param data text of any length
     virtual void add(const std::string& data);
 
-    /// Takes in the bytes in front of the terminating zero.
+    /// Adds the bytes of a zero-terminated text, without the zero.
     /// @param text not null
     virtual void add(const char* text);
 
-    /// Takes in `length` bytes. Both forms of add() come here.
-    /// @param data   may be null only if `length` is 0
+    /// Adds bytes. Both forms of add() call this operation.
+    /// @param data the bytes; may be null only if `length` is 0
     /// @param length number of bytes
     virtual void addRaw(const unsigned char* data, unsigned int length) = 0;
 
-    /// Ends the data, for kinds that have something to put behind them.
+    /// Ends the data. Kinds that append padding do it here.
     virtual void finalize() = 0;
 
-    /// @return the length of the raw form in bytes, at most MAX_CHECKSUM_LENGTH
+    /// Returns the length of the raw form in bytes, at most MAX_CHECKSUM_LENGTH.
     virtual unsigned int getChecksumLength() = 0;
 
     /// Stores the raw form.
-    /// @param out getChecksumLength() bytes; MAX_CHECKSUM_LENGTH always suffice
+    /// @param[out] out getChecksumLength() bytes; MAX_CHECKSUM_LENGTH bytes are always enough
     virtual void getChecksumRaw(unsigned char* out) = 0;
 
-    /// @return two lower-case hexadecimal digits for each byte of the raw form, in its order
+    /// Returns the raw form as text: two lower-case hexadecimal digits for each byte, in its order.
     virtual std::string getChecksumHex();
 
-    /// @return the last four bytes of the raw form, the very last in bits 7 to 0; of a shorter form
-    ///         all of it
+    /// Returns the last four bytes of the raw form as a number, the last byte in bits 7 to 0. A
+    /// shorter form is used completely.
     virtual unsigned int getChecksumInteger();
 
-    /// Forgets all data.
+    /// Discards all data.
     virtual void reset() = 0;
 };
 

@@ -7,14 +7,14 @@
 namespace qor
 {
 
-/// Operations on colours of four floats: red, green, blue, alpha, nominally from 0 to 1.
+/// Operations on colors of four floats: red, green, blue, alpha, each nominally from 0 to 1.
 ///
-/// All operations are static. The caller owns all arrays; the result array comes last and may be
-/// the same as one of the inputs. Arithmetic is on red, green and blue alone: it reads no alpha and
-/// leaves that of `out` as it is. Objects of this class hold nothing, and assigning one does
-/// nothing. Not-a-number, infinities and overflow follow the rules of IEEE 754.
+/// All operations are static. The caller owns all arrays. Result arrays come last and may be the
+/// same as an input. Arithmetic applies to red, green and blue: it reads no alpha and leaves the
+/// alpha of `out` unchanged. Objects of this class have no members. No operation fails or throws:
+/// NaN, infinities and overflow follow IEEE 754.
 ///
-/// Operations on different arrays may run in several threads at once.
+/// Thread safety: operations on different arrays may run in different threads at the same time.
 ///
 /// @code
 /// const float light[4] = {1.0f, 0.75f, 0.5f, 1.0f};
@@ -26,35 +26,55 @@ namespace qor
 class QORTK_API Color
 {
 public:
-    /// All elements of `in`, alpha included.
+    /// Copies a color, including its alpha.
+    /// @param in color to copy
+    /// @param[out] out the copy
     static void copy(const float* in, float* out);
 
-    /// `a` + `b`
+    /// Adds red, green and blue of two colors.
+    /// @param a,b colors
+    /// @param[out] out the sum
     static void add(const float* a, const float* b, float* out);
 
-    /// `a` - `b`
+    /// Subtracts red, green and blue of two colors.
+    /// @param a,b colors
+    /// @param[out] out the difference `a` - `b`
     static void subtract(const float* a, const float* b, float* out);
 
-    /// The products of channels.
+    /// Multiplies red, green and blue of two colors, each channel with its like.
+    /// @param a,b colors
+    /// @param[out] out the products
     static void multiply(const float* a, const float* b, float* out);
 
-    /// Each channel times `factor`.
+    /// Multiplies red, green and blue by a factor.
+    /// @param in color
+    /// @param factor any number
+    /// @param[out] out the products
     static void multiply(const float* in, float factor, float* out);
 
-    /// Limits red, green and blue: to `high` what is above it, to `low` what of the rest is below
-    /// that. Not-a-number passes unchanged, and so does the alpha of `out`.
+    /// Limits red, green and blue. A value above `high` becomes `high`; otherwise a value below
+    /// `low` becomes `low`. NaN stays NaN.
+    /// @param in color
+    /// @param low,high limits
+    /// @param[out] out the limited channels
     static void clip(const float* in, float low, float high, float* out);
 
-    /// Scales red, green and blue, up or down, so that the largest becomes 1; negative ones and
-    /// not-a-number become 0. Without a channel above 0 all become 0. Alpha is limited to 0 to 1;
-    /// not-a-number passes.
+    /// Scales red, green and blue, up or down, so that the largest becomes 1. Negative values and
+    /// NaN become 0. If no channel is above 0, all three become 0. Alpha is limited to 0 to 1; NaN
+    /// stays NaN.
+    /// @param in color
+    /// @param[out] out the normalized color, including alpha
     static void normalize(const float* in, float* out);
 
-    /// The pixel word: alpha in bits 31 to 24, then red, green and blue. Each element is multiplied
-    /// by 255 and cut to an integer. Nothing is limited to a byte: what a channel has too much goes
-    /// into the bits of its neighbours, and the bits of a negative number into all above it. A
-    /// product beyond the 32-bit integers counts as the nearest of them, not-a-number as 0.
-    static std::uint32_t rgba(const float* in);
+    /// Packs a color into a pixel: alpha in bits 31 to 24, then red, green and blue.
+    ///
+    /// Each element is multiplied by 255 and truncated to a 32-bit integer, without limiting it to
+    /// a byte: values above 1 spill into the next higher channel, and negative values set all bits
+    /// of the higher channels. A product outside the 32-bit integers saturates; NaN counts as 0.
+    /// Call clip() first for values outside 0 to 1.
+    /// @param in color
+    /// @return the pixel
+    [[nodiscard]] static std::uint32_t rgba(const float* in);
 };
 
 } // namespace qor

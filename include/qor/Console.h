@@ -12,19 +12,23 @@
 namespace qor
 {
 
-/// A text console without a screen: the host feeds it typed characters and shows its lines.
+/// A text console without a screen. The host feeds it typed characters and displays its lines.
 ///
-/// A command line is a list of tokens separated by blanks. A token that begins with a double quote
-/// goes on to the next double quote, blanks included; there is no escape character. Empty tokens
-/// are dropped, so a variable cannot be set to an empty text from the command line. The first token
-/// names the command. Whatever goes wrong is told as an output line that begins with "Error: ".
+/// A command line is a list of tokens separated by spaces and tabs. A token that begins with a
+/// double quote extends to the next double quote, spaces included; there is no escape character.
+/// Empty tokens are dropped, so a variable cannot be set to an empty text from the command line.
+/// The first token is the name of a command, the others are its parameters.
 ///
-/// Two commands are there from the start: `set <variable> <value>` and `get <variable>`.
+/// Two commands are built in: `set <variable> <value>` and `get <variable>`.
 ///
-/// Commands and the storage of variables belong to the host and have to outlive their registration.
-/// A console has no lock: all calls on it come from one thread at a time. Nothing fails but for
-/// lack of memory, which shows as `std::bad_alloc` and changes nothing, except that a command line
-/// may have been printed or run; it is not emptied then.
+/// **Ownership**: commands and the storage of variables belong to the host and must outlive their
+/// registration.
+///
+/// **Error handling**: an error in a command line is printed as an output line that begins with
+/// "Error: ". Operations only throw `std::bad_alloc`, which leaves the console unchanged, except
+/// that putChar() may have printed or run the line; the line is then still there.
+///
+/// **Thread safety**: there is no lock. All calls on a console must come from one thread at a time.
 ///
 /// @code
 /// qor::Console console(500);
@@ -34,13 +38,13 @@ namespace qor
 ///     console.putChar(character);
 /// }
 /// std::vector<std::string> lines;
-/// console.getOutput(lines, 10, 0); // lines[0] is the newest: the echo of the line
+/// console.getOutput(lines, 10, 0); // lines[0] is the newest line: the echo of the command
 /// @endcode
 class QORTK_API Console : private ConsoleCommand
 {
 public:
-    /// The kinds of a variable. `get` and `set` know VT_STRING, whose storage is a `std::string`;
-    /// the others can be registered, and are refused by both.
+    /// Types of variables. `get` and `set` support VT_STRING, whose storage is a `std::string`.
+    /// They reject the other types, which can be registered.
     enum VariableType : int {
         VT_BOOLEAN = 0,
         VT_INTEGER = 1,
@@ -49,12 +53,16 @@ public:
         VT_STRING = 4
     };
 
-    /// @param maxOutputLines how many output lines are kept; a negative number keeps all
+    /// Constructs a console with the two built-in commands and no output.
+    /// @param maxOutputLines maximum number of output lines to keep; a negative number keeps all
+    /// @throws std::bad_alloc if there is not enough memory
     explicit Console(int maxOutputLines);
 
-    /// A copy has all lines, counters and tables of its source. Its built-in `get` and `set` remain
-    /// those of the source: they read the source's variables, print to the source, and need the
-    /// source to outlive the copy.
+    /// Copies all lines, counters, commands and variables. The built-in `get` and `set` of a copy
+    /// remain those of the source: they use the source's variables, print to the source, and
+    /// require it to outlive the copy.
+    /// @param other console to copy
+    /// @throws std::bad_alloc if there is not enough memory; an assignment then changes nothing
     /// @{
     Console(const Console& other);
     Console& operator=(const Console& other);
@@ -62,59 +70,66 @@ public:
 
     ~Console() override;
 
-    /// Registers a command.
-    /// @param name what a line begins with; one that is taken keeps its earlier command
-    /// @param help a description, kept for the host's own use
-    /// @param minParameters fewest parameters that a line may give; negative: no line fits
-    /// @param maxParameters most parameters that a line may give; negative: no limit
-    /// @param command the host's handler; null changes nothing
+    /// Registers a command. If the name is taken, the earlier command keeps it.
+    /// @param name first token of the lines that run the command
+    /// @param help description for the host's own use
+    /// @param minParameters minimum number of parameters; a negative number accepts no line
+    /// @param maxParameters maximum number of parameters; a negative number sets no limit
+    /// @param command handler, owned by the host; null changes nothing
     void addCommand(const std::string& name, const std::string& help, int minParameters,
                     int maxParameters, ConsoleCommand* command);
 
-    /// Removes a command, the built-in ones included. A command may remove itself while it runs.
+    /// Removes a command, including built-in ones. A command may remove itself while it runs.
+    /// @param name name of the command; an unknown one changes nothing
     void removeCommand(const std::string& name);
 
-    /// Registers a variable.
-    /// @param name one that is taken keeps its earlier variable
-    /// @param type VT_STRING, or a kind that `get` and `set` refuse
-    /// @param help,firstFloat,secondFloat kept, and without effect
-    /// @param storage the host's variable, a `std::string` for VT_STRING. A VT_STRING variable
-    ///        without storage is refused by `get` and `set` as one of another type is.
+    /// Registers a variable. If the name is taken, the earlier variable keeps it.
+    /// @param name name for `get` and `set`
+    /// @param help description for the host's own use
+    /// @param type VT_STRING, or a type that `get` and `set` reject
+    /// @param firstFloat,secondFloat stored and not used
+    /// @param storage the host's variable, a `std::string` for VT_STRING. `get` and `set` reject a
+    ///        VT_STRING variable without storage as they reject other types.
     void addVariable(const std::string& name, const std::string& help, VariableType type,
                      float firstFloat, float secondFloat, void* storage);
 
-    /// Removes a variable; its storage stays untouched.
+    /// Removes a variable. Its storage is not touched.
+    /// @param name name of the variable; an unknown one changes nothing
     void removeVariable(const std::string& name);
 
-    /// Takes one typed character. Code 13 runs the command line: the line is printed, the command
-    /// executed, and then the line emptied. Code 10 removes the last character. Codes 32 to 127 are
-    /// appended. All others do nothing.
+    /// Processes one typed character. Code 13 runs a command line that is not empty: it prints the
+    /// line, executes the command, and clears the line. Code 10 removes the last character. Codes
+    /// 32 to 127 are appended. All other codes, including bytes above 127, are ignored.
     ///
-    /// A command that feeds characters from within its `execute` edits the very line that it was
-    /// started from, which is still there; code 13 then runs that line anew.
-    /// @return true
+    /// A command that calls putChar() from its `execute` edits the line that is running; code 13
+    /// then runs that line again.
+    /// @param character code of the character
+    /// @return always true
     bool putChar(char character);
 
-    /// @return the text typed so far; while a command runs, the line that it was started from
-    std::string getCommandLine() const;
+    /// Returns the text typed so far; while a command runs, the line that runs it.
+    [[nodiscard]] std::string getCommandLine() const;
 
-    /// @return a number that moves with each change of the command line
-    unsigned int getCommandLineModCount() const;
+    /// Returns a counter that changes with each change of the command line. It wraps around.
+    [[nodiscard]] unsigned int getCommandLineModCount() const noexcept;
 
-    /// Adds one line to the output, as it is, and drops the oldest one where there are too many.
+    /// Appends a line to the output as it is. If that exceeds the maximum number of lines, the
+    /// oldest line is dropped and its memory released. Takes time proportional to the length of the
+    /// line.
+    /// @param line text of the line
     void print(const std::string& line);
 
-    /// Fetches output lines, newest first.
-    /// @param lines emptied, then filled
-    /// @param lineCount how many lines at most
-    /// @param skipCount how many of the newest lines to pass over; a negative number yields nothing
+    /// Copies output lines, newest first.
+    /// @param[out] lines replaced by the lines
+    /// @param lineCount maximum number of lines to copy
+    /// @param skipCount number of the newest lines to skip; a negative number gives no lines
     void getOutput(std::vector<std::string>& lines, int lineCount, int skipCount) const;
 
-    /// @return how many output lines there are
-    int getOutputLenght() const;
+    /// Returns the number of output lines.
+    [[nodiscard]] int getOutputLenght() const noexcept;
 
-    /// @return a number that grows by one with each line printed
-    unsigned int getOutputModCount() const;
+    /// Returns a counter that grows by one with each line printed. It wraps around.
+    [[nodiscard]] unsigned int getOutputModCount() const noexcept;
 
 private:
     struct TCommand {
@@ -137,9 +152,10 @@ private:
     bool execute(const std::vector<std::string>& tokens) override;
     bool parseAndExecute(const std::string& commandLine);
     bool fail(const std::string& message);
+    void swap(Console& other) noexcept;
 
     std::string m_CommandLine;
-    std::vector<std::string> m_Output; ///< a ring once it is full: see m_OldestOutput
+    std::vector<std::string> m_Output; ///< a ring buffer once it is full: see m_OldestOutput
     int m_MaxOutputLines;
     std::map<std::string, TVariable> m_Variables;
     std::map<std::string, TCommand> m_Commands;

@@ -5,18 +5,19 @@
 namespace qor
 {
 
-/// Operations on matrices of 16 floats: elements 0 to 3 are the first row, 12 to 15 the last.
+/// Operations on 4 by 4 matrices, stored as arrays of 16 floats row by row: elements 0 to 3 are the
+/// first row, 12 to 15 the last.
 ///
-/// Vectors are columns, multiplied from the right, so a translation stands in elements 3, 7 and 11.
-/// Angles are in radians; a positive angle about an axis that points at the viewer turns
-/// counterclockwise, about +z from +x towards +y.
+/// Vectors are columns, multiplied from the right, so elements 3, 7 and 11 hold the translation.
+/// Angles are in radians. A positive angle about an axis that points at the viewer rotates
+/// counterclockwise; about +z it rotates from +x towards +y.
 ///
-/// All operations are static. The caller owns all arrays; the result array comes last and may be
-/// the same as one of the inputs. Objects of this class hold nothing, and assigning one does
-/// nothing. Not-a-number, infinities and overflow follow the rules of IEEE 754; sums and products
-/// are rounded one by one, in the order in which they are written here.
+/// All operations are static. The caller owns all arrays. Result arrays come last and may be the
+/// same as an input. Objects of this class have no members. No operation fails or throws: NaN,
+/// infinities and overflow follow IEEE 754. Sums and products are rounded one by one, in the order
+/// documented here.
 ///
-/// Operations on different arrays may run in several threads at once.
+/// Thread safety: operations on different arrays may run in different threads at the same time.
 ///
 /// @code
 /// const float position[3] = {0.0f, 0.0f, -5.0f}, corner[3] = {1.0f, 0.0f, 0.0f};
@@ -29,40 +30,56 @@ namespace qor
 class QORTK_API Matrix
 {
 public:
-    /// All elements of `in`.
+    /// Copies a matrix.
+    /// @param in matrix to copy
+    /// @param[out] out the copy
     static void copy(const float* in, float* out);
 
-    /// The sums of elements.
+    /// Adds two matrices element by element.
+    /// @param a,b matrices
+    /// @param[out] out the sum
     static void add(const float* a, const float* b, float* out);
 
-    /// The matrix product `a` · `b`, which acts as `b` first and then as `a`. Each element is
-    /// summed from 0, along the row of `a` from left to right.
+    /// Multiplies two matrices. The product applies `b` first, then `a`. Each element is summed up
+    /// from 0, along the row of `a` from left to right.
+    /// @param a,b matrices
+    /// @param[out] out the product `a` · `b`
     static void multiply(const float* a, const float* b, float* out);
 
-    /// Transforms a point of three floats: `m` times (x, y, z, 1), times the reciprocal of the
-    /// fourth element, which is not tested for 0.
+    /// Transforms a point: multiplies `m` by (x, y, z, 1), then the first three elements of the
+    /// result by the reciprocal of the fourth, which is not checked for 0.
+    /// @param m matrix
+    /// @param v point of three floats
+    /// @param[out] out three floats
     static void multiplyV(const float* m, const float* v, float* out);
 
-    /// Rows become columns.
+    /// Transposes a matrix.
+    /// @param in matrix
+    /// @param[out] out its rows as columns
     static void transpose(const float* in, float* out);
 
-    /// The matrix that changes nothing.
+    /// Makes the identity matrix.
+    /// @param[out] out the matrix
     static void identity(float* out);
 
-    /// Rotations by `angle` radians about a coordinate axis.
+    /// Makes a rotation about a coordinate axis.
+    /// @param angle radians
+    /// @param[out] out the matrix
     /// @{
     static void makeRotateX(float angle, float* out);
     static void makeRotateY(float angle, float* out);
     static void makeRotateZ(float angle, float* out);
     /// @}
 
-    /// Rotation by `angle` radians.
-    /// @param axis unit vector of three floats; no other length gives a pure rotation
+    /// Makes a rotation about any axis through the origin.
+    /// @param axis unit vector of three floats; with another length the result is not a rotation
     /// @param angle radians
-    /// @param out the matrix
+    /// @param[out] out the matrix
     static void makeRotate(const float* axis, float angle, float* out);
 
-    /// Translation by the vector `v` of three floats.
+    /// Makes a translation.
+    /// @param v vector of three floats
+    /// @param[out] out the matrix
     static void makeTranslate(const float* v, float* out);
 };
 

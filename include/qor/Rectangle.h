@@ -5,15 +5,16 @@
 namespace qor
 {
 
-/// An axis-aligned rectangle of pixels; rows grow downward.
+/// An axis-aligned rectangle of pixels. Rows grow downward.
 ///
-/// The left and top edges lie inside, the right and bottom edges outside. Nothing puts edges in
-/// order: a rectangle whose left edge is not left of its right one, or whose top edge is not above
-/// its bottom one, is empty, and its width or height is zero or negative.
+/// The left and top edges are inside, the right and bottom edges outside. Edges are kept in any
+/// order: a rectangle is empty if its left edge is not left of its right edge or its top edge is
+/// not above its bottom edge. Its width or height is then zero or negative.
 ///
-/// Coordinates wrap at 32 bits: of a sum or difference that no int holds, the low 32 bits count.
+/// Coordinates wrap at 32 bits: sums and differences keep their low 32 bits. No operation fails or
+/// throws.
 ///
-/// Different rectangles may be used from different threads at will.
+/// Thread safety: different rectangles may be used by different threads at the same time.
 ///
 /// @code
 /// const qor::Rectangle screen(0, 0, 640, 480);
@@ -23,16 +24,20 @@ namespace qor
 class QORTK_API Rectangle
 {
 public:
-    /// All edges are 0.
+    /// Constructs a rectangle whose edges are all 0.
     Rectangle() = default;
 
-    /// Takes the edges as they are, in order or not.
-    /// @{
+    /// Constructs a rectangle from edges in any order.
+    /// @param left,top first column and row inside
+    /// @param right,bottom first column and row outside
     Rectangle(int left, int top, int right, int bottom);
-    explicit Rectangle(const int* edges); ///< four numbers: left, top, right, bottom
-    /// @}
 
-    /// Takes over the edges.
+    /// Constructs a rectangle from edges in any order.
+    /// @param edges four numbers: left, top, right, bottom; not null
+    explicit Rectangle(const int* edges);
+
+    /// Copies the edges.
+    /// @param other rectangle to copy
     /// @{
     Rectangle(const Rectangle& other) = default;
     Rectangle& operator=(const Rectangle& other) = default;
@@ -40,50 +45,60 @@ public:
 
     virtual ~Rectangle() = default;
 
-    /// @return an edge, or the distance of two, in pixels
+    /// Returns an edge, or the distance of two edges, in pixels.
     /// @{
-    int getLeft() const { return m_Left; }
-    int getTop() const { return m_Top; }
-    int getRight() const { return m_Right; }
-    int getBottom() const { return m_Bottom; }
-    int getWidth() const;
-    int getHeight() const;
+    [[nodiscard]] int getLeft() const noexcept { return m_Left; }
+    [[nodiscard]] int getTop() const noexcept { return m_Top; }
+    [[nodiscard]] int getRight() const noexcept { return m_Right; }
+    [[nodiscard]] int getBottom() const noexcept { return m_Bottom; }
+    [[nodiscard]] int getWidth() const noexcept;
+    [[nodiscard]] int getHeight() const noexcept;
     /// @}
 
-    /// @return whether no point lies inside
-    bool empty() const { return m_Left >= m_Right || m_Top >= m_Bottom; }
+    /// Returns whether no pixel is inside.
+    [[nodiscard]] bool empty() const noexcept { return m_Left >= m_Right || m_Top >= m_Bottom; }
 
     /// Sets all edges to 0.
-    void clear();
+    void clear() noexcept;
 
-    /// Moves all edges by `dx` columns and `dy` rows.
-    void offset(int dx, int dy);
+    /// Moves the rectangle.
+    /// @param dx,dy columns to the right and rows downward
+    void offset(int dx, int dy) noexcept;
 
-    /// Moves each edge outward by `amount` pixels.
-    void grow(int amount);
+    /// Moves each edge outward.
+    /// @param amount number of pixels
+    void grow(int amount) noexcept;
 
-    /// Moves each edge inward by `amount` pixels, beyond the opposite one if there is no more room.
-    void shrink(int amount);
+    /// Moves each edge inward, if necessary beyond the opposite one.
+    /// @param amount number of pixels
+    void shrink(int amount) noexcept;
 
-    /// @return whether the pixel at column `x` and row `y` lies inside
-    bool testPoint(int x, int y) const;
+    /// Returns whether a pixel is inside.
+    /// @param x,y column and row
+    [[nodiscard]] bool testPoint(int x, int y) const noexcept;
 
-    /// @return what lies in both; where nothing does, a rectangle whose edges are out of order
-    Rectangle intersect(const Rectangle& other) const;
+    /// Returns the intersection of two rectangles.
+    /// @param other the second rectangle
+    /// @return the pixels inside both; if there are none, an empty rectangle, whose edges may be
+    /// out
+    ///         of order
+    [[nodiscard]] Rectangle intersect(const Rectangle& other) const;
 
-    /// @return the smallest rectangle around both. An empty one does not count; if both are empty,
-    ///         the result is a copy of `other`.
-    Rectangle combine(const Rectangle& other) const;
+    /// Returns the smallest rectangle around two rectangles. Empty ones do not count.
+    /// @param other the second rectangle
+    /// @return the bounding rectangle; a copy of `other` if both are empty
+    [[nodiscard]] Rectangle combine(const Rectangle& other) const;
 
-    /// Cuts off what of `r` lies outside this rectangle; `r` may end with its edges out of order.
+    /// Clips a rectangle to this one.
+    /// @param[in,out] r rectangle to clip; empty afterwards if the two do not intersect
     void clipRectangle(Rectangle& r) const;
 
-    /// Cuts off what of `first` lies outside this rectangle, and takes each cut, multiplied by
-    /// `scale`, from the same edge of `second`. Clears both if `first` lies beyond an edge of this
-    /// rectangle by more than touching it. `second` may end empty where `first` does not.
-    /// @param first target area of a transfer into this rectangle
-    /// @param second source area of the transfer
-    /// @param scale any number: how many source pixels one target pixel stands for
+    /// Clips the target area of a transfer to this rectangle, and its source area accordingly: each
+    /// cut, multiplied by `scale`, is taken off the same edge of the source. If the target lies
+    /// completely outside, beyond an edge that it does not even touch, both areas are cleared.
+    /// @param[in,out] first target area
+    /// @param[in,out] second source area. It may become empty when the target does not.
+    /// @param scale source pixels per target pixel; any number
     void clipRectangle(Rectangle& first, Rectangle& second, int scale) const;
 
 private:

@@ -9,35 +9,49 @@
 namespace qor
 {
 
-/// A passive hierarchical state machine: states stand inside states, and the machine itself is the
-/// root around them, with the name "root".
+/// A passive hierarchical state machine. States are nested in states; the machine itself is the
+/// root state, with the name "root".
 ///
-/// **Events** are numbers without a meaning to the machine. sendEvent() passes one to the current
-/// state, then to the states around it up to the root, until one handles it. Only then the
-/// transition is carried out that was asked for last, by whichever handler.
+/// **Events** are numbers without meaning to the machine. sendEvent() delivers an event to the
+/// current state, then to its enclosing states up to the root, until one of them handles it. After
+/// that it carries out the recorded transition, if there is one.
 ///
-/// **Transitions** leave the current state and all around it, up to the nearest state that encloses
-/// both it and the target or is the target, and enter those from there down to the target, and on
-/// along the initial children. So a transition from a state to itself leaves and enters it, and one
-/// to an enclosing state neither leaves nor enters that one, but enters its initial children anew.
-/// Handlers learn the target on leaving and the source on entering.
+/// **Transitions** exit the current state and its enclosing states, up to the nearest state that
+/// encloses the current one and either encloses or is the target. Then they enter the states from
+/// there down to the target, and the initial children below it. So a transition from a state to
+/// itself exits and enters it; one to an enclosing state neither exits nor enters that state, but
+/// enters its initial children.
 ///
-/// **From onEntry() and onExit()**, which run while the machine changes, setCurrentState() does no
-/// more than transition(), sendEvent() only delivers its event to the states as the machine stands,
-/// and start() does nothing. What is asked for then during a transition is lost when that ends,
-/// where it was going from the beginning; the calls of onExit() that are still to come get it as
-/// their argument. So nothing recurses without end, unless `onEvent` itself keeps sending events.
-/// What is asked for during start() waits for the next event.
+/// **Calls from onEntry() and onExit()**, which run during a transition or start():
+/// - setCurrentState() only records its target, as transition() does.
+/// - sendEvent() delivers its event, but carries out no transition.
+/// - start() enters the initial states at once, except inside another start(), where it does
+///   nothing. Then the surrounding transition continues: after an exit with the parent of the state
+///   that was exited, after an entry with the next state on its path. After the last state of the
+///   path it enters the initial children of the current state, which start() may have changed.
+/// - A transition that is recorded during another one is discarded when that one ends; the
+/// remaining
+///   calls of onExit() receive its target as their argument. One that is recorded during start()
+///   alone waits for the next event.
+/// - Assigning a state changes its parent at once. The exits of a running transition end where the
+///   chain of parents ends. Its entries keep the path that they began with, except for states more
+///   than 32 levels further down, whose parents are looked up on the way.
 ///
-/// The states belong to the host; see State. All runs on the stack of the host's call, without
-/// memory from the heap. A transition takes time in proportion to the depth of the states, and to
-/// the square of how many levels it enters. Nothing fails and nothing throws, but for lack of
-/// memory when a state is registered. Where a handler throws, the change ends and the machine
-/// stands in that handler's state; a request that it was about is still there, and the next event
-/// goes on with it from there. There is no lock: all calls on a machine and its states come from
-/// one thread at a time.
+/// So the machine cannot recurse without end, unless `onEvent` itself keeps sending events.
 ///
-/// A copy of a machine has the same states as its source, and the same root: that of the source.
+/// **Ownership**: the host owns the states; see State. A copy of a machine has the same states as
+/// its source, and the same root: that of the source.
+///
+/// **Error handling**: nothing fails, except that registering states and copying machines throws
+/// `std::bad_alloc` if there is not enough memory. If a handler throws, the change ends and the
+/// machine is in that handler's state; the transition remains recorded, and the next event carries
+/// it out from there.
+///
+/// **Thread safety**: there is no lock. All calls on a machine and its states must come from one
+/// thread at a time. Handlers run on the stack of the call.
+///
+/// **Complexity**: events and transitions allocate nothing. A transition takes time proportional to
+/// the depth of the states, plus one walk along the path for each 32 levels entered.
 ///
 /// @code
 /// enum Event { COIN, PUSH };
@@ -63,15 +77,19 @@ namespace qor
 /// Open open(&turnstile);
 /// turnstile.start();
 /// turnstile.sendEvent(COIN);
-/// turnstile.getCurrentState()->getName(); // "open"
+/// const std::string name = turnstile.getCurrentState()->getName(); // "open"
 /// @endcode
 class QORTK_API StateMachine : public State
 {
 public:
-    /// Makes a machine without states but the root, and in that one.
+    /// Constructs a machine that has only the root state and is in it.
     StateMachine();
 
-    /// Takes over the states, the current one and the request.
+    /// Copies the registered states, the current state and the recorded transition. A copy is never
+    /// in the middle of a change, and an assignment does not end one. After a failed assignment the
+    /// target is unchanged.
+    /// @param other machine to copy
+    /// @throws std::bad_alloc if there is not enough memory
     /// @{
     StateMachine(const StateMachine& other);
     StateMachine& operator=(const StateMachine& other);
@@ -79,30 +97,37 @@ public:
 
     ~StateMachine() override;
 
-    /// Makes a state known by its name, as its constructor does. A name that is taken keeps its
-    /// earlier state; null changes nothing.
+    /// Makes a state known by its name; its constructor does so, too. If the name is taken, the
+    /// earlier state keeps it.
+    /// @param state state to register; null changes nothing
+    /// @throws std::bad_alloc if there is not enough memory
     void registerState(State* state);
 
-    /// Descends from the root along the initial children, entering each. Nothing is left, not even
-    /// on a second start. A transition that is asked for already stays so.
+    /// Enters the initial child of the root, its initial child, and so on. Exits nothing, not even
+    /// on a second start. Keeps a recorded transition. Does nothing inside another start().
     void start();
 
-    /// @return where the machine is: the state that it is coming to in onEntry(), the one that it
-    ///         is about to leave in onExit(); itself before the start
-    State* getCurrentState() { return m_CurrentState; }
+    /// Returns the current state: during onEntry() the state being entered, during onExit() the
+    /// state being exited, before the start the machine itself.
+    [[nodiscard]] State* getCurrentState() noexcept { return m_CurrentState; }
 
-    /// Asks for a transition, which is carried out by the next sendEvent(), behind the event if
-    /// that is running. An earlier request is dropped; null only drops it.
-    void transition(State* state) { m_PendingState = state; }
+    /// Records a transition, which the next sendEvent() carries out, or the running one after its
+    /// event. Replaces a transition recorded before.
+    /// @param state target; null only cancels a recorded transition
+    void transition(State* state) noexcept { m_PendingState = state; }
 
-    /// Asks for a transition by name.
-    /// @return whether there is a state of that name; if not, an earlier request is dropped
+    /// Records a transition by name. Takes logarithmic time in the number of states.
+    /// @param name name of the target
+    /// @return whether the machine has a state of that name. If not, a recorded transition is
+    ///         cancelled.
     bool transition(const std::string& name);
 
-    /// Carries out a transition at once. Null does nothing but drop an earlier request.
+    /// Carries out a transition at once. From onEntry() and onExit() it only records it.
+    /// @param state target; null only cancels a recorded transition
     void setCurrentState(State* state);
 
-    /// Delivers an event, then carries out the transition that is asked for.
+    /// Delivers an event, then carries out the recorded transition.
+    /// @param event any number
     /// @return whether a state handled the event
     bool sendEvent(unsigned int event)
     {
@@ -117,15 +142,19 @@ public:
     }
 
 private:
-    class Change;
+    class ScopedFlag;
 
     State* findState(const std::string& name);
     void processPendingTransition();
+    void exitUpTo(State* end);
+    void enterInitialStates(State* state, State* source);
+    void enter(State* state, State* source);
 
     State* m_CurrentState;
     State* m_PendingState = nullptr;
     std::map<std::string, State*> m_States;
-    bool m_IsChanging = false; ///< whether onEntry() or onExit() may be running
+    bool m_IsChanging = false; ///< whether a transition or start() is running
+    bool m_IsStarting = false; ///< whether start() is running
 };
 
 } // namespace qor

@@ -3,7 +3,7 @@
 #include <cstddef>
 
 #include "checksum/CRCFolding.h"
-#include "checksum/LittleEndian.h"
+#include "foundation/LittleEndian.h"
 
 namespace qor
 {

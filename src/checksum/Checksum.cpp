@@ -9,14 +9,15 @@ namespace qor
 namespace
 {
 
+/// Adds bytes in pieces whose length `addRaw` can take.
 void addBytes(Checksum& checksum, const char* text, std::size_t size)
 {
-    constexpr std::size_t GREATEST_PIECE = std::numeric_limits<unsigned int>::max();
+    constexpr std::size_t MAX_PIECE = std::numeric_limits<unsigned int>::max();
     const unsigned char* data = reinterpret_cast<const unsigned char*>(text);
-    while (size > GREATEST_PIECE) {
-        checksum.addRaw(data, static_cast<unsigned int>(GREATEST_PIECE));
-        data += GREATEST_PIECE;
-        size -= GREATEST_PIECE;
+    while (size > MAX_PIECE) {
+        checksum.addRaw(data, static_cast<unsigned int>(MAX_PIECE));
+        data += MAX_PIECE;
+        size -= MAX_PIECE;
     }
     checksum.addRaw(data, static_cast<unsigned int>(size));
 }
@@ -59,7 +60,7 @@ unsigned int Checksum::getChecksumInteger()
     getChecksumRaw(raw);
     unsigned int number = 0;
     for (unsigned int i = 0; i < length; ++i) {
-        // What is more than four bytes is pushed out.
+        // Bytes before the last four are shifted out.
         number = number << 8 | raw[i];
     }
     return number;

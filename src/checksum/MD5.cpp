@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "checksum/LittleEndian.h"
+#include "foundation/LittleEndian.h"
 
 namespace qor
 {
@@ -11,7 +11,7 @@ namespace qor
 namespace
 {
 
-/// Where the length stands in the last block.
+/// Offset of the length of the data in the last block.
 constexpr unsigned int LENGTH_POSITION = 56;
 
 std::uint32_t rotated(std::uint32_t word, int bits)
@@ -19,8 +19,9 @@ std::uint32_t rotated(std::uint32_t word, int bits)
     return word << bits | word >> (32 - bits);
 }
 
-// The mixtures of the four rounds. They are shaped so that little has to wait for b, the outcome of
-// the step before: where the halves of an "or" share no bit, they are added one by one.
+// The functions F, G, H and I of RFC 1321, each added to `a`. They are written so that few
+// operations depend on b, the result of the previous step. The two terms of G share no bit, so they
+// can be added one after the other instead of combined by "or".
 
 struct TMixF {
     static void add(std::uint32_t& a, std::uint32_t b, std::uint32_t c, std::uint32_t d)
@@ -51,7 +52,7 @@ struct TMixI {
     }
 };
 
-/// The standard's constants: the fractions of sines.
+/// The constants of RFC 1321: the integer parts of 2^32 * |sin(i)| for i from 1 to 64.
 constexpr std::uint32_t SINES[64] = {
     0xd76aa478, 0xe8c7b756, 0x242070db, 0xc1bdceee, 0xf57c0faf, 0x4787c62a, 0xa8304613, 0xfd469501,
     0x698098d8, 0x8b44f7af, 0xffff5bb1, 0x895cd7be, 0x6b901122, 0xfd987193, 0xa679438e, 0x49b40821,
@@ -62,7 +63,8 @@ constexpr std::uint32_t SINES[64] = {
     0xf4292244, 0x432aff97, 0xab9423a7, 0xfc93a039, 0x655b59c3, 0x8f0ccc92, 0xffeff47d, 0x85845dd1,
     0x6fa87e4f, 0xfe2ce6e0, 0xa3014314, 0x4e0811a1, 0xf7537e82, 0xbd3af235, 0x2ad7d2bb, 0xeb86d391};
 
-/// One round: 16 steps that take the words of the block from `FIRST` on, `STRIDE` apart.
+/// Runs one round: 16 steps on the words FIRST, FIRST + STRIDE and so on of the block, modulo 16,
+/// with the rotations R0 to R3 in turn.
 template<typename TMix, unsigned int ROUND, unsigned int FIRST, unsigned int STRIDE, int R0, int R1,
          int R2, int R3>
 void runRound(std::uint32_t (&state)[4], const unsigned char* block)
@@ -105,11 +107,11 @@ void MD5::addRaw(const unsigned char* data, unsigned int length)
     m_BitCount[0] += length << 3;
     m_BitCount[1] += (length >> 29) + (m_BitCount[0] < oldBits ? 1 : 0);
 
-    const unsigned int waiting = oldBits >> 3 & (BLOCK_SIZE - 1);
-    if (waiting > 0) {
-        const unsigned int size = std::min(length, BLOCK_SIZE - waiting);
-        std::memcpy(blockBytes() + waiting, data, size);
-        if (waiting + size < BLOCK_SIZE) {
+    const unsigned int buffered = oldBits >> 3 & (BLOCK_SIZE - 1);
+    if (buffered > 0) {
+        const unsigned int size = std::min(length, BLOCK_SIZE - buffered);
+        std::memcpy(blockBytes() + buffered, data, size);
+        if (buffered + size < BLOCK_SIZE) {
             return;
         }
         MD5Transform(m_Block);
@@ -168,7 +170,7 @@ unsigned char* MD5::blockBytes()
     return reinterpret_cast<unsigned char*>(m_Block);
 }
 
-/// Adds what the standard's block function makes of 16 little-endian words into the state.
+/// Updates the state with a block of 16 little-endian words, as RFC 1321 describes.
 void MD5::MD5Transform(const unsigned int* block)
 {
     const unsigned char* const bytes = reinterpret_cast<const unsigned char*>(block);

@@ -1,6 +1,7 @@
 #include "qor/Console.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace qor
 {
@@ -10,18 +11,19 @@ namespace
 
 constexpr char ENTER = 13;
 constexpr char DELETE_LAST = 10;
+constexpr char FIRST_PRINTABLE = 32;
 
 bool isDelimiter(char character)
 {
     return character == ' ' || character == '\t';
 }
 
-/// Splits a command line into its tokens, but for empty ones.
-/// @return false if a quotation does not end
+/// Splits a command line into its tokens and drops the empty ones.
+/// @return whether each quotation ends
 bool tokenize(const std::string& line, std::vector<std::string>& tokens)
 {
-    constexpr std::size_t USUAL_TOKEN_COUNT = 4;
-    tokens.reserve(USUAL_TOKEN_COUNT);
+    constexpr std::size_t TYPICAL_TOKEN_COUNT = 4;
+    tokens.reserve(TYPICAL_TOKEN_COUNT);
     const char* position = line.data();
     const char* const lineEnd = position + line.size();
     for (;;) {
@@ -57,17 +59,20 @@ Console::Console(const Console& other) = default;
 
 Console& Console::operator=(const Console& other)
 {
-    // All or nothing, if memory runs out.
-    Console copy(other);
-    m_CommandLine.swap(copy.m_CommandLine);
-    m_Output.swap(copy.m_Output);
-    m_MaxOutputLines = copy.m_MaxOutputLines;
-    m_Variables.swap(copy.m_Variables);
-    m_Commands.swap(copy.m_Commands);
-    m_OutputModCount = copy.m_OutputModCount;
-    m_CommandLineModCount = copy.m_CommandLineModCount;
-    m_OldestOutput = copy.m_OldestOutput;
+    Console(other).swap(*this);
     return *this;
+}
+
+void Console::swap(Console& other) noexcept
+{
+    std::swap(m_CommandLine, other.m_CommandLine);
+    std::swap(m_Output, other.m_Output);
+    std::swap(m_MaxOutputLines, other.m_MaxOutputLines);
+    std::swap(m_Variables, other.m_Variables);
+    std::swap(m_Commands, other.m_Commands);
+    std::swap(m_OutputModCount, other.m_OutputModCount);
+    std::swap(m_CommandLineModCount, other.m_CommandLineModCount);
+    std::swap(m_OldestOutput, other.m_OldestOutput);
 }
 
 Console::~Console() = default;
@@ -98,9 +103,9 @@ void Console::removeVariable(const std::string& name)
 
 bool Console::putChar(char character)
 {
-    // Bytes above 127 are negative where char is signed, and are no printable characters elsewhere.
+    // Bytes above 127 are negative on every machine and so not printable.
     const int code = static_cast<signed char>(character);
-    if (code >= 32) {
+    if (code >= FIRST_PRINTABLE) {
         m_CommandLine += character;
         ++m_CommandLineModCount;
         return true;
@@ -125,17 +130,20 @@ std::string Console::getCommandLine() const
     return m_CommandLine;
 }
 
-unsigned int Console::getCommandLineModCount() const
+unsigned int Console::getCommandLineModCount() const noexcept
 {
     return m_CommandLineModCount;
 }
 
 void Console::print(const std::string& line)
 {
+    // A negative maximum becomes an unsigned number that is never reached.
     if (m_Output.size() < static_cast<unsigned int>(m_MaxOutputLines)) {
         m_Output.push_back(line);
     } else if (!m_Output.empty()) {
-        m_Output[m_OldestOutput] = line;
+        // Assigning would keep the buffer of the dropped line; swapping releases it.
+        std::string newest(line);
+        m_Output[m_OldestOutput].swap(newest);
         m_OldestOutput = (m_OldestOutput + 1) % m_Output.size();
     }
     ++m_OutputModCount;
@@ -156,12 +164,12 @@ void Console::getOutput(std::vector<std::string>& lines, int lineCount, int skip
     }
 }
 
-int Console::getOutputLenght() const
+int Console::getOutputLenght() const noexcept
 {
     return static_cast<int>(m_Output.size());
 }
 
-unsigned int Console::getOutputModCount() const
+unsigned int Console::getOutputModCount() const noexcept
 {
     return m_OutputModCount;
 }
@@ -206,7 +214,7 @@ bool Console::parseAndExecute(const std::string& commandLine)
     if (parameterCount > static_cast<unsigned int>(command.maxParameters)) {
         return fail("Error: Too many parameters for command");
     }
-    // The handler may remove its own record, which is not touched from here on.
+    // The handler may remove its own record, which is not accessed from here on.
     return command.command->execute(tokens);
 }
 

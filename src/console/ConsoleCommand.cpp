@@ -3,7 +3,7 @@
 namespace qor
 {
 
-// Out of line, so that the library is the one home of the class's virtual table.
+// Defined here so that the virtual table is emitted once, in the library.
 ConsoleCommand::~ConsoleCommand() = default;
 
 } // namespace qor

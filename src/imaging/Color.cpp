@@ -16,18 +16,19 @@ namespace
 constexpr int CHANNELS = 3; ///< without alpha
 constexpr int ALPHA = 3;
 
-/// The bits of a channel's integer, as a word.
+/// Truncates a channel times 255 to a signed 32-bit integer, saturated; NaN gives 0. Returns its
+/// bits.
 std::uint32_t toLevel(float channel)
 {
-    constexpr float BEYOND = 2147483648.0f; // 2^31, the first float above the 32-bit integers
+    constexpr float LIMIT = 2147483648.0f; // 2^31, the smallest float above the 32-bit integers
     const float level = channel * 255.0f;
     if (std::isnan(level)) {
         return 0;
     }
-    if (level >= BEYOND) {
+    if (level >= LIMIT) {
         return std::numeric_limits<std::int32_t>::max();
     }
-    return static_cast<std::uint32_t>(static_cast<std::int32_t>(std::max(level, -BEYOND)));
+    return static_cast<std::uint32_t>(static_cast<std::int32_t>(std::max(level, -LIMIT)));
 }
 
 } // namespace
@@ -77,7 +78,7 @@ void Color::normalize(const float* in, float* out)
     for (int i = 0; i < CHANNELS; ++i) {
         out[i] = in[i] > 0.0f ? in[i] / largest : 0.0f;
     }
-    // Tested in this order, not-a-number passes.
+    // In this form, unlike std::min and std::max, NaN stays NaN.
     const float alpha = in[ALPHA] > 1.0f ? 1.0f : in[ALPHA];
     out[ALPHA] = alpha < 0.0f ? 0.0f : alpha;
 }

@@ -2,12 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
-#include <limits>
-#include <new>
-#include <type_traits>
 #include <utility>
 
-#include "imaging/Clones.h"
+#include "imaging/PixelMemory.h"
+#include "imaging/PixelTransfer.h"
 #include "imaging/Wrapping.h"
 
 namespace qor
@@ -18,157 +16,58 @@ namespace
 
 constexpr std::ptrdiff_t PIXEL_SIZE = sizeof(std::uint32_t);
 
-/// Sizes are signed numbers of 32 bits, however many bits they arrive in.
+/// Sizes are signed 32-bit integers, however wide `unsigned long` is.
 int toSize(unsigned long size)
 {
     return static_cast<int>(static_cast<std::uint32_t>(size));
 }
 
-/// Memory for the pixels of an image, undefined and so far untouched; null if a size is not
-/// positive.
-std::unique_ptr<std::uint32_t[]> allocatePixels(int width, int height)
-{
-    if (width < 1 || height < 1) {
-        return nullptr;
-    }
-    const std::uint64_t count =
-        static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
-    if (count > std::numeric_limits<std::size_t>::max() / sizeof(std::uint32_t)) {
-        throw std::bad_alloc();
-    }
-    return std::unique_ptr<std::uint32_t[]>(new std::uint32_t[static_cast<std::size_t>(count)]);
-}
-
+/// Returns whether the range of `length` pixels from `begin` lies within 0 to `size`. The test
+/// cannot overflow: `size - length` is computed only if neither is negative.
 bool contains(int size, int begin, int length)
 {
     return begin >= 0 && length >= 0 && begin <= size - length;
 }
 
-/// Whether an image has all pixels of an area.
-bool hasArea(const Image& image, int left, int top, int width, int height)
+/// Returns whether an image has pixels for a whole area.
+bool hasArea(const Image& image, const Rectangle& area, int width, int height)
 {
-    return image.getData() && contains(image.getWidth(), left, width) &&
-           contains(image.getHeight(), top, height);
+    return image.getData() && contains(image.getWidth(), area.getLeft(), width) &&
+           contains(image.getHeight(), area.getTop(), height);
 }
 
-/// The two areas of a transfer between images.
-struct TClipped {
+/// The two areas of a transfer between images. The size of `source` counts for both.
+struct TClippedAreas {
     Rectangle source;
     Rectangle target;
-    bool isEmpty = false;
+    bool isEmpty;
 };
 
-TClipped clip(const Image& source, const Rectangle& sourceRect, const Image& target, int x, int y,
-              int scale)
+TClippedAreas clip(const Image& source, const Rectangle& sourceRect, const Image& target, int x,
+                   int y, int scale)
 {
-    TClipped areas;
-    areas.source = sourceRect;
-    areas.target = Rectangle(x, y, wrappingSum(x, sourceRect.getWidth()),
-                             wrappingSum(y, sourceRect.getHeight()));
-    target.getSize().clipRectangle(areas.target, areas.source, scale);
-    const int width = areas.source.getWidth(), height = areas.source.getHeight();
-    // Clipping alone is no guard against an area outside the source, nor against a multiplier that
-    // takes too little off the source.
-    areas.isEmpty =
-        areas.source.empty() ||
-        !hasArea(source, areas.source.getLeft(), areas.source.getTop(), width, height) ||
-        !hasArea(target, areas.target.getLeft(), areas.target.getTop(), width, height);
-    return areas;
+    Rectangle from = sourceRect;
+    Rectangle to(x, y, wrappingSum(x, sourceRect.getWidth()),
+                 wrappingSum(y, sourceRect.getHeight()));
+    target.getSize().clipRectangle(to, from, scale);
+    const int width = from.getWidth(), height = from.getHeight();
+    // Clipping guards neither against an area outside the source nor against a scale below 1,
+    // which cuts too little off the source.
+    const bool isEmpty = from.empty() || !hasArea(source, from, width, height) ||
+                         !hasArea(target, to, width, height);
+    return {from, to, isEmpty};
 }
 
-/// Where a rectangle of an image begins in its pixels.
-std::ptrdiff_t startOf(const Rectangle& area, const Image& image)
+/// Returns the index of the first pixel of an area.
+std::ptrdiff_t firstIndex(const Rectangle& area, const Image& image)
 {
     return static_cast<std::ptrdiff_t>(area.getTop()) * image.getWidth() + area.getLeft();
 }
 
-std::uint32_t loadPixel(const unsigned char* source)
+bool canAnyPixelPass(int alphaLevel)
 {
-    std::uint32_t pixel;
-    std::memcpy(&pixel, source, sizeof pixel);
-    return pixel;
-}
-
-/// All bits set for black pixels, else none.
-struct TColourKey {
-    std::uint32_t operator()(std::uint32_t pixel) const
-    {
-        return (pixel & 0x00FFFFFF) == 0 ? ~std::uint32_t{0} : 0;
-    }
-};
-
-/// All bits set for pixels whose alpha doesn't reach a level, else none.
-struct TAlphaTest {
-    int level;
-
-    std::uint32_t operator()(std::uint32_t pixel) const
-    {
-        return static_cast<int>(pixel >> 24) < level ? ~std::uint32_t{0} : 0;
-    }
-};
-
-/// A keyed transfer; distances are in bytes.
-struct TTransfer {
-    std::ptrdiff_t columns; ///< in the target
-    std::ptrdiff_t rows;    ///< in the target
-    std::ptrdiff_t step;
-    std::ptrdiff_t sourceAdvance; ///< from the start of a row to that of the next
-    std::ptrdiff_t targetAdvance;
-    std::uint32_t alpha; ///< in its place in a pixel
-};
-
-/// Transfers one row. Each pixel is written, those that fail with the value that they have: so the
-/// loop has no branch, and takes several pixels at once.
-/// @return how many pixels failed
-template<typename TTest, typename TStep>
-std::uint32_t transferRow(const unsigned char* source, unsigned char* target,
-                          std::ptrdiff_t columns, TStep step, std::uint32_t alpha, TTest test)
-{
-    std::uint32_t failures = 0;
-    const std::ptrdiff_t end = columns * PIXEL_SIZE;
-    for (std::ptrdiff_t from = 0, to = 0; to < end; from += step, to += PIXEL_SIZE) {
-        const std::uint32_t pixel = loadPixel(source + from);
-        const std::uint32_t old = loadPixel(target + to);
-        const std::uint32_t fails = test(pixel);
-        const std::uint32_t blended = (((pixel & 0x00FFFFFF) | alpha) & ~fails) | (old & fails);
-        std::memcpy(target + to, &blended, sizeof blended);
-        failures -= fails;
-    }
-    return failures;
-}
-
-/// Transfers all rows.
-/// @return how many pixels passed
-template<typename TTest, typename TStep>
-QORTK_CLONES int transferRows(const void* source, void* target, const TTransfer& transfer,
-                              TStep step, TTest test)
-{
-    const auto columns = static_cast<std::uint32_t>(transfer.columns);
-    std::uint32_t count = 0;
-    std::ptrdiff_t sourceOffset = 0, targetOffset = 0;
-    for (std::ptrdiff_t row = 0; row < transfer.rows; ++row) {
-        count += columns - transferRow(static_cast<const unsigned char*>(source) + sourceOffset,
-                                       static_cast<unsigned char*>(target) + targetOffset,
-                                       transfer.columns, step, transfer.alpha, test);
-        sourceOffset += transfer.sourceAdvance;
-        targetOffset += transfer.targetAdvance;
-    }
-    return static_cast<int>(count);
-}
-
-/// Transfers all rows, with loops of their own for the steps that are common.
-template<typename TTest>
-int transferKeyed(const void* source, void* target, const TTransfer& transfer, TTest test)
-{
-    using One = std::integral_constant<std::ptrdiff_t, PIXEL_SIZE>;
-    using Two = std::integral_constant<std::ptrdiff_t, 2 * PIXEL_SIZE>;
-    if (transfer.step == One()) {
-        return transferRows(source, target, transfer, One(), test);
-    }
-    if (transfer.step == Two()) {
-        return transferRows(source, target, transfer, Two(), test);
-    }
-    return transferRows(source, target, transfer, transfer.step, test);
+    constexpr int MAX_ALPHA = 255;
+    return alphaLevel == Image::AL_CKBLACK || (alphaLevel >= 0 && alphaLevel <= MAX_ALPHA);
 }
 
 } // namespace
@@ -176,7 +75,7 @@ int transferKeyed(const void* source, void* target, const TTransfer& transfer, T
 const int Image::AL_NONE;
 const int Image::AL_CKBLACK;
 
-Image::Image() = default;
+Image::Image() noexcept = default;
 
 Image::Image(unsigned long width, unsigned long height)
 {
@@ -186,7 +85,7 @@ Image::Image(unsigned long width, unsigned long height)
 Image::Image(const Image& other) : m_Width(other.m_Width), m_Height(other.m_Height)
 {
     if (other.m_Pixels) {
-        m_Pixels = allocatePixels(m_Width, m_Height);
+        m_Pixels.reset(allocatePixels(m_Width, m_Height));
         std::copy_n(other.m_Pixels.get(), countPixels(), m_Pixels.get());
     }
 }
@@ -219,13 +118,13 @@ Image::~Image() = default;
 
 void Image::create(unsigned long width, unsigned long height)
 {
-    m_Pixels.reset();
+    reset();
     m_Width = toSize(width);
     m_Height = toSize(height);
-    m_Pixels = allocatePixels(m_Width, m_Height);
+    m_Pixels.reset(allocatePixels(m_Width, m_Height));
 }
 
-void Image::reset()
+void Image::reset() noexcept
 {
     *this = Image();
 }
@@ -235,10 +134,10 @@ void Image::flipVertical()
     if (!m_Pixels || m_Height < 2) {
         return;
     }
-    // In pieces, for which processors copy faster than for whole long rows.
+    // Rows are swapped in pieces that stay in the first-level cache.
     constexpr std::size_t PIECE = 512;
     const std::size_t width = static_cast<std::size_t>(m_Width);
-    const std::unique_ptr<std::uint32_t[]> scratch = allocatePixels(m_Width, 1);
+    const std::unique_ptr<std::uint32_t[]> scratch(new std::uint32_t[width]);
     std::uint32_t* upper = m_Pixels.get();
     std::uint32_t* lower = upper + countPixels() - width;
     for (; upper < lower; upper += width, lower -= width) {
@@ -259,25 +158,26 @@ int Image::loadRawData(const void* /*data*/, ExternalPixelFormat /*format*/)
 
 int Image::blit(const Image& source, const Rectangle& sourceRect, int x, int y)
 {
-    const TClipped areas = clip(source, sourceRect, *this, x, y, 1);
+    const TClippedAreas areas = clip(source, sourceRect, *this, x, y, 1);
     if (areas.isEmpty) {
         return 0;
     }
-    return blitRaw(source.getData() + startOf(areas.source, source), areas.source.getWidth(),
+    return blitRaw(source.getData() + firstIndex(areas.source, source), areas.source.getWidth(),
                    areas.source.getHeight(), source.m_Width,
-                   getData() + startOf(areas.target, *this), m_Width);
+                   getData() + firstIndex(areas.target, *this), m_Width);
 }
 
 int Image::blit(const Image& source, const Rectangle& sourceRect, int x, int y, int alphaLevel,
                 int newAlpha, int scale)
 {
-    const TClipped areas = clip(source, sourceRect, *this, x, y, scale);
+    const TClippedAreas areas = clip(source, sourceRect, *this, x, y, scale);
     if (areas.isEmpty) {
         return 0;
     }
-    return blitRaw(source.getData() + startOf(areas.source, source), areas.source.getWidth(),
+    return blitRaw(source.getData() + firstIndex(areas.source, source), areas.source.getWidth(),
                    areas.source.getHeight(), source.m_Width,
-                   getData() + startOf(areas.target, *this), m_Width, alphaLevel, newAlpha, scale);
+                   getData() + firstIndex(areas.target, *this), m_Width, alphaLevel, newAlpha,
+                   scale);
 }
 
 int Image::blitRaw(const void* source, int width, int height, int sourcePitch, void* target,
@@ -306,27 +206,26 @@ int Image::blitRaw(const void* source, int width, int height, int sourcePitch, v
         return blitRaw(source, width, height, sourcePitch, target, targetPitch);
     }
     const std::ptrdiff_t step = std::max(scale, 1);
-    TTransfer transfer;
-    transfer.columns = width / step;
-    transfer.rows = height / step;
-    if (transfer.columns < 1 || transfer.rows < 1 || alphaLevel < 0) {
+    const std::ptrdiff_t columns = width / step, rows = height / step;
+    if (columns < 1 || rows < 1 || !canAnyPixelPass(alphaLevel)) {
         return 0;
     }
+    // A single row is never advanced from, and its pitch times the step may overflow.
+    const std::ptrdiff_t rowStep = rows > 1 ? step : 0;
+    TKeyedTransfer transfer;
+    transfer.columns = columns;
+    transfer.rows = rows;
     transfer.step = step * PIXEL_SIZE;
-    // A single row needs no advance, and pitches may then be too large for one.
-    const std::ptrdiff_t advancing = transfer.rows > 1 ? step : 0;
-    transfer.sourceAdvance = (sourcePitch * advancing - width % step) * PIXEL_SIZE;
-    transfer.targetAdvance = targetPitch * advancing * PIXEL_SIZE;
+    transfer.sourceAdvance = (sourcePitch * rowStep - width % step) * PIXEL_SIZE;
+    transfer.targetAdvance = targetPitch * rowStep * PIXEL_SIZE;
     transfer.alpha = static_cast<std::uint32_t>(newAlpha) << 24;
-    if (alphaLevel == AL_CKBLACK) {
-        return transferKeyed(source, target, transfer, TColourKey());
-    }
-    return transferKeyed(source, target, transfer, TAlphaTest{alphaLevel});
+    return alphaLevel == AL_CKBLACK ? transferByColorKey(source, target, transfer)
+                                    : transferByAlpha(source, target, transfer, alphaLevel);
 }
 
-std::size_t Image::countPixels() const
+std::size_t Image::countPixels() const noexcept
 {
-    return m_Pixels ? static_cast<std::size_t>(m_Width) * static_cast<std::size_t>(m_Height) : 0;
+    return m_Pixels ? static_cast<std::size_t>(qor::countPixels(m_Width, m_Height)) : 0;
 }
 
 } // namespace qor

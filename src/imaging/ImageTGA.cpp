@@ -1,9 +1,12 @@
+#include "qor/Image.h"
+
 #include <algorithm>
 #include <array>
-#include <cstring>
+#include <new>
 
+#include "foundation/LittleEndian.h"
+#include "imaging/PixelMemory.h"
 #include "platform/Platform.h"
-#include "qor/Image.h"
 
 namespace qor
 {
@@ -11,26 +14,41 @@ namespace qor
 namespace
 {
 
-constexpr std::size_t HEADER_SIZE = 18;
+// Results of loadTGA().
+constexpr int LOAD_NOT_OPENED = -1;
+constexpr int LOAD_NO_HEADER = -2;
+constexpr int LOAD_HAS_COLOR_MAP = -3;
+constexpr int LOAD_UNKNOWN_TYPE = -4;
+constexpr int LOAD_UNKNOWN_DEPTH = -5;
+constexpr int LOAD_TRUNCATED = -6;
 
-// What is read in a header.
+// Results of saveTGA().
+constexpr int SAVE_UNKNOWN_DEPTH = -1;
+constexpr int SAVE_NOT_OPENED = -2;
+constexpr int SAVE_NOT_WRITTEN = -3;
+
+// The header, and offsets in it. Sizes are little-endian words of 16 bits.
+constexpr std::size_t HEADER_SIZE = 18;
 constexpr std::size_t ID_LENGTH = 0;
-constexpr std::size_t COLOUR_MAP_TYPE = 1;
+constexpr std::size_t COLOR_MAP_TYPE = 1;
 constexpr std::size_t IMAGE_TYPE = 2;
 constexpr std::size_t WIDTH = 12;
 constexpr std::size_t HEIGHT = 14;
 constexpr std::size_t DEPTH = 16;
+using Header = std::array<unsigned char, HEADER_SIZE>;
 
-constexpr unsigned char TRUE_COLOUR = 2;
-constexpr unsigned char GREY = 3;
+// Image types without compression.
+constexpr unsigned char TRUE_COLOR = 2;
+constexpr unsigned char GRAY = 3;
 
-/// How many pixels are converted at a time, few enough for the processor's caches, and enough
-/// to spare calls of the system.
+constexpr std::uint32_t OPAQUE = 0xFF000000;
+
+/// Pixels are converted in blocks that fit into the second-level cache and spare system calls.
 constexpr std::size_t BLOCK_PIXELS = 16384;
 constexpr std::size_t PIXEL_SIZE = sizeof(std::uint32_t);
 
-/// The bytes of a block of pixels at any depth. Pixels of 24 bits are read and written as words,
-/// the last of which reaches one byte further.
+/// The bytes of a block of pixels at any depth. Pixels of 24 bits are loaded and stored as words of
+/// 32 bits, the last of which ends one byte after its pixel; a block has room for that.
 using Block = std::array<unsigned char, BLOCK_PIXELS * PIXEL_SIZE>;
 
 bool isDepth(unsigned char depth)
@@ -38,25 +56,15 @@ bool isDepth(unsigned char depth)
     return depth == 8 || depth == 24 || depth == 32;
 }
 
-/// Turns a word whose first byte in memory is its lowest into one of this machine, and back.
-std::uint32_t withFirstLowest(std::uint32_t word)
-{
-#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
-    return __builtin_bswap32(word);
-#else
-    return word;
-#endif
-}
-
-void unpackGrey(const unsigned char* bytes, std::size_t count, std::uint32_t* pixels)
+void unpackGray(const unsigned char* bytes, std::size_t count, std::uint32_t* pixels)
 {
     for (std::size_t i = 0; i < count; ++i) {
-        const std::uint32_t grey = bytes[i];
-        pixels[i] = 0xFF000000 | grey << 16 | grey << 8 | grey;
+        const std::uint32_t gray = bytes[i];
+        pixels[i] = OPAQUE | gray << 16 | gray << 8 | gray;
     }
 }
 
-void packGrey(const std::uint32_t* pixels, std::size_t count, unsigned char* bytes)
+void packGray(const std::uint32_t* pixels, std::size_t count, unsigned char* bytes)
 {
     for (std::size_t i = 0; i < count; ++i) {
         const std::uint32_t pixel = pixels[i];
@@ -65,22 +73,20 @@ void packGrey(const std::uint32_t* pixels, std::size_t count, unsigned char* byt
     }
 }
 
-void unpackColour(const unsigned char* bytes, std::size_t count, std::size_t pixelSize,
-                  std::uint32_t alpha, std::uint32_t* pixels)
+/// @param alphaMask bits to set in each pixel
+void unpackColor(const unsigned char* bytes, std::size_t count, std::size_t pixelSize,
+                 std::uint32_t alphaMask, std::uint32_t* pixels)
 {
     for (std::size_t i = 0; i < count; ++i) {
-        std::uint32_t word;
-        std::memcpy(&word, bytes + i * pixelSize, sizeof word);
-        pixels[i] = withFirstLowest(word) | alpha;
+        pixels[i] = loadWord(bytes + i * pixelSize) | alphaMask;
     }
 }
 
-void packColour(const std::uint32_t* pixels, std::size_t count, std::size_t pixelSize,
-                unsigned char* bytes)
+void packColor(const std::uint32_t* pixels, std::size_t count, std::size_t pixelSize,
+               unsigned char* bytes)
 {
     for (std::size_t i = 0; i < count; ++i) {
-        const std::uint32_t word = withFirstLowest(pixels[i]);
-        std::memcpy(bytes + i * pixelSize, &word, sizeof word);
+        storeWord(bytes + i * pixelSize, pixels[i]);
     }
 }
 
@@ -88,49 +94,59 @@ void unpack(const unsigned char* bytes, std::size_t count, unsigned char depth,
             std::uint32_t* pixels)
 {
     if (depth == 8) {
-        unpackGrey(bytes, count, pixels);
+        unpackGray(bytes, count, pixels);
     } else if (depth == 24) {
-        unpackColour(bytes, count, 3, 0xFF000000, pixels);
+        unpackColor(bytes, count, 3, OPAQUE, pixels);
     } else {
-        unpackColour(bytes, count, 4, 0, pixels);
+        unpackColor(bytes, count, 4, 0, pixels);
     }
 }
 
 void pack(const std::uint32_t* pixels, std::size_t count, unsigned char depth, unsigned char* bytes)
 {
     if (depth == 8) {
-        packGrey(pixels, count, bytes);
+        packGray(pixels, count, bytes);
     } else {
-        packColour(pixels, count, depth / 8, bytes);
+        packColor(pixels, count, depth / 8, bytes);
     }
 }
 
-std::array<unsigned char, HEADER_SIZE> makeHeader(int width, int height, unsigned char depth)
+int readSize(const Header& header, std::size_t offset)
 {
-    std::array<unsigned char, HEADER_SIZE> header{};
-    header[IMAGE_TYPE] = depth == 8 ? GREY : TRUE_COLOUR;
-    header[WIDTH] = static_cast<unsigned char>(width);
-    header[WIDTH + 1] = static_cast<unsigned char>(width >> 8);
-    header[HEIGHT] = static_cast<unsigned char>(height);
-    header[HEIGHT + 1] = static_cast<unsigned char>(height >> 8);
+    return header[offset] | header[offset + 1] << 8;
+}
+
+/// Writes the low 16 bits of a size.
+void writeSize(Header& header, std::size_t offset, int size)
+{
+    header[offset] = static_cast<unsigned char>(size);
+    header[offset + 1] = static_cast<unsigned char>(size >> 8);
+}
+
+Header makeHeader(int width, int height, unsigned char depth)
+{
+    Header header{};
+    header[IMAGE_TYPE] = depth == 8 ? GRAY : TRUE_COLOR;
+    writeSize(header, WIDTH, width);
+    writeSize(header, HEIGHT, height);
     header[DEPTH] = depth;
     return header;
 }
 
-/// What loadTGA() answers to a header that is whole; 0 if pixels can be read.
-int checkHeader(const std::array<unsigned char, HEADER_SIZE>& header)
+/// Returns the result of loadTGA() for a header that it rejects, else 0.
+int checkHeader(const Header& header)
 {
-    if (header[COLOUR_MAP_TYPE] != 0) {
-        return -3;
+    if (header[COLOR_MAP_TYPE] != 0) {
+        return LOAD_HAS_COLOR_MAP;
     }
-    if (header[IMAGE_TYPE] != TRUE_COLOUR && header[IMAGE_TYPE] != GREY) {
-        return -4;
+    if (header[IMAGE_TYPE] != TRUE_COLOR && header[IMAGE_TYPE] != GRAY) {
+        return LOAD_UNKNOWN_TYPE;
     }
-    return isDepth(header[DEPTH]) ? 0 : -5;
+    return isDepth(header[DEPTH]) ? 0 : LOAD_UNKNOWN_DEPTH;
 }
 
-/// Reads pixels in the order of the file, and those only that it has.
-/// @return whether it has all of them
+/// Reads pixels in the order of the file. At its end the other pixels keep their values.
+/// @return whether the file holds all of them
 bool readPixels(platform::InputFile& file, unsigned char depth, std::uint32_t* pixels,
                 std::size_t count)
 {
@@ -149,14 +165,30 @@ bool readPixels(platform::InputFile& file, unsigned char depth, std::uint32_t* p
     return true;
 }
 
-/// @return whether all was written
+/// Reads pixels and drops them.
+/// @return whether the file holds all of them
+bool skipPixels(platform::InputFile& file, unsigned char depth, std::uint64_t count)
+{
+    const std::size_t pixelSize = depth / 8;
+    Block block;
+    while (count > 0) {
+        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(count, BLOCK_PIXELS));
+        if (file.read(block.data(), wanted * pixelSize) < wanted * pixelSize) {
+            return false;
+        }
+        count -= wanted;
+    }
+    return true;
+}
+
+/// @return whether all bytes were written
 bool writeBytes(platform::OutputFile& file, const unsigned char* bytes, std::size_t size)
 {
     return file.write(reinterpret_cast<const char*>(bytes), size) == size;
 }
 
-/// Writes the rows from the last to the first, in blocks that begin and end anywhere in a row.
-/// @return whether all was written
+/// Writes the rows from the last to the first, in full blocks whose borders lie anywhere in a row.
+/// @return whether all pixels were written
 bool writePixels(platform::OutputFile& file, unsigned char depth, const Image& image)
 {
     const std::size_t width = static_cast<std::size_t>(image.getWidth());
@@ -185,46 +217,58 @@ bool writePixels(platform::OutputFile& file, unsigned char depth, const Image& i
 int Image::loadTGA(const char* filename)
 {
     if (!filename) {
-        return -1;
+        return LOAD_NOT_OPENED;
     }
     platform::InputFile file(filename, platform::InputFile::Kind::BINARY);
     if (!file.isOpen()) {
-        return -1;
+        return LOAD_NOT_OPENED;
     }
-    std::array<unsigned char, HEADER_SIZE> header;
+    Header header;
     if (file.read(header.data(), HEADER_SIZE) < HEADER_SIZE) {
-        return -2;
+        return LOAD_NO_HEADER;
     }
-    const int fault = checkHeader(header);
-    if (fault != 0) {
-        return fault;
+    const int error = checkHeader(header);
+    if (error != 0) {
+        return error;
     }
-    std::array<unsigned char, 255> identification;
-    file.read(identification.data(), header[ID_LENGTH]);
-    create(header[WIDTH] + 256u * header[WIDTH + 1], header[HEIGHT] + 256u * header[HEIGHT + 1]);
+    std::array<unsigned char, 255> id;
+    file.read(id.data(), header[ID_LENGTH]);
+
+    reset();
+    m_Width = readSize(header, WIDTH);
+    m_Height = readSize(header, HEIGHT);
+    m_Pixels.reset(allocateZeroedPixels(m_Width, m_Height));
+    const std::uint64_t count = qor::countPixels(m_Width, m_Height);
+    if (!m_Pixels && count > 0) {
+        if (skipPixels(file, header[DEPTH], count)) {
+            throw std::bad_alloc();
+        }
+        reset();
+        return LOAD_TRUNCATED;
+    }
     if (!readPixels(file, header[DEPTH], m_Pixels.get(), countPixels())) {
-        return -6;
+        return LOAD_TRUNCATED;
     }
     flipVertical();
-    return static_cast<int>(static_cast<std::uint32_t>(countPixels()));
+    return static_cast<int>(static_cast<std::uint32_t>(count));
 }
 
 int Image::saveTGA(const char* filename, unsigned char depth) const
 {
     if (!isDepth(depth)) {
-        return -1;
+        return SAVE_UNKNOWN_DEPTH;
     }
     if (!filename) {
-        return -2;
+        return SAVE_NOT_OPENED;
     }
     platform::OutputFile file(filename, platform::OutputFile::Kind::BINARY);
     if (!file.isOpen()) {
-        return -2;
+        return SAVE_NOT_OPENED;
     }
-    const std::array<unsigned char, HEADER_SIZE> header = makeHeader(m_Width, m_Height, depth);
+    const Header header = makeHeader(m_Width, m_Height, depth);
     if (!writeBytes(file, header.data(), HEADER_SIZE) ||
         (m_Pixels && !writePixels(file, depth, *this))) {
-        return -3;
+        return SAVE_NOT_WRITTEN;
     }
     return static_cast<int>(static_cast<std::uint32_t>(countPixels()));
 }

@@ -28,7 +28,7 @@ void Matrix::add(const float* a, const float* b, float* out)
 
 void Matrix::multiply(const float* a, const float* b, float* out)
 {
-    // Apart from the inputs, so that nothing is in the way of computing rows at once.
+    // A local array cannot alias the inputs, so that compilers compute a row at once.
     float product[ELEMENTS] = {};
     for (int row = 0; row < ELEMENTS; row += ORDER) {
         for (int k = 0; k < ORDER; ++k) {

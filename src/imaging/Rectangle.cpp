@@ -10,11 +10,11 @@ namespace qor
 namespace
 {
 
-/// Takes `cut` off an edge, and `scale` times as much off the edge that goes with it.
-void cutEdges(int& edge, int& otherEdge, int cut, int scale)
+/// Moves an edge of the target by `cut`, and the same edge of the source by `scale` times as much.
+void cutEdges(int& targetEdge, int& sourceEdge, int cut, int scale)
 {
-    edge = wrappingDifference(edge, cut);
-    otherEdge = wrappingDifference(otherEdge, wrappingProduct(cut, scale));
+    targetEdge = wrappingDifference(targetEdge, cut);
+    sourceEdge = wrappingDifference(sourceEdge, wrappingProduct(cut, scale));
 }
 
 } // namespace
@@ -26,22 +26,22 @@ Rectangle::Rectangle(int left, int top, int right, int bottom)
 
 Rectangle::Rectangle(const int* edges) : Rectangle(edges[0], edges[1], edges[2], edges[3]) {}
 
-int Rectangle::getWidth() const
+int Rectangle::getWidth() const noexcept
 {
     return wrappingDifference(m_Right, m_Left);
 }
 
-int Rectangle::getHeight() const
+int Rectangle::getHeight() const noexcept
 {
     return wrappingDifference(m_Bottom, m_Top);
 }
 
-void Rectangle::clear()
+void Rectangle::clear() noexcept
 {
     *this = Rectangle();
 }
 
-void Rectangle::offset(int dx, int dy)
+void Rectangle::offset(int dx, int dy) noexcept
 {
     m_Left = wrappingSum(m_Left, dx);
     m_Top = wrappingSum(m_Top, dy);
@@ -49,7 +49,7 @@ void Rectangle::offset(int dx, int dy)
     m_Bottom = wrappingSum(m_Bottom, dy);
 }
 
-void Rectangle::grow(int amount)
+void Rectangle::grow(int amount) noexcept
 {
     m_Left = wrappingDifference(m_Left, amount);
     m_Top = wrappingDifference(m_Top, amount);
@@ -57,12 +57,12 @@ void Rectangle::grow(int amount)
     m_Bottom = wrappingSum(m_Bottom, amount);
 }
 
-void Rectangle::shrink(int amount)
+void Rectangle::shrink(int amount) noexcept
 {
     grow(wrappingDifference(0, amount));
 }
 
-bool Rectangle::testPoint(int x, int y) const
+bool Rectangle::testPoint(int x, int y) const noexcept
 {
     return m_Left <= x && x < m_Right && m_Top <= y && y < m_Bottom;
 }

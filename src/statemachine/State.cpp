@@ -8,11 +8,11 @@ namespace qor
 State::State(StateMachine* stateMachine, State* parent, const std::string& name)
     : m_Name(name), m_StateMachine(stateMachine), m_ParentState(parent)
 {
-    // A machine registers itself: at this moment it is not yet there.
+    // A machine registers itself, since its map is not constructed yet.
     if (stateMachine && stateMachine != this) {
         stateMachine->registerState(this);
     }
-    // Last, as nothing takes a state out again if memory is short.
+    // Last, because it cannot be undone if registering throws.
     if (parent) {
         parent->addChildState(this);
     }
@@ -32,11 +32,11 @@ State* State::getInitialChildState()
 
 bool State::isChildStateOf(State* state)
 {
-    const State* around = m_ParentState;
-    while (around && around != state) {
-        around = around->m_ParentState;
+    const State* ancestor = m_ParentState;
+    while (ancestor && ancestor != state) {
+        ancestor = ancestor->m_ParentState;
     }
-    return around != nullptr;
+    return ancestor != nullptr;
 }
 
 void State::onEntry(State* /*source*/) {}

@@ -1,5 +1,6 @@
 #include "qor/StateMachine.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace qor
@@ -8,22 +9,23 @@ namespace qor
 namespace
 {
 
-/// How many states there are from this one to the top.
-std::size_t countUpwards(State* state)
+/// Returns the number of states from `state` up to, but not including, `end`. Both may be null.
+std::size_t countLevels(State* state, const State* end)
 {
     std::size_t count = 0;
-    for (; state; state = state->getParentState()) {
+    for (; state && state != end; state = state->getParentState()) {
         ++count;
     }
     return count;
 }
 
-/// The innermost state that encloses the source and encloses or is the target; null for none.
+/// Returns the innermost state that encloses `source` and either encloses or is `target`; null if
+/// there is none. Both paths are cut to the same length, then climbed in step until they meet.
 State* findCommonAncestor(State* source, State* target)
 {
     State* ancestor = source->getParentState();
-    std::size_t ancestorCount = countUpwards(ancestor);
-    std::size_t targetCount = countUpwards(target);
+    std::size_t ancestorCount = countLevels(ancestor, nullptr);
+    std::size_t targetCount = countLevels(target, nullptr);
     for (; ancestorCount > targetCount; --ancestorCount) {
         ancestor = ancestor->getParentState();
     }
@@ -37,63 +39,70 @@ State* findCommonAncestor(State* source, State* target)
     return ancestor;
 }
 
-} // namespace
-
-/// A change of the current state, with its handlers. The machine is marked to its end, also where a
-/// handler throws.
-class StateMachine::Change
+/// The states to enter on the way from an enclosing state down to a target, outermost first.
+///
+/// States are linked upwards only, and a list of any length would need the heap. So the path is
+/// collected in pieces, each by one walk up from the target. The first piece is collected before
+/// any handler runs: handlers that assign states change only what lies more than PIECE levels away.
+class EntryPath
 {
 public:
-    Change(StateMachine& machine, State* source) : m_Machine(machine), m_Source(source)
+    /// Collects the first piece.
+    /// @param end the enclosing state, which is not part of the path; null for none
+    EntryPath(State* target, const State* end)
+        : m_Target(target), m_Remaining(countLevels(target, end))
     {
-        m_Machine.m_IsChanging = true;
-    }
-    Change(const Change&) = delete;
-    Change& operator=(const Change&) = delete;
-    ~Change() { m_Machine.m_IsChanging = false; }
-
-    /// Leaves the source and all around it up to another state, or to the top.
-    void leaveUpTo(State* end)
-    {
-        for (State* state = m_Source; state != end; state = state->m_ParentState) {
-            m_Machine.m_CurrentState = state;
-            state->onExit(m_Machine.m_PendingState);
-        }
-        m_Machine.m_CurrentState = end;
+        collect();
     }
 
-    /// Enters the states inside an enclosing one, or inside none, down to the target. They are
-    /// linked upwards only, so each is searched from the target on: mostly a step or two, and no
-    /// memory for a list.
-    void enterBelow(State* ancestor, State* target)
+    /// Returns the next state to enter; null after the target.
+    State* takeNext()
     {
-        while (ancestor != target) {
-            State* state = target;
-            while (state->m_ParentState != ancestor) {
-                state = state->m_ParentState;
-            }
-            enter(state);
-            ancestor = state;
+        if (m_Next == m_Count && m_Remaining > 0) {
+            collect();
         }
-    }
-
-    /// Enters the initial child of a state, its initial child, and so on.
-    void descend(State* state)
-    {
-        while ((state = state->getInitialChildState()) != nullptr) {
-            enter(state);
-        }
+        return m_Next < m_Count ? m_Piece[m_Next++] : nullptr;
     }
 
 private:
-    void enter(State* state)
+    static constexpr std::size_t PIECE = 32;
+
+    void collect()
     {
-        m_Machine.m_CurrentState = state;
-        state->onEntry(m_Source);
+        // An assignment in a handler may have shortened the path.
+        m_Remaining = std::min(m_Remaining, countLevels(m_Target, nullptr));
+        m_Next = 0;
+        m_Count = std::min(m_Remaining, PIECE);
+        State* state = m_Target;
+        for (std::size_t i = m_Remaining; i > 0; state = state->getParentState()) {
+            if (--i < m_Count) {
+                m_Piece[i] = state;
+            }
+        }
+        m_Remaining -= m_Count;
     }
 
-    StateMachine& m_Machine;
-    State* const m_Source;
+    State* const m_Target;
+    std::size_t m_Remaining; ///< levels below the piece
+    std::size_t m_Next = 0;
+    std::size_t m_Count = 0;
+    State* m_Piece[PIECE];
+};
+
+} // namespace
+
+/// Sets a flag and restores its old value at the end of the scope, also when a handler throws.
+class StateMachine::ScopedFlag
+{
+public:
+    explicit ScopedFlag(bool& flag) : m_Flag(flag), m_OldValue(flag) { m_Flag = true; }
+    ScopedFlag(const ScopedFlag&) = delete;
+    ScopedFlag& operator=(const ScopedFlag&) = delete;
+    ~ScopedFlag() { m_Flag = m_OldValue; }
+
+private:
+    bool& m_Flag;
+    const bool m_OldValue;
 };
 
 StateMachine::StateMachine() : State(this, nullptr, "root"), m_CurrentState(this)
@@ -101,8 +110,8 @@ StateMachine::StateMachine() : State(this, nullptr, "root"), m_CurrentState(this
     registerState(this);
 }
 
-// A copy is never in the midst of a change, even if its source is, and a machine in the midst of
-// one remains so.
+// Copying leaves out m_IsChanging and m_IsStarting: they belong to the calls that are running on
+// one machine.
 
 StateMachine::StateMachine(const StateMachine& other)
     : State(other), m_CurrentState(other.m_CurrentState), m_PendingState(other.m_PendingState),
@@ -112,9 +121,8 @@ StateMachine::StateMachine(const StateMachine& other)
 
 StateMachine& StateMachine::operator=(const StateMachine& other)
 {
-    // All or nothing, if memory runs out.
     std::map<std::string, State*> states(other.m_States);
-    State::operator=(other);
+    State::operator=(other); // changes nothing if it throws
     m_States.swap(states);
     m_CurrentState = other.m_CurrentState;
     m_PendingState = other.m_PendingState;
@@ -132,10 +140,11 @@ void StateMachine::registerState(State* state)
 
 void StateMachine::start()
 {
-    if (m_IsChanging) {
+    if (m_IsStarting) {
         return;
     }
-    Change(*this, this).descend(this);
+    const ScopedFlag starting(m_IsStarting), changing(m_IsChanging);
+    enterInitialStates(getInitialChildState(), this);
 }
 
 bool StateMachine::transition(const std::string& name)
@@ -155,14 +164,43 @@ void StateMachine::processPendingTransition()
     if (!m_PendingState || m_IsChanging) {
         return;
     }
-    // What the handlers ask for takes the request's place, but not the target's.
+    const ScopedFlag changing(m_IsChanging);
+    // Handlers may replace the pending state, but not the target of the running transition.
     State* const target = m_PendingState;
-    State* const ancestor = findCommonAncestor(m_CurrentState, target);
-    Change change(*this, m_CurrentState);
-    change.leaveUpTo(ancestor);
-    change.enterBelow(ancestor, target);
-    change.descend(target);
+    State* const source = m_CurrentState;
+    State* const ancestor = findCommonAncestor(source, target);
+    EntryPath path(target, ancestor);
+    exitUpTo(ancestor);
+    while (State* const state = path.takeNext()) {
+        enter(state, source);
+    }
+    enterInitialStates(m_CurrentState->getInitialChildState(), source);
     m_PendingState = nullptr;
+}
+
+void StateMachine::exitUpTo(State* end)
+{
+    // A handler may start the machine or assign states, so this loop neither relies on
+    // m_CurrentState nor expects to meet `end`.
+    for (State* state = m_CurrentState; state && state != end; state = state->m_ParentState) {
+        m_CurrentState = state;
+        state->onExit(m_PendingState);
+    }
+    m_CurrentState = end;
+}
+
+void StateMachine::enterInitialStates(State* state, State* source)
+{
+    while (state) {
+        enter(state, source);
+        state = m_CurrentState->getInitialChildState();
+    }
+}
+
+void StateMachine::enter(State* state, State* source)
+{
+    m_CurrentState = state;
+    state->onEntry(source);
 }
 
 State* StateMachine::findState(const std::string& name)

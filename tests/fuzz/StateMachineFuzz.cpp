@@ -28,27 +28,43 @@ struct TPlay {
             require(machine->transition(target->getName()));
         } else if (action == 4) {
             const State* const before = machine->getCurrentState();
-            const int leftBefore = left;
+            const int leftBefore = left, startsBefore = starts;
             machine->setCurrentState(target);
             State* const state = machine->getCurrentState();
             const bool isThere = state == target || state->isChildStateOf(target);
-            require(target && changes == 0 ? isThere && left > leftBefore : state == before);
-        } else if (action == 5) {
-            if (changes == 0 && machine->getInitialChildState()) {
-                entered = {nullptr, machine}; // a start leaves nothing
+            if (!target || changes > 0) {
+                require(state == before);
+            } else {
+                require(left > leftBefore && (isThere || starts > startsBefore));
             }
-            machine->start();
+        } else if (action == 5) {
+            start();
         } else if (action == 6) {
             throw byte;
         }
         return action == 7;
     }
 
+    void start()
+    {
+        const bool isOutermost = !isStarting;
+        if (isOutermost && machine->getInitialChildState()) {
+            entered = {nullptr, machine}; // a start exits nothing
+            ++starts;
+            isStarting = true;
+        }
+        machine->start();
+        isStarting = isStarting && !isOutermost;
+    }
+
     FuzzInput input;
     StateMachine* machine;
     std::vector<State*> states{nullptr};
     std::vector<const State*> entered{nullptr}; ///< and not left, innermost last
+    std::vector<const State*> resumed{}; ///< the same after an entry in which start() was called
     int left = 0;
+    int starts = 0;
+    bool isStarting = false;
     int changes = 0; ///< how many handlers are entering or leaving
 };
 
@@ -61,9 +77,12 @@ struct TActor : TBase {
 
     void onEntry(State* /*source*/) override
     {
+        if (this->getParentState() != play->entered.back()) {
+            play->entered = play->resumed;
+        }
         require(this->getParentState() == play->entered.back());
         play->entered.push_back(this);
-        change();
+        play->resumed = change();
     }
 
     bool onEvent(unsigned int /*event*/) override { return play->act(); }
@@ -72,16 +91,19 @@ struct TActor : TBase {
     {
         require(this == play->entered.back());
         ++play->left;
-        change();
+        play->entered = change();
         play->entered.pop_back();
     }
 
-    void change() const
+    /// Returns the states that were entered before the handler acted.
+    std::vector<const State*> change() const
     {
         require(this == play->machine->getCurrentState());
+        const std::vector<const State*> before = play->entered;
         ++play->changes;
         play->act();
         --play->changes;
+        return before;
     }
 };
 
@@ -100,6 +122,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     while (!play->input.isEmpty()) {
         play->changes = 0;
+        play->isStarting = false;
         try {
             play->act();
         } catch (unsigned int) {

@@ -82,10 +82,10 @@ void expectSame(double actual, double expected, const std::string& where)
 
 } // namespace
 
-TEST(MathsTest, OperationsGiveTheseBitsAndTouchNothingElse)
+TEST(VectorMathTest, OperationsGiveTheseBitsAndTouchNothingElse)
 {
     const std::vector<float> untouched(17, 99.0f);
-    for (const std::vector<std::string>& row : readTable("maths")) {
+    for (const std::vector<std::string>& row : readTable("vector-math")) {
         const std::vector<float> a = readArray(row[1], untouched), b = readArray(row[2], untouched);
         // The result has a place of its own, or that of an input.
         for (const std::vector<float>* place : {&untouched, &a, &b}) {
@@ -102,7 +102,7 @@ TEST(MathsTest, OperationsGiveTheseBitsAndTouchNothingElse)
     }
 }
 
-TEST(MathsTest, RotationsAreOrthonormalAndAgree)
+TEST(VectorMathTest, RotationsAreOrthonormalAndAgree)
 {
     const float axes[][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0.48f, -0.6f, 0.64f}};
     const auto rotations = {Matrix::makeRotateX, Matrix::makeRotateY, Matrix::makeRotateZ};

@@ -1,0 +1,112 @@
+#include "imaging/PixelTransfer.h"
+
+#include <cstring>
+#include <type_traits>
+
+#include "imaging/TargetClones.h"
+
+namespace qor
+{
+
+namespace
+{
+
+constexpr std::ptrdiff_t PIXEL_SIZE = sizeof(std::uint32_t);
+constexpr std::uint32_t COLOR_BITS = 0x00FFFFFF;
+constexpr std::uint32_t ALL_BITS = 0xFFFFFFFF;
+
+/// Loads a pixel from an address of any alignment.
+std::uint32_t loadPixel(const unsigned char* source)
+{
+    std::uint32_t pixel;
+    std::memcpy(&pixel, source, sizeof pixel);
+    return pixel;
+}
+
+/// The test of the black color key. Returns a mask: all bits set if the pixel fails, else none.
+struct TColorKey {
+    std::uint32_t operator()(std::uint32_t pixel) const
+    {
+        return (pixel & COLOR_BITS) == 0 ? ALL_BITS : 0;
+    }
+};
+
+/// The test of an alpha threshold. Returns a mask as TColorKey does.
+struct TAlphaTest {
+    int level;
+
+    std::uint32_t operator()(std::uint32_t pixel) const
+    {
+        return static_cast<int>(pixel >> 24) < level ? ALL_BITS : 0;
+    }
+};
+
+/// Transfers one row. Each target pixel is written, those that fail with their old value: this
+/// keeps branches out of the loop, so that compilers vectorize it.
+/// @return the number of pixels that failed
+template<typename TTest, typename TStep>
+std::uint32_t transferRow(const unsigned char* source, unsigned char* target,
+                          std::ptrdiff_t columns, TStep step, std::uint32_t alpha, TTest test)
+{
+    std::uint32_t failures = 0;
+    const std::ptrdiff_t end = columns * PIXEL_SIZE;
+    for (std::ptrdiff_t from = 0, to = 0; to < end; from += step, to += PIXEL_SIZE) {
+        const std::uint32_t pixel = loadPixel(source + from);
+        const std::uint32_t old = loadPixel(target + to);
+        const std::uint32_t failMask = test(pixel);
+        const std::uint32_t result =
+            (((pixel & COLOR_BITS) | alpha) & ~failMask) | (old & failMask);
+        std::memcpy(target + to, &result, sizeof result);
+        failures -= failMask; // the mask is -1 as an integer
+    }
+    return failures;
+}
+
+/// Transfers all rows. TStep is an integer or an integral constant.
+/// @return the number of pixels that passed
+template<typename TTest, typename TStep>
+QORTK_TARGET_CLONES int transferRows(const void* source, void* target,
+                                     const TKeyedTransfer& transfer, TStep step, TTest test)
+{
+    const auto columns = static_cast<std::uint32_t>(transfer.columns);
+    std::uint32_t count = 0;
+    std::ptrdiff_t sourceOffset = 0, targetOffset = 0;
+    for (std::ptrdiff_t row = 0; row < transfer.rows; ++row) {
+        count += columns - transferRow(static_cast<const unsigned char*>(source) + sourceOffset,
+                                       static_cast<unsigned char*>(target) + targetOffset,
+                                       transfer.columns, step, transfer.alpha, test);
+        sourceOffset += transfer.sourceAdvance;
+        targetOffset += transfer.targetAdvance;
+    }
+    return static_cast<int>(count);
+}
+
+/// Transfers all rows, with a loop of its own for each of the common steps 1 and 2.
+template<typename TTest>
+int transferKeyed(const void* source, void* target, const TKeyedTransfer& transfer, TTest test)
+{
+    using One = std::integral_constant<std::ptrdiff_t, PIXEL_SIZE>;
+    using Two = std::integral_constant<std::ptrdiff_t, 2 * PIXEL_SIZE>;
+    if (transfer.step == One()) {
+        return transferRows(source, target, transfer, One(), test);
+    }
+    if (transfer.step == Two()) {
+        return transferRows(source, target, transfer, Two(), test);
+    }
+    return transferRows(source, target, transfer, transfer.step, test);
+}
+
+} // namespace
+
+int transferByColorKey(const void* source, void* target, const TKeyedTransfer& transfer)
+{
+    return transferKeyed(source, target, transfer, TColorKey());
+}
+
+int transferByAlpha(const void* source, void* target, const TKeyedTransfer& transfer,
+                    int alphaLevel)
+{
+    return transferKeyed(source, target, transfer, TAlphaTest{alphaLevel});
+}
+
+} // namespace qor
