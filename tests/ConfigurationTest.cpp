@@ -154,9 +154,12 @@ TEST_F(ConfigurationTest, TellsListenersOfChangesInOrder)
     expect({"b none", "b false", "b text", "b low"});
     assigned.setString("text", "");
     expect({"a text", "b text"});
-    Configuration& self = assigned;
-    assigned = self;
-    EXPECT_EQ(assigned.get("none") + copy.getString("text"), "9text");
+    Configuration& self = copy;
+    const std::string& text = copy.getString("text");
+    b.action = [&](const std::string&) { copy = self; };
+    copy.setInteger("none", 8);
+    EXPECT_EQ(&copy.getString("text"), &text);
+    EXPECT_EQ(assigned.get("none") + copy.get("none") + text, "98text");
 }
 
 TEST_F(ConfigurationTest, LetsListenersSetAndAdd)
@@ -267,6 +270,66 @@ TEST_F(ConfigurationFileTest, ReadsWhatIsStored)
     }
     EXPECT_FALSE(table.load(static_cast<const qor::XMLElement*>(nullptr)));
     EXPECT_FALSE(table.save(static_cast<qor::XMLElement*>(nullptr)));
+}
+
+TEST_F(ConfigurationFileTest, LooksEachPathUpInATreeThatListenersEdit)
+{
+    qor::XMLElement root("");
+    ASSERT_GE(root.parse("<r><version>7</version><b>false</b><group><i>1</i><f>1</f></group>"
+                         "<group><i>2</i></group><s>lost</s></r>"),
+              0);
+    TLines notes;
+    TListener editor(notes);
+    editor.action = [&root](const std::string& name) {
+        root.deleteChild(root.getChild(name == "b" ? "group" : "s"));
+    };
+    table.addListener(&editor);
+    EXPECT_TRUE(table.load(&root));
+    EXPECT_EQ(getValues(), "false 2 0.250000 text");
+    EXPECT_EQ(notes, (TLines{"b", "group/i"}));
+}
+
+TEST_F(ConfigurationFileTest, FindsElementsInAnyOrderAmongMany)
+{
+    constexpr int COUNT = 100;
+    qor::XMLElement root("r"), expected("");
+    Configuration many(0);
+    for (int i = 0; i < COUNT; ++i) {
+        const std::string number = std::to_string(i * 7 % COUNT);
+        root.createChild("n" + number)->setValue(i);
+        root.createChild("n" + std::to_string(i / 2))->setValue(-i);
+        many.addIntegerParameter("n" + std::to_string(i), COUNT, 1, 0, 0);
+        many.addIntegerParameter("new" + number + "/x", COUNT + i, 1, 0, 0);
+        many.addIntegerParameter("/new" + number + "/y", COUNT + i, 1, 0, 0);
+    }
+    expected = root;
+    many.load(&root);
+    many.save(&root);
+    expected.createChild("version")->setValue(0);
+    for (int i = 0; i < COUNT; ++i) {
+        const std::string name = "n" + std::to_string(i),
+                          group = "new" + std::to_string(i * 7 % COUNT);
+        EXPECT_EQ(many.getInteger(name), expected.getValueAsInteger(name, COUNT)) << name;
+        expected.findChild(group + "/x", true)->setValue(COUNT + i);
+        expected.findChild(group + "/y", true)->setValue(COUNT + i);
+    }
+    EXPECT_EQ(root.toString(), expected.toString());
+}
+
+TEST_F(ConfigurationFileTest, TreatsPathsAndTextsWithZeroBytes)
+{
+    const std::string file = write("a.xml", "<c><b>false</b></c>");
+    EXPECT_TRUE(table.load(file + '\0'));
+    EXPECT_FALSE(table.save());
+    EXPECT_EQ(getValues(), m_Usual);
+    EXPECT_EQ(read(file), "<c><b>false</b></c>");
+    table.addStringParameter("last", "", 0, 10, 0);
+    table.setString("s", std::string("a\0b", 3));
+    table.setString("last", "z");
+    EXPECT_TRUE(table.save(file));
+    table.setString("last", "");
+    EXPECT_TRUE(table.load(file));
+    EXPECT_EQ(table.getString("s") + table.getString("last"), "az");
 }
 
 TEST_F(ConfigurationFileTest, TellsWhyAFileIsNotReadOrWritten)

@@ -1,5 +1,7 @@
 #include "qor/XMLElement.h"
 
+#include <cstddef>
+#include <limits>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -17,6 +19,18 @@ static_assert(!std::is_convertible_v<std::string, XMLElement>, "elements are not
 
 namespace
 {
+
+template<typename T, typename = void>
+constexpr bool CAN_BE_VALUE = false;
+template<typename T>
+constexpr bool CAN_BE_VALUE<
+    T, std::void_t<decltype(std::declval<XMLElement&>().setValue(std::declval<T>()))>> = true;
+
+static_assert(CAN_BE_VALUE<char (&)[4]> && CAN_BE_VALUE<std::nullptr_t> && CAN_BE_VALUE<short>);
+static_assert(!CAN_BE_VALUE<char> && !CAN_BE_VALUE<int*> && !CAN_BE_VALUE<const void*>);
+static_assert(!CAN_BE_VALUE<XMLElement*> && !CAN_BE_VALUE<const volatile char*>);
+static_assert(!CAN_BE_VALUE<int (*)()> && !CAN_BE_VALUE<int (&)()>);
+static_assert(!CAN_BE_VALUE<int std::string::*> && !CAN_BE_VALUE<int (std::string::*)()>);
 
 /// Values stand behind children here, as the writer puts them.
 constexpr const char* DOCUMENT = "<r><a><b><c>3</c>2</b><b>5</b>1</a><d>4</d><a>6</a>0</r>";
@@ -56,6 +70,15 @@ TEST(XMLTreeTest, ValuesAreText)
     EXPECT_EQ(valueOf(false), "false");
     EXPECT_EQ(valueOf(-2147483647 - 1), "-2147483648");
     EXPECT_EQ(valueOf(1.5f), "1.500000");
+    EXPECT_EQ(valueOf(0.1), "0.100000");
+    EXPECT_EQ(valueOf(123456789.0123456), "123456789.012346");
+    EXPECT_EQ(valueOf(-std::numeric_limits<double>::max()).size(), 1 + 309 + 7u);
+    EXPECT_EQ(valueOf(4294967295u), "4294967295");
+    EXPECT_EQ(valueOf(std::size_t{5}), "5");
+    EXPECT_EQ(valueOf(-5L), "-5");
+    EXPECT_EQ(valueOf(std::numeric_limits<long long>::min()), "-9223372036854775808");
+    EXPECT_EQ(valueOf(std::numeric_limits<unsigned long long>::max()), "18446744073709551615");
+    EXPECT_EQ(valueOf(nullptr), "");
     EXPECT_EQ(valueOf(-3.4028235e38f), "-340282346638528859811704183484516925440.000000");
 }
 
@@ -163,8 +186,10 @@ TEST(XMLTreeTest, ElementsAreAssignedWithinATree)
                     expected.replace(expected.find(text), text.size(), "<></>");
                 }
                 expected.replace(expected.find(targetText), targetText.size(), text);
+                const XMLElement* const child = source->getChild("");
                 XMLElement& result = moves ? * target = std::move(*source) : * target = *source;
                 EXPECT_EQ(&result, target);
+                EXPECT_TRUE(source != target || target->getChild("") == child);
                 EXPECT_EQ(tree.toString(), expected) << targetPath << " = " << sourcePath << moves;
                 target->createChild("n");
                 EXPECT_NE(tree.toString().find("<n></n>"), std::string::npos);

@@ -14,194 +14,257 @@ class XMLElement;
 
 /// A table of named and typed parameters, which can be stored as XML.
 ///
-/// A host declares each parameter once, with a default, limits and a version, and then reads and
-/// writes it by name, in its own type or as text. Numbers beyond the limits are clipped to them, so
-/// what is read back may differ from what was written. Names are compared byte by byte.
+/// A host declares each parameter once, with a default value, limits and a version. Then it reads
+/// and writes the parameters by name, in their own type or as text. A number outside the limits is
+/// set to the nearer limit. Names are case-sensitive.
 ///
-/// Nothing is thrown on bad input. A missing name, another type, a clipped value and the like are
-/// told by the result and, most of them at level DEBUG, in the `Log`. Lack of memory shows as
-/// `std::bad_alloc` and changes nothing, except that values may be loaded, saved into an element or
-/// told to listeners in part.
+/// **Errors.** Invalid input never causes an exception. Results report unknown names and other
+/// types; the `Log` gets a message, mostly of level DEBUG. Only `std::bad_alloc` is thrown. It
+/// leaves the table unchanged, except where several values are set, stored or notified: some of
+/// them are processed then.
 ///
-/// **Stored form.** The values, nothing else, in an XML document: the table's version in the
-/// element "version", and a parameter's value in the element at the path that its name gives, so
-/// that "window/width" stands in "width" inside "window". Numbers with a fraction keep six digits
-/// behind the point, and texts lose white space at their ends.
+/// **Stored form.** An XML document with the version of the table in the element "version" and each
+/// value in the element at the path that the parameter's name is: "window/width" is stored in the
+/// element "width" in the element "window". Floats are stored with six digits after the point, and
+/// texts without white space at their ends. Do not give a parameter the name "version", nor names
+/// that differ in a leading slash alone or cannot be names of elements, see `XMLElement`.
 ///
-/// **Versions.** A parameter's version is the last one of the host's in which the meaning of its
-/// stored value changed. Values from a document of an older version are ignored.
+/// **Versions.** The version of a parameter is the last version of the host in which the meaning of
+/// the stored value changed. Values in older documents are ignored.
 ///
-/// A table has no lock: all calls on it come from one thread at a time. Tables of several threads
-/// have the instance in common, when they are made and destroyed, and the text of the last XML
-/// error, when they are loaded and saved. Arguments may refer to texts in the table.
+/// **Threads.** One thread at a time may use a table. Tables in different threads share
+/// getInstance() and XMLElement::getLastError().
+///
+/// Arguments may refer to texts in the table. Reading and writing a parameter takes logarithmic
+/// time in the number of parameters. Loading and storing take logarithmic time for each parameter,
+/// or constant time if the elements have the order of the parameters, unless noted otherwise.
 ///
 /// @code
 /// qor::Configuration configuration(2);
 /// configuration.addIntegerParameter("window/width", 1280, 320, 7680, 0);
 /// configuration.addStringParameter("title", "Harbour", 1, 80, 2);
-/// configuration.load("host.xml");                  // no failure if there is none yet
-/// configuration.setInteger("window/width", 10000); // is 7680
+/// configuration.load("host.xml");                  // succeeds if the file does not exist
+/// configuration.setInteger("window/width", 10000); // stores 7680
 /// configuration.save();
 /// @endcode
 ///
-/// Saving to a file writes the parameters alone. To keep what else stands in it, load it as an
-/// `XMLElement`, save the table into that, and save the element.
+/// A saved file contains the parameters and nothing else. To keep other elements of a file, load it
+/// as an `XMLElement`, save the table into that element, and save the element.
 class QORTK_API Configuration
 {
 public:
-    /// Hears of changed values. A listener has to live until it is removed or its tables are
-    /// destroyed.
+    /// Receives change notifications. A listener must exist until it is removed or all tables that
+    /// have it are destroyed.
     class QORTK_API Listener
     {
     public:
         virtual ~Listener();
 
-        /// Called after the value has changed, on the thread and inside the call that changed it.
-        /// From here, values may be set, which nests further calls; parameters may be added unless
-        /// the call comes from `updateAllParameters`; but no listener may be removed, and the table
-        /// may be neither assigned to nor destroyed.
+        /// Called after a value has changed, on the thread and during the call that changed it.
+        ///
+        /// The function may read and set parameters, which calls listeners again, add listeners,
+        /// add parameters (except during updateAllParameters()) and change the tree below the
+        /// element that is being loaded. It must not remove listeners, and must not assign to the
+        /// table or destroy it.
+        /// @param name the name of the parameter, valid until the function returns
         virtual void parameterChanged(const std::string& name) = 0;
     };
 
-    /// Makes an empty table. The first one that is alive becomes the instance.
-    /// @param version the version of the host's parameters, for the stored form
+    /// Constructs an empty table. It becomes the instance if there is none.
+    /// @param version the version of the host's parameters, which is stored with them
     explicit Configuration(unsigned int version);
 
-    /// A copy has all parameters and the same listeners, which both tables notify from then on. An
-    /// assignment notifies nobody. Neither makes a table the instance.
+    /// Copies the version, the file name, all parameters and the list of listeners. Both tables
+    /// notify these listeners from then on. Listeners are not called. The copy does not become the
+    /// instance, and self-assignment has no effect.
+    /// @param other the table to copy
+    /// @throws std::bad_alloc and changes nothing
     /// @{
     Configuration(const Configuration& other);
     Configuration& operator=(const Configuration& other);
     /// @}
 
+    /// Destroys the table. If it is the instance, there is none until the next table is constructed
+    /// from a version.
     ~Configuration();
 
-    /// @return the table that was the first to be made while there was no instance; null if it is
-    /// gone
-    static Configuration* getInstance();
+    /// Returns the instance: the first table that was constructed from a version while there was no
+    /// instance.
+    /// @return the table, not owned; null if there is no instance
+    [[nodiscard]] static Configuration* getInstance() noexcept;
 
-    /// @name Declaring
+    /// @name Declaring parameters
+    /// The parameter gets its default value, limited like every other value. Listeners are notified
+    /// if that is a number other than 0 or true.
     /// @{
 
-    /// Adds a parameter and sets it to its default. Listeners hear of it if it is true.
-    /// @param name what the parameter is read and written by, and where it is stored
-    /// @param defaultValue the value until it is set
-    /// @param version the version from which on stored values are good; 0 for all
-    /// @return false if the name is in use, and nothing has changed then
+    /// Adds a boolean parameter.
+    /// @param name the name of the parameter and its path in the stored form
+    /// @param defaultValue the value until another one is set
+    /// @param version oldest document version whose stored value is accepted; 0 accepts every
+    ///        version
+    /// @return false if the name exists already; nothing is changed then
+    /// @throws std::bad_alloc and changes nothing
     bool addBooleanParameter(const std::string& name, bool defaultValue, unsigned int version);
 
-    /// Adds a parameter and sets it to its default, within its limits. Listeners hear of it if it
-    /// is not 0.
-    /// @param name what the parameter is read and written by, and where it is stored
-    /// @param defaultValue the value until it is set
-    /// @param minimum the least value; above the maximum it means that there are no limits
-    /// @param maximum the greatest value
-    /// @param version the version from which on stored values are good; 0 for all
-    /// @return false if the name is in use, and nothing has changed then
+    /// Adds a numeric parameter.
+    /// @param name the name of the parameter and its path in the stored form
+    /// @param defaultValue the value until another one is set
+    /// @param minimum the minimum value; a minimum above the maximum means that there are no limits
+    /// @param maximum the maximum value
+    /// @param version oldest document version whose stored value is accepted; 0 accepts every
+    ///        version
+    /// @return false if the name exists already; nothing is changed then
+    /// @throws std::bad_alloc and changes nothing
+    /// @{
     bool addIntegerParameter(const std::string& name, int defaultValue, int minimum, int maximum,
                              unsigned int version);
-
-    /// Adds a parameter, as addIntegerParameter() does.
     bool addFloatParameter(const std::string& name, float defaultValue, float minimum,
                            float maximum, unsigned int version);
+    /// @}
 
-    /// Adds a parameter and sets it to its default. Listeners do not hear of it.
-    /// @param name what the parameter is read and written by, and where it is stored
-    /// @param defaultValue the value until it is set
-    /// @param minimumLength,maximumLength lengths in bytes. A text beyond them is logged, and kept
-    ///        whole.
-    /// @param version the version from which on stored values are good; 0 for all
-    /// @return false if the name is in use, and nothing has changed then
+    /// Adds a text parameter. Listeners are not notified.
+    /// @param name the name of the parameter and its path in the stored form
+    /// @param defaultValue the value until another one is set
+    /// @param minimumLength the minimum length in bytes. A text outside the limits is logged and
+    ///        stored in full.
+    /// @param maximumLength the maximum length in bytes
+    /// @param version oldest document version whose stored value is accepted; 0 accepts every
+    ///        version
+    /// @return false if the name exists already; nothing is changed then
+    /// @throws std::bad_alloc and changes nothing
     bool addStringParameter(const std::string& name, const std::string& defaultValue,
                             int minimumLength, int maximumLength, unsigned int version);
 
     /// @}
     /// @name Writing
+    /// Listeners are notified if the new value differs from the old one.
     /// @{
 
-    /// Sets a parameter. Listeners hear of a value that differs from the one before.
-    /// @return whether there is a parameter of that name and type
+    /// Sets a boolean parameter.
+    /// @param name the name of the parameter
+    /// @param value the new value
+    /// @return false if no parameter has this name and type
+    /// @throws std::bad_alloc and changes nothing
     bool setBoolean(const std::string& name, bool value);
 
-    /// Sets a parameter, within its limits. Listeners hear of a value that differs from the one
-    /// before.
-    /// @return whether there is a parameter of that name and type
+    /// Sets a numeric parameter.
+    /// @param name the name of the parameter
+    /// @param value the new value. A value outside the limits is set to the nearer limit. NaN is
+    ///        not limited and differs from every value.
+    /// @return false if no parameter has this name and type
+    /// @throws std::bad_alloc and changes nothing
+    /// @{
     bool setInteger(const std::string& name, int value);
-
-    /// Sets a parameter, as setInteger() does. Not-a-number passes all limits and always differs.
     bool setFloat(const std::string& name, float value);
+    /// @}
 
-    /// Sets a parameter, as setBoolean() does. A text beyond the limits is logged, and kept whole.
+    /// Sets a text parameter.
+    /// @param name the name of the parameter
+    /// @param value the new value. A text outside the limits is logged and stored in full.
+    /// @return false if no parameter has this name and type
+    /// @throws std::bad_alloc and changes nothing
     bool setString(const std::string& name, const std::string& value);
 
-    /// Sets a parameter of any type from text: "true" or "false", a number as in the classic
-    /// locale, or the whole text for a string. In front of a word or number white space is skipped,
-    /// and what follows it is ignored.
-    /// @return false if there is no such parameter, or the text is nothing of its type
+    /// Sets a parameter of any type from text.
+    /// @param name the name of the parameter
+    /// @param text the new value: "true" or "false", a number as in the classic locale, or any text
+    ///        for a text parameter. White space before a word or number is skipped, and text after
+    ///        it is ignored.
+    /// @return false if no parameter has this name, or the text is not a value of its type
+    /// @throws std::bad_alloc and changes nothing
     bool set(const std::string& name, const std::string& text);
 
     /// @}
     /// @name Reading
     /// @{
 
-    /// @return the value; false if there is no parameter of that name and type
-    bool getBoolean(const std::string& name) const;
+    /// Returns the value of a boolean parameter.
+    /// @param name the name of the parameter
+    /// @return the value; false if no parameter has this name and type
+    [[nodiscard]] bool getBoolean(const std::string& name) const;
 
-    /// @return the value; 0 if there is no parameter of that name and type
-    int getInteger(const std::string& name) const;
+    /// Returns the value of a numeric parameter.
+    /// @param name the name of the parameter
+    /// @return the value; 0 if no parameter has this name and type
+    /// @{
+    [[nodiscard]] int getInteger(const std::string& name) const;
+    [[nodiscard]] float getFloat(const std::string& name) const;
+    /// @}
 
-    /// @return the value; 0 if there is no parameter of that name and type
-    float getFloat(const std::string& name) const;
+    /// Returns the value of a text parameter.
+    /// @param name the name of the parameter
+    /// @return the value, valid until the parameter is set, a parameter is added, or the table is
+    ///         assigned to or destroyed; an empty text if no parameter has this name and type
+    [[nodiscard]] const std::string& getString(const std::string& name) const;
 
-    /// @return the value; an empty text if there is no parameter of that name and type. The
-    ///         reference is valid until the value is set or a parameter is added.
-    const std::string& getString(const std::string& name) const;
-
-    /// @return the value of a parameter of any type as text, with six digits behind the point.
-    ///         `set` takes it back, but for infinities and not-a-number. Empty if there is no such
-    ///         parameter
-    const std::string get(const std::string& name) const;
+    /// Returns the value of a parameter of any type as text. Floats have six digits after the
+    /// point. set() accepts the text, except for infinities and NaN.
+    /// @param name the name of the parameter
+    /// @return the text; empty if no parameter has this name
+    /// @throws std::bad_alloc
+    [[nodiscard]] const std::string get(const std::string& name) const;
 
     /// @}
     /// @name Listeners
     /// @{
 
-    /// Adds a listener, which is called after those that were added before. One that is there
-    /// already or null is not added.
+    /// Adds a listener after those that were added before.
+    /// @param listener the listener, not owned. Null and a listener of this table are not added.
+    /// @throws std::bad_alloc and changes nothing
     void addListener(Listener* listener);
 
-    /// Removes a listener, if it is there.
-    void removeListener(Listener* listener);
+    /// Removes a listener.
+    /// @param listener the listener; nothing happens if this table does not have it
+    void removeListener(Listener* listener) noexcept;
 
-    /// Calls every listener for every parameter, in the order in which they were added: all
-    /// listeners for the first parameter, then all for the second.
+    /// Notifies all listeners of all parameters, in the order of their addition: all listeners of
+    /// the first parameter, then all of the second.
+    /// @throws std::bad_alloc
     void updateAllParameters();
 
     /// @}
     /// @name Storing
+    /// Failures are logged.
     /// @{
 
-    /// Writes the file that was loaded last.
-    /// @return false if there is none, or it could not be opened
+    /// Saves to the file that was loaded last, see save(const std::string&) const.
+    /// @return false if no file was loaded, or the file cannot be opened for writing
+    /// @throws std::bad_alloc. The file is then unchanged.
     bool save() const;
 
-    /// Writes a file.
-    /// @return false if it could not be opened; a disk that fills up on the way is not noticed
+    /// Saves to a file, which contains the parameters and nothing else. The file is replaced as a
+    /// whole and flushed to the disk, see XMLElement::save(). Texts are stored up to their first
+    /// zero byte.
+    /// @param fileName the path of the file. A path with a zero byte does not name a file.
+    /// @return false if the file cannot be opened for writing. A failed write, as on a full disk,
+    ///         is not reported.
+    /// @throws std::bad_alloc. The file is then unchanged.
     bool save(const std::string& fileName) const;
 
-    /// Writes into an element, setting or creating the children that the parameters name.
-    /// @param root not owned; null fails
+    /// Stores the version and the values in an element. Missing elements are created, others are
+    /// kept.
+    /// @param root the element, not owned; may be null
+    /// @return false if `root` is null
+    /// @throws std::bad_alloc. Some values may be stored then.
     bool save(XMLElement* root) const;
 
-    /// Reads a file, and remembers its name for `save`. Parameters without a stored value keep
-    /// theirs; stored values are set as by the operations above, with limits and listeners.
-    /// @return false if there is a file that could not be read, such as a pipe that nobody writes
-    ///         into; no value has changed then. That there is none is no failure.
+    /// Loads a file and stores its name for save(). Values are set in the order of their
+    /// declaration, with limits and notifications. Parameters without a stored value keep theirs.
+    /// @param fileName the path of the file. A path with a zero byte does not name a file.
+    /// @return true also if the file does not exist; false if it exists and cannot be read, for
+    ///         example a pipe without a writer. No value is changed then.
+    /// @throws std::bad_alloc. Some values may be set then.
     bool load(const std::string& fileName);
 
-    /// Reads from an element, whose own name does not matter. A stored text of the wrong form
-    /// counts as false or 0. Listeners must not change the element meanwhile.
-    /// @param root not owned; null fails
+    /// Loads the values from an element, in the order of their declaration, with limits and
+    /// notifications. A stored text that is not a value of its type is false or 0. If the table has
+    /// listeners, each parameter takes linear time in the number of siblings of its element,
+    /// because a listener may change the tree.
+    /// @param root the element, not owned; its name is ignored. It may be null, and a listener must
+    ///        not destroy it.
+    /// @return false if `root` is null
+    /// @throws std::bad_alloc. Some values may be set then.
     bool load(const XMLElement* root);
 
     /// @}
@@ -213,14 +276,13 @@ private:
         std::string name;
         ParameterType type;
         std::string stringValue;
-        double value; ///< of all types but STRING; 0 or 1 for BOOLEAN
+        double value; ///< not used by STRING; 0 or 1 for BOOLEAN
         double minimum;
         double maximum;
         unsigned int version;
     };
 
-    /// Orders names byte by byte.
-    struct TByteOrder {
+    struct TBytewiseLess {
         bool operator()(const std::string& left, const std::string& right) const;
     };
 
@@ -234,16 +296,18 @@ private:
     void setString(TParameter& parameter, const std::string& value);
     static int clipInteger(const TParameter& parameter, int value);
     static double clipFloat(const TParameter& parameter, float value);
-    bool startWith(int index, const std::string& name, double value);
+    void initializeValue(int index, const std::string& name, double value);
     void storeNumber(TParameter& parameter, double value);
+    void swap(Configuration& other) noexcept;
+    void store(XMLElement& root, bool forFile) const;
     void readValue(TParameter& parameter, const XMLElement& element);
-    std::string getNotice(const TParameter& parameter) const;
+    std::string copyNameIfObserved(const TParameter& parameter) const;
     void notify(const std::string& name) const;
 
     unsigned int m_Version;
-    std::string m_FileName; ///< of the last load; empty if there was none
+    std::string m_FileName; ///< the file that was loaded last; empty if none was
     std::vector<TParameter> m_Parameters;
-    std::map<std::string, int, TByteOrder> m_ParameterIndex;
+    std::map<std::string, int, TBytewiseLess> m_ParameterIndex;
     std::list<Listener*> m_Listeners;
 
     static Configuration* m_Instance;

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "qor/Export.h"
 
@@ -10,224 +11,343 @@ namespace qor
 
 class Checksum;
 
-/// An element of an XML document, and with all below it the document itself.
+/// An element of an XML document. The root element represents the document.
 ///
-/// An element has a name, one text value and an ordered list of children, which it owns. There are
-/// no attributes, no namespaces and no links to parents. Names may repeat and may hold any bytes;
+/// An element has a name, a text value and an ordered list of children, which it owns. There are no
+/// attributes, no namespaces and no links to parents. Names may repeat and may contain any bytes;
 /// no encoding is interpreted. An element whose name begins with `!` is a comment.
 ///
-/// **Paths** are names separated by `/`, relative to the element that is asked; one leading `/` is
-/// ignored. An empty path is the element itself. Of several children with one name only the first
-/// is followed. An empty name, as behind a trailing slash, stands for the first child whatever its
-/// name.
+/// **Paths** are names separated by `/`, relative to the element on which the operation is called.
+/// One leading `/` is ignored. An empty path is the element itself. If several children have the
+/// same name, a path follows the first one. An empty name, as after a trailing slash, matches the
+/// first child.
 ///
-/// **Text** that is read or written: elements, comments and the five entities `amp`, `lt`, `gt`,
-/// `quot`, `apos`. A tag's whole text is its element's name, so `<a b="1">` has the
-/// name `a b="1"`, and `<a/>` opens an element `a/`. A declaration `<?xml ... ?>` is passed over
-/// and never written. Text on both sides of child elements is one value.
+/// **Format.** Documents consist of elements, comments and the entities `amp`, `lt`, `gt`, `quot`
+/// and `apos`. The whole text of a tag is the name of its element, so `<a b="1">` has the name
+/// `a b="1"`, and `<a/>` opens an element named `a/`. A declaration `<?xml ... ?>` before the root
+/// is skipped and never written. The text before, between and after child elements is one value.
 ///
-/// **Failures** of load(), parse() and save() are told by a negative result and those of validate()
-/// by false, with the reason in getLastError(). Nothing throws but `std::bad_alloc`, and only where
-/// memory is taken; what was there before is then still whole or, in load() and parse(), replaced
-/// by a part of the new tree. Of a path that was to be created, a part may be there.
+/// **Round trip.** A tree that is written and read again is the same, except:
+/// - if the name of an element below the root is empty, contains `>` or begins with `/`;
+/// - if the name of the root is empty, contains `>`, or begins with `!` or with `?xml`;
+/// - comments with children, with a value, or with a name that has fewer than five bytes or does
+///   not end in `--`;
+/// - white space at the end of a value. Only parse() and load() can store such a value: in
+///   `<a>x &</a>`, the ampersand begins no entity and is dropped after the value has been trimmed;
+/// - zero bytes in a file: the document ends at the first one. parse() and toString() keep them;
+/// - on Windows, carriage returns before line feeds in a file, which load() drops.
 ///
-/// **Depth** is bounded by memory alone: no operation recurses. Each takes time in proportion to
-/// the elements and bytes that it visits.
+/// **Errors.** load(), parse() and save() return a negative number on failure, validate() returns
+/// false, and getLastError() describes the failure. Invalid input never causes an exception. Only
+/// `std::bad_alloc` is thrown. It leaves every tree valid and, except in load(), parse() and
+/// findChild() with `create`, unchanged.
 ///
-/// **Threads**: one thread at a time per tree; several may read one tree while none changes it. The
-/// last error is shared by all elements without a lock, so operations that may fail must not run in
-/// several threads at once where one of them does fail.
+/// **Memory and time.** No operation recurses, so only memory limits the depth. Every operation
+/// takes time proportional to the elements and bytes that it visits, unless noted otherwise.
+///
+/// **Threads.** One thread at a time may use a tree. Several threads may read one tree while no
+/// thread changes it. All elements of the process share the text of the last error, so another
+/// thread may replace it at any time.
 ///
 /// @code
 /// qor::XMLElement document("");
 /// if (document.load("settings.xml") < 0) {
-///     std::cerr << document.getLastError() << '\n';
+///     std::cerr << qor::XMLElement::getLastError() << '\n';
 ///     return;
 /// }
 /// const int width = document.getValueAsInteger("window/width", 800);
-/// document.findChild("window/title", true)->setValue("Hello");
-/// document.save("settings.xml", true);
+/// document.findChild("window/width", true)->setValue(width + 100);
+/// if (document.save("settings.xml", true) < 0) {
+///     std::cerr << qor::XMLElement::getLastError() << '\n';
+/// }
 /// @endcode
 class QORTK_API XMLElement
 {
 public:
-    /// Makes a root with an empty value and no children.
+    /// Constructs a root element with an empty value and no children.
+    /// @param name any bytes
+    /// @throws std::bad_alloc
     explicit XMLElement(const std::string& name);
 
-    /// Copies an element with all below it; null makes a root with an empty name.
+    /// Constructs a root element as a copy of an element and its descendants.
+    /// @param other the element to copy; null constructs an element with an empty name
+    /// @throws std::bad_alloc
     explicit XMLElement(const XMLElement* other);
 
-    /// Copies an element with all below it. The copy is a root.
+    /// Constructs a root element as a copy of an element and its descendants.
+    /// @param other the element to copy
+    /// @throws std::bad_alloc
     XMLElement(const XMLElement& other);
 
-    /// Takes name, value and children over; `other` is left without any of them.
+    /// Constructs a root element from the name, value and children of another element. Takes
+    /// constant time. Pointers to the children stay valid.
+    /// @param other the source, which is left without name, value and children
     XMLElement(XMLElement&& other) noexcept;
 
+    /// Destroys the element and its descendants.
     virtual ~XMLElement();
 
-    /// Replaces name, value and children by copies of those of `other`, which may be this element,
-    /// one below it or one above it. The element keeps its place among its siblings. Without enough
-    /// memory nothing changes.
+    /// Replaces name, value and children by copies. The element keeps its place among its siblings.
+    /// Self-assignment has no effect.
+    /// @param other the element to copy; may be an ancestor or a descendant of this element
+    /// @return this element
+    /// @throws std::bad_alloc and changes nothing
     XMLElement& operator=(const XMLElement& other);
 
-    /// Takes name, value and children over from `other`, which is left without any of them and may
-    /// be an element below this one. Between roots nothing is copied or searched. An element is
-    /// never made its own descendant: from this element or one above it, it is assigned a copy.
+    /// Replaces name, value and children by those of another element. Between roots, only the
+    /// children that are replaced take time. Self-assignment has no effect.
+    /// @param other the source, which is left without name, value and children. It may be a
+    ///        descendant of this element. If it is an ancestor, it is copied and not changed.
+    /// @return this element
+    /// @throws std::bad_alloc if the element is a child, and changes nothing
     XMLElement& operator=(XMLElement&& other);
 
     /// @name Name and value
     /// @{
 
-    /// @return the name
-    std::string getName() const;
+    /// Returns a copy of the name.
+    /// @throws std::bad_alloc
+    [[nodiscard]] std::string getName() const;
 
-    /// Stores any name, whatever its bytes.
+    /// Replaces the name.
+    /// @param name any bytes. See the class description for names that cannot be read again.
+    /// @throws std::bad_alloc and changes nothing
     void setName(const std::string& name);
 
-    /// @return the value as it is stored
-    std::string getValue() const;
+    /// Returns a copy of the value.
+    /// @throws std::bad_alloc
+    [[nodiscard]] std::string getValue() const;
 
-    /// @return the value read as a number, as a standard stream would: white space in front is
-    ///         skipped and text behind it ignored; 0 if there is no number that fits the type
-    int getValueAsInteger() const;
+    /// Returns the value as a number. Like a standard stream in the classic locale, it skips
+    /// leading white space and ignores text after the number.
+    /// @return the number; 0 if the value does not begin with a number that fits the type
+    [[nodiscard]] int getValueAsInteger() const;
 
-    /// @return as getValueAsInteger()
-    float getValueAsFloat() const;
+    /// @copydoc getValueAsInteger() const
+    [[nodiscard]] float getValueAsFloat() const;
 
-    /// @return whether the value begins, behind white space, with the word "true"
-    bool getValueAsBoolean() const;
+    /// Returns whether the value begins with the word "true", after optional white space.
+    [[nodiscard]] bool getValueAsBoolean() const;
 
-    /// @return the value of the element at `path`; `defaultValue` where there is no such element
-    std::string getValue(const std::string& path, const std::string& defaultValue) const;
+    /// Returns the value of the element at a path.
+    /// @param path the path, see the class description
+    /// @param defaultValue the result if the element does not exist
+    /// @throws std::bad_alloc
+    [[nodiscard]] std::string getValue(const std::string& path,
+                                       const std::string& defaultValue) const;
 
-    /// @return the number at `path`; `defaultValue` where there is no such element. A value that is
-    ///         there but cannot be read gives 0 all the same.
-    int getValueAsInteger(const std::string& path, int defaultValue) const;
+    /// Returns the value of the element at a path as a number.
+    /// @param path the path, see the class description
+    /// @param defaultValue the result if the element does not exist
+    /// @return the number, as from getValueAsInteger(). An element whose value is not a number
+    ///         gives 0, not `defaultValue`.
+    [[nodiscard]] int getValueAsInteger(const std::string& path, int defaultValue) const;
 
-    /// @return as getValueAsInteger()
-    float getValueAsFloat(const std::string& path, float defaultValue) const;
+    /// @copydoc getValueAsInteger(const std::string&, int) const
+    [[nodiscard]] float getValueAsFloat(const std::string& path, float defaultValue) const;
 
-    /// @return whether the value at `path` begins with the word "true"; `defaultValue` where there
-    ///         is no such element
-    bool getValueAsBoolean(const std::string& path, bool defaultValue) const;
+    /// Returns whether the value of the element at a path begins with the word "true".
+    /// @param path the path, see the class description
+    /// @param defaultValue the result if the element does not exist
+    [[nodiscard]] bool getValueAsBoolean(const std::string& path, bool defaultValue) const;
 
-    /// Stores the text without the blanks, tabs, line feeds and carriage returns at its ends.
+    /// Replaces the value by a text without the blanks, tabs, line feeds and carriage returns at
+    /// its ends.
+    /// @param text the text; a null pointer stores an empty value
+    /// @throws std::bad_alloc and changes nothing
+    /// @{
     void setValue(const std::string& text);
-
-    /// Stores a text as above; null counts as empty.
     void setValue(const char* text);
+    /// @}
 
-    /// Stores the decimal text.
+    /// Replaces the value by the decimal text of an integer.
+    /// @param number the integer
+    /// @throws std::bad_alloc and changes nothing
+    /// @{
     void setValue(int number);
+    void setValue(unsigned int number);
+    void setValue(long number);
+    void setValue(unsigned long number);
+    void setValue(long long number);
+    void setValue(unsigned long long number);
+    /// @}
 
-    /// Stores the text in fixed notation with six digits behind the point.
+    /// Replaces the value by the text of a number in fixed notation with six digits after the
+    /// point.
+    /// @param number the number, which is not converted to another type
+    /// @throws std::bad_alloc and changes nothing
+    /// @{
     void setValue(float number);
+    void setValue(double number);
+    /// @}
 
-    /// Stores "true" or "false".
+    /// Replaces the value by "true" or "false".
+    /// @param flag the boolean
+    /// @throws std::bad_alloc and changes nothing
     void setValue(bool flag);
+
+    /// Not available, because characters would be stored as numbers and other pointers as "true".
+    /// @{
+    void setValue(char) = delete;
+    template<typename T, typename = std::enable_if_t<!std::is_same_v<std::remove_const_t<T>, char>>>
+    void setValue(T*) = delete;
+    template<typename T, typename TClass>
+    void setValue(T TClass::*) = delete;
+    /// @}
 
     /// @}
     /// @name Children
-    /// Results are null where there is no such child. They stay owned by the tree, and valid until
-    /// the child or an element above it is deleted, cleared, assigned to or destroyed.
+    /// Returned pointers refer to elements of the tree. They are valid until the element or one of
+    /// its ancestors is deleted, cleared, assigned to or destroyed.
     /// @{
 
-    /// Appends a new child with an empty value.
+    /// Appends a new child with an empty value in constant time.
+    /// @param name any bytes
+    /// @return the child
+    /// @throws std::bad_alloc and changes nothing
     XMLElement* createChild(const std::string& name);
 
-    /// Deletes one child.
-    /// @return the child behind it. Null if it was the last one, or if `child` is no child of this
-    ///         element (or null), and then nothing is deleted.
-    XMLElement* deleteChild(XMLElement* child);
+    /// Deletes a child. Takes time proportional to its position.
+    /// @param child a child of this element; otherwise nothing is deleted
+    /// @return the next sibling of the deleted child; null if it was the last one, or if nothing
+    ///         was deleted
+    XMLElement* deleteChild(XMLElement* child) noexcept;
 
-    /// Deletes all children with this name; an empty name means those whose name is empty.
-    void deleteChild(const std::string& name);
+    /// Deletes all children with a name.
+    /// @param name the name; an empty one deletes the children whose name is empty
+    void deleteChild(const std::string& name) noexcept;
 
-    /// Deletes all children; name and value stay.
-    void deleteChildren();
+    /// Deletes all children. Name and value are kept.
+    void deleteChildren() noexcept;
 
     /// Deletes all children and empties name and value.
-    void clear();
+    void clear() noexcept;
 
-    /// @return the first child with this name, or with any name if `name` is empty
-    XMLElement* getChild(const std::string& name);
+    /// Returns the first child with a name.
+    /// @param name the name; an empty one matches every child
+    /// @return the child; null if it does not exist
+    /// @{
+    [[nodiscard]] XMLElement* getChild(const std::string& name) noexcept;
+    [[nodiscard]] const XMLElement* getChild(const std::string& name) const noexcept;
+    /// @}
 
-    /// @return the first child with this name, or with any name if `name` is empty
-    const XMLElement* getChild(const std::string& name) const;
+    /// Returns the first sibling after a child that has a name.
+    /// @param child a child of this element, or null
+    /// @param name the name; an empty one matches every sibling
+    /// @return the sibling; null if it does not exist or `child` is null
+    /// @{
+    [[nodiscard]] XMLElement* getNextChild(XMLElement* child, const std::string& name) noexcept;
+    [[nodiscard]] const XMLElement* getNextChild(const XMLElement* child,
+                                                 const std::string& name) const noexcept;
+    /// @}
 
-    /// @return the next sibling behind `child` with this name, or with any name if `name` is empty
-    XMLElement* getNextChild(XMLElement* child, const std::string& name);
-
-    /// @return the next sibling behind `child` with this name, or with any name if `name` is empty
-    const XMLElement* getNextChild(const XMLElement* child, const std::string& name) const;
-
-    /// @return the element at `path`. With `create`, what is missing on the way is created, behind
-    ///         the children there are.
+    /// Returns the element at a path.
+    /// @param path the path, see the class description
+    /// @param create whether missing elements are appended to the children of their parents
+    /// @return the element; null if it does not exist and is not created
+    /// @throws std::bad_alloc if it creates elements. Some of them may exist afterwards.
     XMLElement* findChild(const std::string& path, bool create = false);
 
-    /// @return the element at `path`
-    const XMLElement* findChild(const std::string& path) const;
+    /// Returns the element at a path.
+    /// @param path the path, see the class description
+    /// @return the element; null if it does not exist
+    [[nodiscard]] const XMLElement* findChild(const std::string& path) const;
 
     /// @}
     /// @name Text
     /// @{
 
-    /// Replaces this element, name included, by the document in a file. A zero byte in the file
-    /// ends the text. A pipe is read to its end, but one that nobody writes into is not waited for.
-    /// @return as parse(); -1 if the file cannot be opened or read, or is empty
+    /// Replaces this element, its name included, by the document in a file. The document ends at
+    /// the first zero byte of the file. A pipe is read to its end; a pipe without a writer is
+    /// empty.
+    /// @param filename the path of the file. A path with a zero byte does not name a file.
+    /// @return a result of parse(); -1 if the file cannot be opened or read, or is empty
+    /// @throws std::bad_alloc. The element then has an unspecified part of the document.
     int load(const std::string& filename);
 
-    /// Replaces this element, name included, by the document in `source`. What stands behind the
-    /// root element is not looked at. A text that ends early closes all elements that are open.
-    /// @return the position behind the root's closing tag. Negative on failure: -1 or the negated
-    ///         position of the fault. The element then holds what was read until there. A text of
-    ///         2 GiB or more is refused.
+    /// Replaces this element, its name included, by the document in a text. A text that ends early
+    /// closes all open elements, which is not a failure unless it ends directly after a start tag
+    /// or inside a tag below the root. See validate() for a way to detect truncated documents.
+    /// @param source the document. Text after the root element is ignored.
+    /// @return the position after the closing tag of the root, or the length of the text if the
+    ///         text ends before that tag. On failure -1 or the negated position of the error; the
+    ///         element then has the elements before that position. A text of 2 GiB or more is an
+    ///         error.
+    /// @throws std::bad_alloc. The element then has an unspecified part of the document.
     int parse(const std::string& source);
 
-    /// Writes this element and all below it to a file, which is replaced: if `formatted`, an
-    /// element a line, indented by tabs; otherwise with nothing put between the tags.
-    /// @return the number of bytes of the text, at most the greatest `int`; -1 if the file cannot
-    ///         be opened, such as a pipe that nobody reads. Only opening is checked: a disk that
-    ///         fills up on the way is not noticed. Without enough memory the file is left alone.
+    /// Writes this element and its descendants to a file.
+    ///
+    /// A regular file is replaced as a whole: after a failure, a crash or a power cut it has either
+    /// its old content or the new one. For that, the text is written to a temporary file in the
+    /// same directory, which is flushed to the disk and renamed. The flush may take milliseconds,
+    /// or longer on a busy disk. Permissions and owner are kept, and a symbolic link is followed.
+    /// File descriptors and watchers of the old file do not see the new content. The file is
+    /// written in place where it cannot be replaced as a whole: if it is not a regular file, has
+    /// several hard links or attributes that cannot be copied, or if its directory is not writable.
+    /// The temporary file is removed on failure.
+    ///
+    /// The whole text is built in memory first. Formatted lines begin with a tab for each level, so
+    /// the size grows with the square of the depth: the formatted text of 20,000 nested elements,
+    /// which are read from 60 kB, takes 400 MB.
+    /// @param filename the path of the file. A path with a zero byte does not name a file.
+    /// @param formatted true writes one element per line, indented by tabs; false adds nothing
+    ///        between the tags
+    /// @return the size of the text in bytes, at most the maximum `int`; -1 if the file cannot be
+    ///         opened for writing, for example a pipe without a reader. A failed write, as on a
+    ///         full disk, is not reported: compare the size of the file with the result.
+    /// @throws std::bad_alloc. The file is then unchanged.
     int save(const std::string& filename, bool formatted) const;
 
-    /// @return the text of this element and all below it, with nothing put between the tags
-    std::string toString() const;
+    /// Returns the text of this element and its descendants, with nothing added between the tags.
+    /// @throws std::bad_alloc
+    [[nodiscard]] std::string toString() const;
 
-    /// @return why the last call of load(), parse(), save() or validate() on any element failed. A
-    ///         success does not change it.
-    static std::string getLastError();
+    /// Returns the description of the last failure of load(), parse(), save() or validate() on any
+    /// element in the process; empty if none has failed. A success does not change it.
+    /// @throws std::bad_alloc
+    [[nodiscard]] static std::string getLastError();
 
     /// @}
     /// @name Whole trees
     /// @{
 
-    /// Holds this element and all below it against a template: a tree in which each element stands
-    /// for the document's elements of its name at its place, with a rule as its value. A rule is a
-    /// text such as `0-5:1-20`: in front of the first colon, how many elements of that name their
-    /// parent may have, and behind it, how many bytes the value of each may have. Either is a
-    /// range or a single number; both ends belong to it.
+    /// Checks this element and its descendants against a template.
     ///
-    /// Numbers are read up to the first byte that is no digit, behind white space, and count as 0
-    /// without digits and as 4294967295 if they are greater. So an open range such as `1-` ends at
-    /// 0, and there are no signs. The count of the root's rule, and the names of the two roots,
-    /// have no effect. Comments in a document are passed over; a template can't have any, as their
-    /// values are no rules. If a name stands twice in a template, both rules hold.
+    /// A template is a tree of the same shape. Each of its elements describes the elements of the
+    /// document that have its name and its place, by a rule in its value. A rule such as `0-5:1-20`
+    /// has two parts, separated by the first colon: the number of such elements that a parent may
+    /// have, and the size in bytes of the value of each. A part is a single number or a range with
+    /// inclusive limits.
     ///
-    /// The first fault counts. On each level these follow each other: the length of the element's
-    /// value, names that the template doesn't have, and then, rule by rule, how many elements there
-    /// are, each with all below it. Rules that are not reached are not looked at.
+    /// A number begins after optional white space and ends before the first byte that is not a
+    /// digit. It is 0 without digits and at most 4294967295. There are no signs and no open ranges:
+    /// the upper limit of `1-` is 0. The count of the rule of the template's root and the names of
+    /// the two roots are ignored.
     ///
-    /// It takes time in proportion to the elements and bytes of both trees, and at worst to the
-    /// logarithm of how many children the elements have. Elements whose name is repeated in the
-    /// template are looked at once for each.
-    /// @param templateRoot what stands for this element; null counts as an element without a rule
-    /// @return whether the document fits; if not, getLastError() tells why
-    bool validate(const XMLElement* templateRoot) const;
+    /// Comments in the document are skipped. A template cannot have comments, because their values
+    /// are not rules. If a template element has several children with one name, each of their
+    /// rules applies to all elements of that name.
+    ///
+    /// validate() stops at the first error. For each element it checks the size of the value, then
+    /// the names of all children, and then, rule by rule, the number of children and each child
+    /// with its descendants. Rules that are not reached are not checked.
+    ///
+    /// A mandatory element at the end of the document detects most truncated files.
+    ///
+    /// @note Takes time proportional to the elements and bytes of both trees, times at most the
+    ///       logarithm of the number of children of an element. Do not use templates from strangers
+    ///       in which names repeat: every repetition checks the same elements again, so that the
+    ///       time is exponential in the depth of such a template.
+    /// @param templateRoot describes this element; null is an element without a rule
+    /// @return true if the document is valid; false sets getLastError()
+    /// @throws std::bad_alloc
+    [[nodiscard]] bool validate(const XMLElement* templateRoot) const;
 
-    /// Adds the names and values of this element and all below it to a checksum, in the order in
-    /// which they stand in the document, with nothing between them. Comments count. The checksum is
-    /// neither reset nor finalized, so that it may take in several trees.
+    /// Adds the names and values of this element and its descendants to a checksum, in document
+    /// order and without separators. Comments are included.
+    /// @param checksum the checksum, which is neither reset nor finalized
+    /// @throws std::bad_alloc
     void calculateChecksum(Checksum& checksum) const;
 
     /// @}
@@ -241,11 +361,11 @@ private:
     XMLElement(std::string_view name, std::string_view value);
 
     XMLElement* addChild(XMLElement* child) noexcept;
-    XMLElement* removeBehind(XMLElement* previous) noexcept;
-    static XMLElement* findFrom(XMLElement* sibling, std::string_view name);
+    XMLElement* removeAfter(XMLElement* previous) noexcept;
+    static XMLElement* findFrom(XMLElement* sibling, std::string_view name) noexcept;
     void copyChildren(const XMLElement& other);
     bool hasDescendant(const XMLElement& element) const;
-    void takeContent(XMLElement& other) noexcept;
+    void moveContentFrom(XMLElement& other) noexcept;
     static void destroy(XMLElement* first) noexcept;
     static int fail(int result, const std::string& message);
     static bool reject(const std::string& message);
@@ -262,7 +382,7 @@ private:
     std::string m_Value;
     XMLElement* m_FirstChild = nullptr;
     XMLElement* m_LastChild = nullptr;
-    bool m_IsChild = false; ///< owned by a parent, so it may stand below what is moved into it
+    bool m_IsChild = false; ///< false proves that the element has no ancestors
 };
 
 } // namespace qor

@@ -16,16 +16,16 @@ Configuration* Configuration::m_Instance = nullptr;
 
 Configuration::Listener::~Listener() = default;
 
-inline bool Configuration::TByteOrder::operator()(const std::string& left,
-                                                  const std::string& right) const
+inline bool Configuration::TBytewiseLess::operator()(const std::string& left,
+                                                     const std::string& right) const
 {
     const int order = std::memcmp(left.data(), right.data(), std::min(left.size(), right.size()));
     return order != 0 ? order < 0 : left.size() < right.size();
 }
 
-// These come first and inline: every access by name goes through them.
+// Every access by name calls these functions, so they are inline.
 
-/// @return the parameter's index; -1 if there is none of that name
+/// Returns the index of a parameter; -1 if the name does not exist.
 inline int Configuration::findParameter(const std::string& name) const
 {
     const auto found = m_ParameterIndex.find(name);
@@ -36,7 +36,7 @@ inline int Configuration::findParameter(const std::string& name) const
     return found->second;
 }
 
-/// @return null if there is no parameter of that name and type
+/// Returns the parameter with a name and type; null if it does not exist.
 inline const Configuration::TParameter* Configuration::findParameter(const std::string& name,
                                                                      ParameterType type) const
 {
@@ -69,14 +69,22 @@ Configuration::Configuration(const Configuration& other) = default;
 
 Configuration& Configuration::operator=(const Configuration& other)
 {
-    // All or nothing, if memory runs out.
-    Configuration copy(other);
-    m_Version = copy.m_Version;
-    m_FileName.swap(copy.m_FileName);
-    m_Parameters.swap(copy.m_Parameters);
-    m_ParameterIndex.swap(copy.m_ParameterIndex);
-    m_Listeners.swap(copy.m_Listeners);
+    // Self-assignment must not invalidate references to texts or the iteration over the listeners.
+    if (this != &other) {
+        Configuration copy(other);
+        swap(copy);
+    }
     return *this;
+}
+
+/// Exchanges all members except the instance pointer.
+void Configuration::swap(Configuration& other) noexcept
+{
+    std::swap(m_Version, other.m_Version);
+    m_FileName.swap(other.m_FileName);
+    m_Parameters.swap(other.m_Parameters);
+    m_ParameterIndex.swap(other.m_ParameterIndex);
+    m_Listeners.swap(other.m_Listeners);
 }
 
 Configuration::~Configuration()
@@ -86,20 +94,24 @@ Configuration::~Configuration()
     }
 }
 
-Configuration* Configuration::getInstance()
+Configuration* Configuration::getInstance() noexcept
 {
     return m_Instance;
 }
 
-// The record is a copy of all arguments, and the value is set from it: adding it moves the texts
-// that they may refer to. Once it is added, no more memory is needed.
+// The value is set from the record, which is a copy of the arguments: adding a parameter moves
+// texts in the table, to which an argument may refer. After adding, setting the value takes no
+// memory unless a listener does.
 
 bool Configuration::addBooleanParameter(const std::string& name, bool defaultValue,
                                         unsigned int version)
 {
     const TParameter parameter{name, BOOLEAN, "", 0.0, 0.0, 1.0, version};
     const int index = addParameter(parameter);
-    return index >= 0 && startWith(index, parameter.name, defaultValue ? 1.0 : 0.0);
+    if (index >= 0) {
+        initializeValue(index, parameter.name, defaultValue ? 1.0 : 0.0);
+    }
+    return index >= 0;
 }
 
 bool Configuration::addIntegerParameter(const std::string& name, int defaultValue, int minimum,
@@ -109,7 +121,10 @@ bool Configuration::addIntegerParameter(const std::string& name, int defaultValu
         name,   INTEGER, "", 0.0, static_cast<double>(minimum), static_cast<double>(maximum),
         version};
     const int index = addParameter(parameter);
-    return index >= 0 && startWith(index, parameter.name, clipInteger(parameter, defaultValue));
+    if (index >= 0) {
+        initializeValue(index, parameter.name, clipInteger(parameter, defaultValue));
+    }
+    return index >= 0;
 }
 
 bool Configuration::addFloatParameter(const std::string& name, float defaultValue, float minimum,
@@ -118,7 +133,10 @@ bool Configuration::addFloatParameter(const std::string& name, float defaultValu
     const TParameter parameter{
         name, FLOAT, "", 0.0, static_cast<double>(minimum), static_cast<double>(maximum), version};
     const int index = addParameter(parameter);
-    return index >= 0 && startWith(index, parameter.name, clipFloat(parameter, defaultValue));
+    if (index >= 0) {
+        initializeValue(index, parameter.name, clipFloat(parameter, defaultValue));
+    }
+    return index >= 0;
 }
 
 bool Configuration::addStringParameter(const std::string& name, const std::string& defaultValue,
@@ -134,7 +152,7 @@ bool Configuration::addStringParameter(const std::string& name, const std::strin
     if (addParameter(parameter) < 0) {
         return false;
     }
-    // It is there already, but its length has not been looked at.
+    // The text is stored already. This call checks its length.
     setString(parameter.name, parameter.stringValue);
     return true;
 }
@@ -210,7 +228,7 @@ int Configuration::clipInteger(const TParameter& parameter, int value)
 double Configuration::clipFloat(const TParameter& parameter, float value)
 {
     double clipped = static_cast<double>(value);
-    // Limits that are not-a-number clip nothing.
+    // NaN as a limit does not clip.
     if (!(parameter.minimum > parameter.maximum)) {
         if (clipped > parameter.maximum) {
             clipped = parameter.maximum;
@@ -234,7 +252,7 @@ void Configuration::setString(TParameter& parameter, const std::string& value)
         Log::debug("Too short value for configuration parameter '%s'", parameter.name.c_str());
     }
     if (value != parameter.stringValue) {
-        const std::string name = getNotice(parameter);
+        const std::string name = copyNameIfObserved(parameter);
         parameter.stringValue = value;
         notify(name);
     }
@@ -285,7 +303,7 @@ float Configuration::getFloat(const std::string& name) const
 
 const std::string& Configuration::getString(const std::string& name) const
 {
-    // Never destroyed, so that references to it are good until the process ends.
+    // Never destroyed, so that references stay valid until the process ends.
     static const std::string* const EMPTY = new std::string;
     const TParameter* const parameter = findParameter(name, STRING);
     return parameter ? parameter->stringValue : *EMPTY;
@@ -314,14 +332,14 @@ const std::string Configuration::get(const std::string& name) const
 
 void Configuration::addListener(Listener* listener)
 {
-    const bool isThere =
+    const bool isKnown =
         std::find(m_Listeners.begin(), m_Listeners.end(), listener) != m_Listeners.end();
-    if (listener && !isThere) {
+    if (listener && !isKnown) {
         m_Listeners.push_back(listener);
     }
 }
 
-void Configuration::removeListener(Listener* listener)
+void Configuration::removeListener(Listener* listener) noexcept
 {
     m_Listeners.remove(listener);
 }
@@ -329,11 +347,11 @@ void Configuration::removeListener(Listener* listener)
 void Configuration::updateAllParameters()
 {
     for (std::size_t i = 0; i < m_Parameters.size(); ++i) {
-        notify(getNotice(m_Parameters[i]));
+        notify(copyNameIfObserved(m_Parameters[i]));
     }
 }
 
-/// @return the new parameter's index; -1 if the name is in use
+/// Returns the index of the new parameter; -1 if the name exists already.
 int Configuration::addParameter(const TParameter& parameter)
 {
     const int index = static_cast<int>(m_Parameters.size());
@@ -353,31 +371,29 @@ int Configuration::addParameter(const TParameter& parameter)
     return index;
 }
 
-/// Gives a new parameter its first number, and tells the listeners of one that is not 0.
-/// @return true
-bool Configuration::startWith(int index, const std::string& name, double value)
+/// Sets the number of a new parameter and notifies the listeners unless it is 0.
+void Configuration::initializeValue(int index, const std::string& name, double value)
 {
     if (value != 0.0) {
         m_Parameters[static_cast<std::size_t>(index)].value = value;
         notify(name);
     }
-    return true;
 }
 
-/// Stores a number that differs from the one before, and tells the listeners.
+/// Sets a number and notifies the listeners if it differs from the old one.
 void Configuration::storeNumber(TParameter& parameter, double value)
 {
     if (value != parameter.value) {
-        const std::string name = getNotice(parameter);
+        const std::string name = copyNameIfObserved(parameter);
         parameter.value = value;
         notify(name);
     }
 }
 
-/// @return a copy of the name for the listeners, since one that adds a parameter moves all names;
-/// it
-///         is made before the value changes, as no listener would hear of that without memory
-std::string Configuration::getNotice(const TParameter& parameter) const
+/// Returns a copy of the name for notify(), because a listener that adds a parameter moves all
+/// names; empty without listeners. It is made before the value changes: if memory runs out, no
+/// change remains without a notification.
+std::string Configuration::copyNameIfObserved(const TParameter& parameter) const
 {
     return m_Listeners.empty() ? std::string() : parameter.name;
 }

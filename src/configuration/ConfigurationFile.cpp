@@ -1,4 +1,5 @@
 #include "qor/Configuration.h"
+
 #include "qor/File.h"
 #include "qor/Log.h"
 #include "qor/XMLElement.h"
@@ -27,7 +28,7 @@ bool Configuration::save() const
 bool Configuration::save(const std::string& fileName) const
 {
     XMLElement root(ROOT_NAME);
-    save(&root);
+    store(root, true);
     const int result = root.save(fileName, true);
     if (result < 0) {
         Log::error("Configuration saving to file '%s' failed (%d): %s", fileName.c_str(), result,
@@ -41,9 +42,17 @@ bool Configuration::save(XMLElement* root) const
     if (!root) {
         return false;
     }
-    ElementFinder finder(*root);
-    // Stored as signed: the reader takes the same 32 bits back.
-    finder.findOrCreate(VERSION_NAME).setValue(static_cast<int>(m_Version));
+    store(*root, false);
+    return true;
+}
+
+/// Stores the version and all values in an element. In a file, a text ends at its first zero byte,
+/// because load() takes a zero byte as the end of the document.
+void Configuration::store(XMLElement& root, bool forFile) const
+{
+    // Stored as signed: the reader converts the number back to the same 32 bits.
+    root.findChild(VERSION_NAME, true)->setValue(static_cast<int>(m_Version));
+    ElementFinder finder(root);
     for (const TParameter& parameter : m_Parameters) {
         XMLElement& element = finder.findOrCreate(parameter.name);
         switch (parameter.type) {
@@ -57,11 +66,14 @@ bool Configuration::save(XMLElement* root) const
             element.setValue(static_cast<float>(parameter.value));
             break;
         case STRING:
-            element.setValue(parameter.stringValue);
+            if (forFile) {
+                element.setValue(parameter.stringValue.c_str());
+            } else {
+                element.setValue(parameter.stringValue);
+            }
             break;
         }
     }
-    return true;
 }
 
 bool Configuration::load(const std::string& fileName)
@@ -88,8 +100,9 @@ bool Configuration::load(const XMLElement* root)
     }
     const unsigned int version =
         static_cast<unsigned int>(root->getValueAsInteger(VERSION_NAME, 0));
-    // Only looked at.
-    ElementFinder finder(const_cast<XMLElement&>(*root));
+    // A listener may edit the tree, so nothing that was found before its call is used after it.
+    const bool isTreeFixed = m_Listeners.empty();
+    ElementFinder finder(const_cast<XMLElement&>(*root)); // find() changes nothing
     // By index, since a listener may add parameters.
     for (std::size_t i = 0; i < m_Parameters.size(); ++i) {
         TParameter& parameter = m_Parameters[i];
@@ -99,7 +112,8 @@ bool Configuration::load(const XMLElement* root)
                        parameter.name.c_str());
             continue;
         }
-        const XMLElement* const element = finder.find(parameter.name);
+        const XMLElement* const element =
+            isTreeFixed ? finder.find(parameter.name) : root->findChild(parameter.name);
         if (!element) {
             Log::debug("No value for configuration parameter '%s'", parameter.name.c_str());
             continue;

@@ -7,9 +7,9 @@
 namespace qor
 {
 
-/// Eight bytes of a text at once, the first one lowest. The tests mark bytes by their highest bit.
-/// They are exact up to and including the first byte that they mark, which is all that is asked of
-/// them.
+/// Eight bytes of a text as one little-endian word, for SWAR searches. A mask has the highest bit
+/// of each matching byte. Masks come from the SWAR zero-byte test `(x - 0x01..) & ~x & 0x80..`: its
+/// borrows can only mark bytes after the first match by mistake, so the first match is exact.
 class ByteWord
 {
 public:
@@ -18,27 +18,28 @@ public:
     explicit ByteWord(const char* bytes)
     {
         std::memcpy(&m_Bytes, bytes, sizeof m_Bytes);
-        m_Bytes = withFirstLowest(m_Bytes);
+        m_Bytes = toLittleEndian(m_Bytes);
     }
 
     bool operator!=(const ByteWord& other) const { return m_Bytes != other.m_Bytes; }
 
     void store(char* target) const
     {
-        const std::uint64_t bytes = withFirstLowest(m_Bytes);
+        const std::uint64_t bytes = toLittleEndian(m_Bytes);
         std::memcpy(target, &bytes, sizeof bytes);
     }
 
-    /// Marks the bytes equal to `byte`, whatever their bits in `ignored`, which `byte` has set.
-    std::uint64_t marksOf(char byte, unsigned char ignored = 0) const
+    /// Returns the mask of the bytes that equal `byte` once the bits in `ignored`, which must be
+    /// set in `byte`, are set in them.
+    std::uint64_t matchMask(char byte, unsigned char ignored = 0) const
     {
         const std::uint64_t difference =
-            (m_Bytes | repeated(ignored)) ^ repeated(static_cast<unsigned char>(byte));
+            (m_Bytes | broadcast(ignored)) ^ broadcast(static_cast<unsigned char>(byte));
         return (difference - LOWEST_BITS) & ~difference & HIGHEST_BITS;
     }
 
-    /// How many bytes stand in front of the first one marked; there is one.
-    static std::ptrdiff_t firstOf(std::uint64_t marks)
+    /// Returns the index of the first byte in a mask that is not 0.
+    static std::ptrdiff_t firstIndex(std::uint64_t marks)
     {
 #if defined(__GNUC__)
         return __builtin_ctzll(marks) / 8;
@@ -55,13 +56,13 @@ private:
     static constexpr std::uint64_t LOWEST_BITS = 0x0101010101010101;
     static constexpr std::uint64_t HIGHEST_BITS = 0x8080808080808080;
 
-    static constexpr std::uint64_t repeated(unsigned char byte)
+    static constexpr std::uint64_t broadcast(unsigned char byte)
     {
         return LOWEST_BITS * byte;
     }
 
-    /// Turns a word around where the byte that comes first in memory is the highest one.
-    static std::uint64_t withFirstLowest(std::uint64_t bytes)
+    /// Reverses the bytes on big-endian systems.
+    static std::uint64_t toLittleEndian(std::uint64_t bytes)
     {
 #if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
         return __builtin_bswap64(bytes);
@@ -73,8 +74,9 @@ private:
     std::uint64_t m_Bytes;
 };
 
-/// The first byte of that value in a range, or the range's end. Made for the short distances
-/// between the marks of a document, where a call of std::memchr costs more than the search.
+/// Finds the first occurrence of a byte. Within the short distances between the tags of a document,
+/// this is faster than a call of std::memchr.
+/// @return `end` if the byte does not occur
 inline const char* findByte(const char* begin, const char* end, char byte)
 {
     constexpr int SHORT_DISTANCE = 4;
@@ -84,9 +86,9 @@ inline const char* findByte(const char* begin, const char* end, char byte)
                 std::memchr(begin, byte, static_cast<std::size_t>(end - begin));
             return found ? static_cast<const char*>(found) : end;
         }
-        const std::uint64_t marks = ByteWord(begin).marksOf(byte);
+        const std::uint64_t marks = ByteWord(begin).matchMask(byte);
         if (marks != 0) {
-            return begin + ByteWord::firstOf(marks);
+            return begin + ByteWord::firstIndex(marks);
         }
         begin += ByteWord::SIZE;
     }
@@ -96,14 +98,15 @@ inline const char* findByte(const char* begin, const char* end, char byte)
     return begin;
 }
 
-/// The first byte of either value in a range, or the range's end.
-inline const char* findEither(const char* begin, const char* end, char one, char other)
+/// Finds the first occurrence of either byte.
+/// @return `end` if neither occurs
+inline const char* findFirstOf(const char* begin, const char* end, char one, char other)
 {
     while (end - begin >= ByteWord::SIZE) {
         const ByteWord word(begin);
-        const std::uint64_t marks = word.marksOf(one) | word.marksOf(other);
+        const std::uint64_t marks = word.matchMask(one) | word.matchMask(other);
         if (marks != 0) {
-            return begin + ByteWord::firstOf(marks);
+            return begin + ByteWord::firstIndex(marks);
         }
         begin += ByteWord::SIZE;
     }

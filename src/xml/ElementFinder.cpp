@@ -1,7 +1,6 @@
 #include "xml/ElementFinder.h"
 
-#include <functional>
-#include <utility>
+#include <algorithm>
 
 #include "qor/XMLElement.h"
 
@@ -11,139 +10,121 @@ namespace qor
 namespace
 {
 
-std::size_t getHash(const XMLElement& parent, std::string_view name)
+/// Up to this number of children or searches, a linear search is faster than an index.
+constexpr int FEW = 16;
+
+bool isBefore(const ElementFinder::TNamedChild& a, const ElementFinder::TNamedChild& b)
 {
-    constexpr std::size_t FACTOR = 31;
-    return std::hash<std::string_view>()(name) + std::hash<const XMLElement*>()(&parent) * FACTOR;
+    return a.first < b.first;
 }
 
 } // namespace
 
 ElementFinder::ElementFinder(XMLElement& root) : m_Root(root), m_Group(&root) {}
 
-/// As XMLElement::findChild: a slash in front adds nothing, and an empty name fits the first child.
 XMLElement* ElementFinder::walk(std::string_view path, bool create)
 {
+    if (path.empty() || path == "/") {
+        return &m_Root;
+    }
+    const std::size_t groupSize = path.rfind('/') + 1; // 0 without a slash
+    if (path.substr(0, groupSize) != m_GroupPath) {
+        enterGroup(path.substr(0, groupSize), create);
+    }
+    return m_Group ? findInGroup(path.substr(groupSize), create) : nullptr;
+}
+
+/// Finds the element whose path, with a slash after each name, is given.
+void ElementFinder::enterGroup(std::string_view path, bool create)
+{
+    m_GroupPath = path;
+    m_Group = &m_Root;
+    m_Passed.clear();
+    m_Last = nullptr;
     if (!path.empty() && path.front() == '/') {
         path.remove_prefix(1);
     }
-    if (path.empty()) {
-        return &m_Root;
+    while (m_Group && !path.empty()) {
+        const std::size_t slash = path.find('/');
+        m_Group = findChild(*m_Group, path.substr(0, slash), create);
+        path.remove_prefix(slash + 1);
     }
-    const std::size_t lastSlash = path.rfind('/');
-    const std::size_t groupSize = lastSlash == std::string_view::npos ? 0 : lastSlash + 1;
-    XMLElement* element = m_Group;
-    if (!m_Group || path.substr(0, groupSize) != m_GroupPath) {
-        element = &m_Root;
-        std::string_view rest = path.substr(0, groupSize);
-        while (element && !rest.empty()) {
-            const std::size_t slash = rest.find('/');
-            element = step(*element, rest.substr(0, slash), create);
-            rest.remove_prefix(slash + 1);
-        }
-        m_GroupPath = path.substr(0, groupSize);
-        m_Group = element;
-    }
-    return element ? step(*element, path.substr(groupSize), create) : nullptr;
 }
 
-XMLElement* ElementFinder::step(XMLElement& parent, std::string_view name, bool create)
-{
-    XMLElement* const child = findChild(parent, name);
-    return child || !create ? child : createChild(parent, name);
-}
-
-XMLElement* ElementFinder::findChild(XMLElement& parent, std::string_view name)
+/// Finds a child of the group. All names that are looked up while the group path stays the same
+/// differ from each other, because the paths do. So children that were found are not compared
+/// again, and paths in the order of the document are found at once.
+XMLElement* ElementFinder::findInGroup(std::string_view name, bool create)
 {
     if (name.empty()) {
-        return parent.m_FirstChild;
+        return findChild(*m_Group, name, create);
     }
-    if (!hasTable(parent)) {
-        // Among a few, looking is quicker than any table.
-        constexpr int FEW = 16;
+    for (XMLElement* const child : m_Passed) {
+        if (child->m_Name == name) {
+            return child;
+        }
+    }
+    while (m_Passed.size() < FEW) {
+        XMLElement* const child = m_Last ? m_Last->m_NextSibling : m_Group->m_FirstChild;
+        if (!child) {
+            return create ? m_Last = m_Group->addChild(new XMLElement(name, {})) : nullptr;
+        }
+        m_Last = child;
+        if (child->m_Name == name) {
+            return child;
+        }
+        m_Passed.push_back(child);
+    }
+    return findChild(*m_Group, name, create);
+}
+
+/// Finds the first child with a name. An empty name matches every child.
+XMLElement* ElementFinder::findChild(XMLElement& parent, std::string_view name, bool create)
+{
+    XMLElement* const child = name.empty() ? parent.m_FirstChild : findNamed(parent, name);
+    return child || !create ? child : parent.addChild(new XMLElement(name, {}));
+}
+
+/// Finds a child among few, or in a large group, in linear time. A group that is searched more
+/// often gets an index.
+XMLElement* ElementFinder::findNamed(XMLElement& parent, std::string_view name)
+{
+    auto group = m_LargeGroups.find(&parent);
+    if (group == m_LargeGroups.end()) {
         XMLElement* child = parent.m_FirstChild;
-        for (int i = 0; child && i < FEW; ++i) {
+        for (int i = 0; child && i < FEW; ++i, child = child->m_NextSibling) {
             if (child->m_Name == name) {
                 return child;
             }
-            child = child->m_NextSibling;
         }
         if (!child) {
             return nullptr;
         }
-        makeTable(parent);
+        group = m_LargeGroups.try_emplace(&parent).first;
     }
-    return findPlace(getHash(parent, name), parent, name).child;
-}
-
-XMLElement* ElementFinder::createChild(XMLElement& parent, std::string_view name)
-{
-    XMLElement* const child = parent.addChild(new XMLElement(name, {}));
-    if (hasTable(parent)) {
-        addToTable(parent, *child);
+    TLargeGroup& large = group->second;
+    if (large.searches < FEW) {
+        ++large.searches;
+        return XMLElement::findFrom(parent.m_FirstChild, name);
     }
-    return child;
-}
-
-bool ElementFinder::hasTable(const XMLElement& parent)
-{
-    if (&parent == m_LastParent) {
-        return true;
-    }
-    if (m_Parents.empty() || m_Parents.count(&parent) == 0) {
-        return false;
-    }
-    m_LastParent = &parent;
-    return true;
-}
-
-void ElementFinder::makeTable(XMLElement& parent)
-{
-    m_Parents.insert(&parent);
-    for (XMLElement* child = parent.m_FirstChild; child; child = child->m_NextSibling) {
-        addToTable(parent, *child);
-    }
-}
-
-/// @return the child's place, or the free one where it belongs
-ElementFinder::TPlace& ElementFinder::findPlace(std::size_t hash, const XMLElement& parent,
-                                                std::string_view name)
-{
-    const std::size_t mask = m_Places.size() - 1;
-    for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
-        TPlace& place = m_Places[i];
-        const bool isEqual =
-            place.hash == hash && place.parent == &parent && place.child->m_Name == name;
-        if (!place.child || isEqual) {
-            return place;
+    if (large.children.empty()) {
+        for (XMLElement* next = parent.m_FirstChild; next; next = next->m_NextSibling) {
+            large.children.emplace_back(next->m_Name, next);
+            large.last = next;
         }
+        std::stable_sort(large.children.begin(), large.children.end(), isBefore);
     }
-}
-
-/// Of several children with one name the first one stays.
-void ElementFinder::addToTable(const XMLElement& parent, XMLElement& child)
-{
-    if (m_Count * 2 >= m_Places.size()) {
-        grow();
+    const auto found = std::lower_bound(large.children.begin(), large.children.end(),
+                                        TNamedChild(name, nullptr), isBefore);
+    if (found != large.children.end() && found->first == name) {
+        return found->second;
     }
-    const std::size_t hash = getHash(parent, child.m_Name);
-    TPlace& place = findPlace(hash, parent, child.m_Name);
-    if (!place.child) {
-        place = {hash, &parent, &child};
-        ++m_Count;
+    while (large.last->m_NextSibling) {
+        large.last = large.last->m_NextSibling;
+        large.laterChildren.emplace(large.last->m_Name, large.last);
     }
-}
-
-void ElementFinder::grow()
-{
-    constexpr std::size_t FIRST_SIZE = 256; // All sizes are powers of two.
-    const std::size_t size = m_Places.empty() ? FIRST_SIZE : m_Places.size() * 2;
-    const std::vector<TPlace> former = std::exchange(m_Places, std::vector<TPlace>(size));
-    for (const TPlace& place : former) {
-        if (place.child) {
-            findPlace(place.hash, *place.parent, place.child->m_Name) = place;
-        }
-    }
+    const auto later = large.laterChildren.find(name);
+    return later == large.laterChildren.end() ? nullptr : later->second;
 }
 
 } // namespace qor

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <string>
 #include <string_view>
-#include <unordered_set>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace qor
@@ -11,48 +13,45 @@ namespace qor
 
 class XMLElement;
 
-/// Finds elements of one tree by path, with the same results as XMLElement::findChild. However many
-/// siblings an element has, it is found in about constant time: once an element has many children,
-/// they go into a table.
+/// Finds elements of one tree by path, with the same results as XMLElement::findChild. A path is
+/// looked up at most once. Paths in the order of the document take constant time each, others
+/// logarithmic time, whatever the names are.
 ///
-/// As long as the finder lives, nobody else may change names or children of the tree.
+/// While the finder exists, only its own calls may change names or children in the tree.
 class ElementFinder
 {
 public:
+    using TNamedChild = std::pair<std::string_view, XMLElement*>;
+
     explicit ElementFinder(XMLElement& root);
 
-    /// @return the element at the path; null if there is none
+    /// Returns the element at the path; null if it does not exist.
     XMLElement* find(std::string_view path) { return walk(path, false); }
 
-    /// @return the element at the path; what is missing on the way is created
+    /// Returns the element at the path and creates missing elements.
     XMLElement& findOrCreate(std::string_view path) { return *walk(path, true); }
 
 private:
-    /// Children by name and parent, each at the first free place behind the one that its hash
-    /// gives. At least every other place is free.
-    struct TPlace {
-        std::size_t hash;
-        const XMLElement* parent;
-        XMLElement* child; ///< null if the place is free
+    /// The index of an element with many children. Of equal names, the first one is found.
+    struct TLargeGroup {
+        int searches = 0;
+        std::vector<TNamedChild> children;                     ///< sorted by name
+        std::map<std::string_view, XMLElement*> laterChildren; ///< created after sorting
+        XMLElement* last = nullptr;                            ///< the last indexed child
     };
 
     XMLElement* walk(std::string_view path, bool create);
-    XMLElement* step(XMLElement& parent, std::string_view name, bool create);
-    XMLElement* findChild(XMLElement& parent, std::string_view name);
-    XMLElement* createChild(XMLElement& parent, std::string_view name);
-    bool hasTable(const XMLElement& parent);
-    void makeTable(XMLElement& parent);
-    TPlace& findPlace(std::size_t hash, const XMLElement& parent, std::string_view name);
-    void addToTable(const XMLElement& parent, XMLElement& child);
-    void grow();
+    void enterGroup(std::string_view path, bool create);
+    XMLElement* findInGroup(std::string_view name, bool create);
+    XMLElement* findChild(XMLElement& parent, std::string_view name, bool create);
+    XMLElement* findNamed(XMLElement& parent, std::string_view name);
 
     XMLElement& m_Root;
-    std::string m_GroupPath; ///< the last path up to its last slash, which most paths share
-    XMLElement* m_Group;     ///< the element there; null if there is none yet
-    std::unordered_set<const XMLElement*> m_Parents; ///< whose children are in the table
-    const XMLElement* m_LastParent = nullptr;        ///< one of them
-    std::vector<TPlace> m_Places;
-    std::size_t m_Count = 0; ///< of places taken
+    std::string m_GroupPath;           ///< the last path up to its last slash
+    XMLElement* m_Group;               ///< the element there; null if it does not exist
+    std::vector<XMLElement*> m_Passed; ///< the group's children up to m_Last that were not found
+    XMLElement* m_Last = nullptr;      ///< the last child that was visited; null before the first
+    std::unordered_map<const XMLElement*, TLargeGroup> m_LargeGroups; ///< by parent
 };
 
 } // namespace qor

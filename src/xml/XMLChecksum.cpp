@@ -1,7 +1,8 @@
+#include "qor/XMLElement.h"
+
 #include <vector>
 
 #include "qor/Checksum.h"
-#include "qor/XMLElement.h"
 
 namespace qor
 {
@@ -10,7 +11,7 @@ void XMLElement::calculateChecksum(Checksum& checksum) const
 {
     checksum.add(m_Name);
     checksum.add(m_Value);
-    std::vector<const XMLElement*> followers; // of the elements around the present one
+    std::vector<const XMLElement*> followers; // next siblings of the ancestors
     const XMLElement* element = m_FirstChild;
     while (element) {
         checksum.add(element->m_Name);

@@ -20,8 +20,8 @@ namespace qor
 namespace
 {
 
-/// Asks for a text's memory before it is copied. A copy that reads and writes far memory in turns
-/// takes nearly twice as long as reading first.
+/// Loads a text into the processor's cache before it is copied, which nearly halves the time of a
+/// copy from memory outside the cache.
 void prefetch(const std::string& text)
 {
 #if defined(__GNUC__)
@@ -63,6 +63,28 @@ private:
     platform::TLock& m_Lock;
 };
 
+template<typename TNumber>
+void storeInteger(std::string& text, TNumber number)
+{
+    char digits[std::numeric_limits<TNumber>::digits10 + 2];
+    const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, number);
+    // Values mostly keep their length. Resizing is then cheaper than an assignment.
+    text.resize(static_cast<std::size_t>(result.ptr - digits));
+    std::copy(digits, result.ptr, text.data());
+}
+
+template<typename TNumber>
+void storeFixed(std::string& text, TNumber number)
+{
+    constexpr int FRACTION_DIGITS = 6;
+    constexpr int SIGN_AND_POINT = 2;
+    char
+        digits[std::numeric_limits<TNumber>::max_exponent10 + 1 + FRACTION_DIGITS + SIGN_AND_POINT];
+    const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, number,
+                                                      std::chars_format::fixed, FRACTION_DIGITS);
+    text.assign(digits, result.ptr);
+}
+
 } // namespace
 
 // A pointer, since it is usable before and after the lifetime of all static objects.
@@ -74,8 +96,8 @@ XMLElement::XMLElement(std::string_view name, std::string_view value) : m_Name(n
 {
 }
 
-// The delegating forms are whole objects before their bodies run, so that the destructor frees what
-// was copied where memory runs out on the way.
+// A delegating constructor runs its body on a complete object, so the destructor frees the copied
+// children if memory runs out.
 
 XMLElement::XMLElement(const XMLElement* other)
     : XMLElement(other ? std::string_view(other->m_Name) : std::string_view(),
@@ -90,7 +112,7 @@ XMLElement::XMLElement(const XMLElement& other) : XMLElement(&other) {}
 
 XMLElement::XMLElement(XMLElement&& other) noexcept
 {
-    takeContent(other);
+    moveContentFrom(other);
 }
 
 XMLElement::~XMLElement()
@@ -100,10 +122,13 @@ XMLElement::~XMLElement()
 
 XMLElement& XMLElement::operator=(const XMLElement& other)
 {
-    // Copied before the children go: the other element may be among them.
+    if (this == &other) {
+        return *this;
+    }
+    // Copied before the children are deleted, because `other` may be one of them.
     XMLElement copy(&other);
     deleteChildren();
-    takeContent(copy);
+    moveContentFrom(copy);
     return *this;
 }
 
@@ -115,10 +140,10 @@ XMLElement& XMLElement::operator=(XMLElement&& other)
     if (m_IsChild && other.hasDescendant(*this)) {
         return *this = static_cast<const XMLElement&>(other);
     }
-    // Taken before the children go: the other element may be among them.
+    // Moved before the children are deleted, because `other` may be one of them.
     XMLElement content(std::move(other));
     deleteChildren();
-    takeContent(content);
+    moveContentFrom(content);
     return *this;
 }
 
@@ -188,20 +213,42 @@ void XMLElement::setValue(const char* text)
 
 void XMLElement::setValue(int number)
 {
-    char digits[std::numeric_limits<int>::digits10 + 2];
-    const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, number);
-    // Values mostly keep their length, and then this is cheaper than to assign.
-    m_Value.resize(static_cast<std::size_t>(result.ptr - digits));
-    std::copy(digits, result.ptr, m_Value.data());
+    storeInteger(m_Value, number);
+}
+
+void XMLElement::setValue(unsigned int number)
+{
+    storeInteger(m_Value, number);
+}
+
+void XMLElement::setValue(long number)
+{
+    storeInteger(m_Value, number);
+}
+
+void XMLElement::setValue(unsigned long number)
+{
+    storeInteger(m_Value, number);
+}
+
+void XMLElement::setValue(long long number)
+{
+    storeInteger(m_Value, number);
+}
+
+void XMLElement::setValue(unsigned long long number)
+{
+    storeInteger(m_Value, number);
 }
 
 void XMLElement::setValue(float number)
 {
-    constexpr int FRACTION_DIGITS = 6;
-    char digits[std::numeric_limits<float>::max_exponent10 + FRACTION_DIGITS + 3];
-    const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, number,
-                                                      std::chars_format::fixed, FRACTION_DIGITS);
-    m_Value.assign(digits, result.ptr);
+    storeFixed(m_Value, number);
+}
+
+void XMLElement::setValue(double number)
+{
+    storeFixed(m_Value, number);
 }
 
 void XMLElement::setValue(bool flag)
@@ -214,7 +261,7 @@ XMLElement* XMLElement::createChild(const std::string& name)
     return addChild(new XMLElement(name));
 }
 
-XMLElement* XMLElement::deleteChild(XMLElement* child)
+XMLElement* XMLElement::deleteChild(XMLElement* child) noexcept
 {
     if (!child) {
         return nullptr;
@@ -228,16 +275,16 @@ XMLElement* XMLElement::deleteChild(XMLElement* child)
     if (!current) {
         return nullptr;
     }
-    return removeBehind(previous);
+    return removeAfter(previous);
 }
 
-void XMLElement::deleteChild(const std::string& name)
+void XMLElement::deleteChild(const std::string& name) noexcept
 {
     XMLElement* previous = nullptr;
     XMLElement* current = m_FirstChild;
     while (current) {
         if (current->m_Name == name) {
-            current = removeBehind(previous);
+            current = removeAfter(previous);
         } else {
             previous = current;
             current = current->m_NextSibling;
@@ -245,36 +292,37 @@ void XMLElement::deleteChild(const std::string& name)
     }
 }
 
-void XMLElement::deleteChildren()
+void XMLElement::deleteChildren() noexcept
 {
     destroy(m_FirstChild);
     m_FirstChild = nullptr;
     m_LastChild = nullptr;
 }
 
-void XMLElement::clear()
+void XMLElement::clear() noexcept
 {
     deleteChildren();
     m_Name.clear();
     m_Value.clear();
 }
 
-XMLElement* XMLElement::getChild(const std::string& name)
+XMLElement* XMLElement::getChild(const std::string& name) noexcept
 {
     return findFrom(m_FirstChild, name);
 }
 
-const XMLElement* XMLElement::getChild(const std::string& name) const
+const XMLElement* XMLElement::getChild(const std::string& name) const noexcept
 {
     return findFrom(m_FirstChild, name);
 }
 
-XMLElement* XMLElement::getNextChild(XMLElement* child, const std::string& name)
+XMLElement* XMLElement::getNextChild(XMLElement* child, const std::string& name) noexcept
 {
     return child ? findFrom(child->m_NextSibling, name) : nullptr;
 }
 
-const XMLElement* XMLElement::getNextChild(const XMLElement* child, const std::string& name) const
+const XMLElement* XMLElement::getNextChild(const XMLElement* child,
+                                           const std::string& name) const noexcept
 {
     return child ? findFrom(child->m_NextSibling, name) : nullptr;
 }
@@ -307,7 +355,7 @@ XMLElement* XMLElement::findChild(const std::string& path, bool create)
 
 const XMLElement* XMLElement::findChild(const std::string& path) const
 {
-    // Without creating, the search changes nothing.
+    // The search does not change the tree unless it creates elements.
     return const_cast<XMLElement*>(this)->findChild(path, false);
 }
 
@@ -332,7 +380,7 @@ int XMLElement::fail(int result, const std::string& message)
     return result;
 }
 
-/// Appends an element, which this one owns from now on.
+/// Appends an element and takes its ownership.
 XMLElement* XMLElement::addChild(XMLElement* child) noexcept
 {
     child->m_IsChild = true;
@@ -345,9 +393,9 @@ XMLElement* XMLElement::addChild(XMLElement* child) noexcept
     return child;
 }
 
-/// Deletes the child behind another one, or the first one behind null.
-/// @return the child that followed it
-XMLElement* XMLElement::removeBehind(XMLElement* previous) noexcept
+/// Deletes the child after another one, or the first child if `previous` is null.
+/// @return the next sibling of the deleted child
+XMLElement* XMLElement::removeAfter(XMLElement* previous) noexcept
 {
     XMLElement*& link = previous ? previous->m_NextSibling : m_FirstChild;
     XMLElement* const child = link;
@@ -360,8 +408,9 @@ XMLElement* XMLElement::removeBehind(XMLElement* previous) noexcept
     return next;
 }
 
-/// The first element of that name in a list of siblings; an empty name fits all.
-XMLElement* XMLElement::findFrom(XMLElement* sibling, std::string_view name)
+/// Returns the first element with a name in a list of siblings. An empty name matches every
+/// element.
+XMLElement* XMLElement::findFrom(XMLElement* sibling, std::string_view name) noexcept
 {
     if (name.empty()) {
         return sibling;
@@ -378,22 +427,22 @@ void XMLElement::copyChildren(const XMLElement& other)
         const XMLElement* source;
         XMLElement* copiesParent;
     };
-    std::vector<TLevel> above;
+    std::vector<TLevel> ancestors;
     const XMLElement* source = other.m_FirstChild;
     XMLElement* parent = this;
     while (source) {
         prefetch(source->m_Value);
         XMLElement* const copy = parent->addChild(new XMLElement(source->m_Name, source->m_Value));
         if (source->m_FirstChild) {
-            above.push_back({source, parent});
+            ancestors.push_back({source, parent});
             source = source->m_FirstChild;
             parent = copy;
             continue;
         }
-        while (!source->m_NextSibling && !above.empty()) {
-            source = above.back().source;
-            parent = above.back().copiesParent;
-            above.pop_back();
+        while (!source->m_NextSibling && !ancestors.empty()) {
+            source = ancestors.back().source;
+            parent = ancestors.back().copiesParent;
+            ancestors.pop_back();
         }
         source = source->m_NextSibling;
     }
@@ -417,9 +466,8 @@ bool XMLElement::hasDescendant(const XMLElement& element) const
     return false;
 }
 
-/// Moves name, value and children here, in the place of the first two; this element has no
-/// children.
-void XMLElement::takeContent(XMLElement& other) noexcept
+/// Replaces name and value and takes the children over. This element must not have children.
+void XMLElement::moveContentFrom(XMLElement& other) noexcept
 {
     m_Name = std::move(other.m_Name);
     m_Value = std::move(other.m_Value);
@@ -429,8 +477,8 @@ void XMLElement::takeContent(XMLElement& other) noexcept
     other.m_Value.clear();
 }
 
-/// Destroys a list of siblings with all below them. The children of each element are put in front
-/// of its followers, so that one list remains, whatever the depth.
+/// Destroys a list of siblings and their descendants without recursion: the children of each
+/// element are inserted before its next sibling, so that one list remains.
 void XMLElement::destroy(XMLElement* first) noexcept
 {
     while (first) {

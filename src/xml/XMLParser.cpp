@@ -1,19 +1,18 @@
-#include <algorithm>
+#include "qor/XMLElement.h"
+
 #include <cstddef>
-#include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <limits>
-#include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "foundation/Whitespace.h"
 #include "platform/Platform.h"
-#include "qor/XMLElement.h"
 #include "xml/ByteSearch.h"
+#include "xml/Entities.h"
+#include "xml/Syntax.h"
+#include "xml/TextFile.h"
 
 namespace qor
 {
@@ -21,20 +20,10 @@ namespace qor
 namespace
 {
 
-/// Positions are told as int.
-constexpr std::size_t GREATEST_SIZE = std::numeric_limits<int>::max();
+constexpr std::size_t MAX_SIZE = std::numeric_limits<int>::max(); // of a position in a result
 
-bool startsWith(std::string_view text, std::string_view start)
-{
-    return text.size() >= start.size() && std::memcmp(text.data(), start.data(), start.size()) == 0;
-}
-
-struct TEntity {
-    char byte;        ///< what it stands for
-    std::size_t size; ///< of its text; 1 where an ampersand begins no entity, and is dropped
-};
-
-/// Compares names, most of which are over before a call of std::memcmp would have begun.
+/// Compares a text with a name of the same size. For short names, this is faster than a call of
+/// std::memcmp.
 bool isSame(const char* text, std::string_view name)
 {
     const char* other = name.data();
@@ -51,128 +40,9 @@ bool isSame(const char* text, std::string_view name)
     return other == end;
 }
 
-template<std::size_t SIZE>
-bool isText(const char* source, const char* end, const char (&text)[SIZE])
-{
-    constexpr std::size_t LENGTH = SIZE - 1;
-    return static_cast<std::size_t>(end - source) >= LENGTH &&
-           std::memcmp(source, text, LENGTH) == 0;
-}
-
-TEntity entityAt(const char* ampersand, const char* end)
-{
-    if (isText(ampersand, end, "&amp;")) {
-        return {'&', 5};
-    }
-    if (isText(ampersand, end, "&lt;")) {
-        return {'<', 4};
-    }
-    if (isText(ampersand, end, "&gt;")) {
-        return {'>', 4};
-    }
-    if (isText(ampersand, end, "&quot;")) {
-        return {'"', 6};
-    }
-    if (isText(ampersand, end, "&apos;")) {
-        return {'\'', 6};
-    }
-    return {'&', 1};
-}
-
-/// Replaces the entities of values, in a buffer that serves all values of a document.
-class Unescaper
-{
-public:
-    /// @return the value as it is meant, valid until the next call or as long as `value`
-    std::string_view unescape(std::string_view value)
-    {
-        const char* const begin = value.data();
-        const char* const ampersand = findByte(begin, begin + value.size(), '&');
-        const std::size_t plainSize = static_cast<std::size_t>(ampersand - begin);
-        if (plainSize == value.size()) {
-            return value;
-        }
-        // Words are stored whole, so that the last one may reach beyond the value.
-        const std::size_t capacity = value.size() + ByteWord::SIZE;
-        if (m_Buffer.size() < capacity) {
-            m_Buffer.resize(capacity);
-        }
-        char* const target = m_Buffer.data();
-        std::memcpy(target, begin, plainSize);
-        const char* const end = unescape(ampersand, begin + value.size(), target + plainSize);
-        return {target, static_cast<std::size_t>(end - target)};
-    }
-
-private:
-    static char* unescape(const char* source, const char* end, char* target)
-    {
-        while (source != end) {
-            if (*source == '&') {
-                const TEntity entity = entityAt(source, end);
-                source += entity.size;
-                if (entity.size > 1) {
-                    *target++ = entity.byte;
-                }
-            } else if (end - source < ByteWord::SIZE) {
-                *target++ = *source++;
-            } else {
-                const ByteWord word(source);
-                word.store(target);
-                const std::uint64_t ampersands = word.marksOf('&');
-                const std::ptrdiff_t plainSize =
-                    ampersands == 0 ? ByteWord::SIZE : ByteWord::firstOf(ampersands);
-                source += plainSize;
-                target += plainSize;
-            }
-        }
-        return target;
-    }
-
-    std::string m_Buffer;
-};
-
-struct TFileText {
-    std::unique_ptr<char[]> bytes;
-    std::size_t size = 0;
-};
-
-/// Reads a file up to its first zero byte or its end, and little more than a document may have.
-/// @return false if reading failed
-bool readText(platform::InputFile& file, TFileText& text)
-{
-    constexpr std::size_t BLOCK_SIZE = 65536;
-    std::size_t capacity = 0;
-    while (text.size <= GREATEST_SIZE) {
-        if (capacity - text.size < BLOCK_SIZE) {
-            // The reported size is used only after a first block proves that the file is readable.
-            std::uint64_t expected = 0;
-            if (capacity == 0 || file.getSize(expected) != 0 || expected > GREATEST_SIZE) {
-                expected = 0;
-            }
-            const std::size_t more = std::max(static_cast<std::size_t>(expected), text.size);
-            capacity = text.size + more + BLOCK_SIZE;
-            std::unique_ptr<char[]> larger(new char[capacity]);
-            std::copy_n(text.bytes.get(), text.size, larger.get());
-            text.bytes = std::move(larger);
-        }
-        char* const block = text.bytes.get() + text.size;
-        const std::size_t count = file.read(block, BLOCK_SIZE);
-        const void* const zero = std::memchr(block, 0, count);
-        if (zero) {
-            text.size += static_cast<std::size_t>(static_cast<const char*>(zero) - block);
-            return true;
-        }
-        text.size += count;
-        if (count < BLOCK_SIZE) {
-            return file.getError() == 0;
-        }
-    }
-    return true;
-}
-
 } // namespace
 
-/// Reads one document text into an element. The open elements are kept on a stack of its own.
+/// Reads a document into an element. A stack of the open elements replaces recursion.
 class XMLElement::Parser
 {
 public:
@@ -183,14 +53,14 @@ public:
 
     int run()
     {
-        if (static_cast<std::size_t>(m_End - m_Begin) > GREATEST_SIZE) {
+        if (static_cast<std::size_t>(m_End - m_Begin) > MAX_SIZE) {
             return fail(-1, "XML source is too large");
         }
-        passWhitespace();
+        skipWhitespace();
         if (m_Position == m_End) {
             return fail(-1, "Empty XML source");
         }
-        int result = passDeclaration();
+        int result = skipDeclaration();
         if (result >= 0) {
             result = readRootTag();
         }
@@ -201,7 +71,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t CLOSING_MARKS = 3; ///< bytes of a closing tag beside the name
+    static constexpr std::size_t END_TAG_MARKS = 3; ///< bytes of an end tag without its name
 
     int position() const { return static_cast<int>(m_Position - m_Begin); }
 
@@ -210,14 +80,14 @@ private:
         return {m_Position, static_cast<std::size_t>(m_End - m_Position)};
     }
 
-    void passWhitespace()
+    void skipWhitespace()
     {
         while (m_Position != m_End && isWhitespace(*m_Position)) {
             ++m_Position;
         }
     }
 
-    int passDeclaration()
+    int skipDeclaration()
     {
         constexpr std::string_view START = "<?xml";
         if (!startsWith(rest(), START)) {
@@ -243,7 +113,8 @@ private:
             char code[16];
             std::snprintf(code, sizeof code, "0x%02X",
                           static_cast<unsigned int>(static_cast<signed char>(first)));
-            return failHere("Expected a tag, but found character " + std::string(code) + " at ");
+            return failAtPosition("Expected a tag, but found character " + std::string(code) +
+                                  " at ");
         }
         const int result = readTag();
         if (result >= 0) {
@@ -253,53 +124,52 @@ private:
         return result;
     }
 
-    /// Reads the content of the open elements until the root is closed or the text ends. Until an
-    /// element is finished its value is raw, but for white space in front.
+    /// Reads the content of the open elements until the root is closed or the text ends, which
+    /// closes all of them. The value of an open element is its raw text without leading white
+    /// space.
     int readContent()
     {
-        while (m_Position != m_End) {
+        while (!m_Open.empty()) {
             XMLElement& element = *m_Open.back();
             if (element.m_Value.empty()) {
-                passWhitespace();
+                skipWhitespace();
             }
             const char* const text = m_Position;
             m_Position = findByte(text, m_End, '<');
-            if (m_Position == m_End) {
-                element.m_Value.append(text, m_Position);
-                break;
-            }
-            if (m_End - m_Position > 1 && m_Position[1] == '/') {
-                finish(element, text);
-                const int result = readClosingTag(element);
-                if (result < 0) {
-                    return result;
-                }
-                m_Open.pop_back();
-                if (m_Open.empty()) {
-                    return position();
-                }
-                continue;
-            }
-            if (text != m_Position) {
-                element.m_Value.append(text, m_Position);
-            }
-            const int result = readChildTag(element);
+            const bool isEnd = m_Position == m_End || startsWith(rest(), "</");
+            const int result = isEnd ? closeElement(element, text) : openChild(element, text);
             if (result < 0) {
                 return result;
             }
         }
-        // A text that ends early closes what is open.
-        for (; !m_Open.empty(); m_Open.pop_back()) {
-            finish(*m_Open.back(), m_End);
-        }
         return position();
     }
 
-    int readClosingTag(const XMLElement& element)
+    /// Closes the innermost open element after the text before the position.
+    int closeElement(XMLElement& element, const char* text)
+    {
+        finishValue(element, text);
+        const int result = m_Position == m_End ? 0 : readEndTag(element);
+        if (result >= 0) {
+            m_Open.pop_back();
+        }
+        return result;
+    }
+
+    /// Appends the text before the position to the value and reads the start tag of a child.
+    int openChild(XMLElement& element, const char* text)
+    {
+        if (text != m_Position) {
+            element.m_Value.append(text, m_Position);
+        }
+        return readChildTag(element);
+    }
+
+    int readEndTag(const XMLElement& element)
     {
         const std::string& name = element.m_Name;
-        if (isClosingTag(m_Position, name)) {
-            m_Position += name.size() + CLOSING_MARKS;
+        if (isEndTag(m_Position, name)) {
+            m_Position += name.size() + END_TAG_MARKS;
             return 0;
         }
         ++m_Position;
@@ -311,8 +181,8 @@ private:
         if (other == name) {
             return 0;
         }
-        return failHere("Mismatching closing tag '" + std::string(other) + "' while expecting '" +
-                        name + "' at ");
+        return failAtPosition("Mismatching closing tag '" + std::string(other) +
+                              "' while expecting '" + name + "' at ");
     }
 
     int readChildTag(XMLElement& parent)
@@ -322,29 +192,30 @@ private:
         if (result < 0) {
             return result;
         }
-        const bool isComment = !m_Tag.empty() && m_Tag.front() == '!';
-        if (!isComment && readLeaf(parent)) {
+        if (isComment(m_Tag)) {
+            parent.addChild(new XMLElement(m_Tag, {}));
+            return 0;
+        }
+        if (readLeaf(parent)) {
             return 0;
         }
         XMLElement* const child = parent.addChild(new XMLElement(m_Tag, {}));
-        if (isComment) {
-            return 0;
-        }
         if (m_Position == m_End) {
-            return failHere("Unexpected end of source data at ");
+            return failAtPosition("Unexpected end of source data at ");
         }
         m_Open.push_back(child);
         return 0;
     }
 
-    /// Reads on behind a start tag if nothing but a text and the closing tag follow, as mostly they
-    /// do. A child with no more to come is made in one go.
+    /// Reads the rest of a child that has a text and no children, as most elements do. It is
+    /// created with its value, in one step.
+    /// @return false if the child has other content, with the position unchanged
     bool readLeaf(XMLElement& parent)
     {
         const char* const text = m_Position;
-        const char* const mark = findEither(text, m_End, '<', '&');
+        const char* const mark = findFirstOf(text, m_End, '<', '&');
         const char* const closing = findByte(mark, m_End, '<');
-        if (!isClosingTag(closing, m_Tag)) {
+        if (!isEndTag(closing, m_Tag)) {
             return false;
         }
         std::string_view value = trimmed({text, static_cast<std::size_t>(closing - text)});
@@ -352,23 +223,23 @@ private:
             value = m_Unescaper.unescape(value);
         }
         parent.addChild(new XMLElement(m_Tag, value));
-        m_Position = closing + m_Tag.size() + CLOSING_MARKS;
+        m_Position = closing + m_Tag.size() + END_TAG_MARKS;
         return true;
     }
 
-    /// Whether that name's closing tag stands there, from its `<` to its `>`.
-    bool isClosingTag(const char* tag, std::string_view name) const
+    /// Returns whether the end tag with a name is at `tag`, which is at a `<` or at the end.
+    bool isEndTag(const char* tag, std::string_view name) const
     {
-        // No name that was read holds a `>`, so that the first one behind it ends the tag.
-        return static_cast<std::size_t>(m_End - tag) >= name.size() + CLOSING_MARKS &&
+        // A name that was read contains no `>`, so the `>` after the name ends the tag.
+        return static_cast<std::size_t>(m_End - tag) >= name.size() + END_TAG_MARKS &&
                tag[1] == '/' && tag[name.size() + 2] == '>' && isSame(tag + 2, name);
     }
 
-    /// Reads a tag's text from behind its `<` to its `>`, or to the end of the text.
+    /// Reads the text of a tag, from the position after its `<` to its `>` or the end of the text.
     int readTag()
     {
         const char* const begin = m_Position;
-        if (begin != m_End && *begin == '!') {
+        if (isComment(rest())) {
             readComment();
             return 0;
         }
@@ -376,15 +247,15 @@ private:
         m_Tag = {begin, static_cast<std::size_t>(end - begin)};
         m_Position = end == m_End ? end : end + 1;
         if (m_Tag.empty() && end != m_End) {
-            return failHere("Empty tag at ");
+            return failAtPosition("Empty tag at ");
         }
         return 0;
     }
 
-    /// Reads a comment, in which a `>` is dropped unless it ends the comment.
+    /// Reads a comment and drops each `>` in it.
     void readComment()
     {
-        constexpr std::size_t SHORTEST = 5;
+        constexpr std::size_t MIN_SIZE = 5;
         constexpr std::string_view LAST = "--";
         m_Comment.clear();
         for (;;) {
@@ -393,14 +264,15 @@ private:
             m_Position = end == m_End ? end : end + 1;
             m_Tag = m_Comment;
             if (end == m_End ||
-                (m_Tag.size() >= SHORTEST && m_Tag.substr(m_Tag.size() - LAST.size()) == LAST)) {
+                (m_Tag.size() >= MIN_SIZE && m_Tag.substr(m_Tag.size() - LAST.size()) == LAST)) {
                 return;
             }
         }
     }
 
-    /// Turns an element's raw value, with the text up to the position behind it, into its value.
-    void finish(XMLElement& element, const char* text)
+    /// Appends the text before the position to the raw value of an element and converts it to the
+    /// final value.
+    void finishValue(XMLElement& element, const char* text)
     {
         std::string& value = element.m_Value;
         if (value.empty()) {
@@ -417,8 +289,9 @@ private:
         }
     }
 
-    /// Fails at the position, with the names of the open elements behind the message.
-    int failHere(std::string message)
+    /// Reports an error at the position. The names of the open elements are appended to the
+    /// message.
+    int failAtPosition(std::string message)
     {
         for (const XMLElement* element : m_Open) {
             message += '/';
@@ -435,7 +308,7 @@ private:
     const char* const m_End;
     const char* m_Position;
     std::string_view m_Tag;
-    std::string m_Comment; ///< what m_Tag refers to where it is a comment
+    std::string m_Comment; ///< the text of m_Tag if it is a comment
     Unescaper m_Unescaper;
     std::vector<XMLElement*> m_Open;
 };
@@ -449,7 +322,7 @@ int XMLElement::load(const std::string& filename)
         if (!file.isOpen()) {
             return fail(-1, "Unable to open source file '" + filename + "'");
         }
-        if (!readText(file, text) || text.size == 0) {
+        if (!readText(file, MAX_SIZE, text) || text.size == 0) {
             return fail(-1, "Unable to read source file '" + filename + "'");
         }
     }

@@ -1,3 +1,5 @@
+#include "qor/XMLElement.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -7,7 +9,7 @@
 #include <vector>
 
 #include "foundation/StreamText.h"
-#include "qor/XMLElement.h"
+#include "xml/Syntax.h"
 
 namespace qor
 {
@@ -15,17 +17,16 @@ namespace qor
 namespace
 {
 
-/// The number that a text begins with, behind white space; the greatest one for all that are
-/// greater.
+/// Reads the number at the start of a text, after optional white space. Saturates at 32 bits.
 unsigned int readLimit(std::string_view text)
 {
-    constexpr std::uint64_t GREATEST = std::numeric_limits<unsigned int>::max();
+    constexpr std::uint64_t MAX_LIMIT = std::numeric_limits<unsigned int>::max();
     std::uint64_t limit = 0;
     for (const char character : withoutLeadingSpace(text)) {
         if (!isDigit(character)) {
             break;
         }
-        limit = std::min(limit * 10 + static_cast<std::uint64_t>(character - '0'), GREATEST);
+        limit = std::min(limit * 10 + static_cast<std::uint64_t>(character - '0'), MAX_LIMIT);
     }
     return static_cast<unsigned int>(limit);
 }
@@ -37,54 +38,51 @@ void readRange(std::string_view part, unsigned int& lower, unsigned int& upper)
     upper = dash == std::string_view::npos ? lower : readLimit(part.substr(dash + 1));
 }
 
-/// An order in which lengths come first: most names are told apart by them.
+/// Orders names by length first, which decides most comparisons.
 bool isBefore(const std::string& a, const std::string& b)
 {
     return a.size() != b.size() ? a.size() < b.size() : a < b;
 }
 
-bool isComment(std::string_view name)
-{
-    return !name.empty() && name.front() == '!';
-}
-
 } // namespace
 
-/// Holds one document against one template.
+/// Validates one document against one template.
 ///
-/// The children of a template element are read when the first document element comes to them, and
-/// kept for all others: their rules in template order, the same sorted by name, and those that hold
-/// for elements without such children as well. So an element costs no more than the children that
-/// it has, however many the template would allow.
+/// The children of a template element become a level of rules when the first document element
+/// reaches them, and all others use the same level: the rules in template order, the same sorted by
+/// name, and the mandatory rules, which have to be applied even without such children. If no name
+/// repeats in the template, an element costs time in proportion to its own children and mandatory
+/// rules, not to the rules of the template. Each repetition of a name visits the children of that
+/// name again, with all their descendants.
 class XMLElement::Validator
 {
 public:
-    /// Small templates need no memory beyond this.
+    /// Reserves enough memory for small templates.
     Validator()
     {
-        constexpr std::size_t USUAL_RULES = 128;
-        m_Rules.reserve(USUAL_RULES);
-        m_ByName.reserve(USUAL_RULES);
-        m_Standing.reserve(USUAL_RULES);
-        m_Children.reserve(USUAL_RULES);
+        constexpr std::size_t RESERVED_RULES = 128;
+        m_Rules.reserve(RESERVED_RULES);
+        m_ByName.reserve(RESERVED_RULES);
+        m_MandatoryRules.reserve(RESERVED_RULES);
+        m_Children.reserve(RESERVED_RULES);
     }
 
-    bool fits(const XMLElement& root, const XMLElement& templateRoot, unsigned int minLength,
-              unsigned int maxLength)
+    bool check(const XMLElement& root, const XMLElement& templateRoot, unsigned int minLength,
+               unsigned int maxLength)
     {
         TRule& rule = addRule(templateRoot, NONE);
         rule.minLength = minLength;
         rule.maxLength = maxLength;
-        bool isFitting = visit(root, 0);
-        while (isFitting && !m_Open.empty()) {
-            isFitting = goOn();
+        bool isValid = visit(root, 0);
+        while (isValid && !m_Open.empty()) {
+            isValid = step();
         }
-        return isFitting;
+        return isValid;
     }
 
 private:
-    // Records are filled where they stand: a copy of what was just written part by part makes the
-    // processor wait.
+    // Records are filled in place. A copy of a record that has just been written member by member
+    // stalls the processor (store forwarding).
 
     static constexpr std::size_t NONE = std::numeric_limits<std::size_t>::max();
     static constexpr std::size_t EMPTY_LEVEL = 0;
@@ -95,17 +93,18 @@ private:
         unsigned int maxCount;
         unsigned int minLength;
         unsigned int maxLength;
-        bool isReadable;
-        std::size_t nameRule; ///< the first rule of this name on its level: itself, but for repeats
-        std::size_t level;    ///< of the template element's children; NONE if not yet read
+        bool isValid;
+        std::size_t nameRule; ///< the first rule with this name on its level
+        std::size_t level;    ///< the level of the children; NONE until it is read
     };
 
-    /// The children of a template element: a range of m_Rules and m_ByName, and one of m_Standing.
+    /// The children of a template element: a range in m_Rules and m_ByName, and one in
+    /// m_MandatoryRules.
     struct TLevel {
         std::size_t firstRule;
         std::size_t endRule;
-        std::size_t firstStanding;
-        std::size_t endStanding;
+        std::size_t firstMandatory;
+        std::size_t endMandatory;
     };
 
     /// A child of a document element, with the first rule for its name.
@@ -114,20 +113,20 @@ private:
         const XMLElement* element;
     };
 
-    /// An element whose children are being looked at. Those of the innermost one are the last ones
-    /// in m_Children, in the order of their rules.
+    /// An element whose children are being visited. The children of the innermost open element are
+    /// at the end of m_Children, in the order of their rules.
     struct TOpenElement {
         std::size_t firstChild;
-        std::size_t laterChild;   ///< the first child whose rule is still to come
-        std::size_t nextChild;    ///< the next child of the present rule
-        std::size_t rule;         ///< the present rule, NONE between two
-        std::size_t count;        ///< of the present rule
-        std::size_t nextStanding; ///< the next one to come in m_Standing
-        std::size_t endStanding;
+        std::size_t nextUnvisited; ///< the first child whose rule was not selected yet
+        std::size_t nextChild;     ///< the next child of the selected rule
+        std::size_t rule;          ///< the selected rule; NONE before a selection
+        std::size_t count;         ///< children of the selected rule so far
+        std::size_t nextMandatory; ///< index in m_MandatoryRules
+        std::size_t endMandatory;
     };
 
-    /// Tests an element's value and the names of its children, and opens it if there is more to
-    /// look at.
+    /// Checks the value of an element and the names of its children. Opens it if it has children to
+    /// visit or mandatory rules.
     bool visit(const XMLElement& element, std::size_t rule)
     {
         if (element.m_Value.size() > m_Rules[rule].maxLength) {
@@ -144,18 +143,20 @@ private:
         if (!collectChildren(element, level)) {
             return false;
         }
-        if (m_Children.size() > firstChild || level.firstStanding < level.endStanding) {
+        if (m_Children.size() > firstChild || level.firstMandatory < level.endMandatory) {
             TOpenElement& open = m_Open.emplace_back();
             open.firstChild = firstChild;
-            open.laterChild = firstChild;
+            open.nextUnvisited = firstChild;
             open.rule = NONE;
-            open.nextStanding = level.firstStanding;
-            open.endStanding = level.endStanding;
+            open.nextMandatory = level.firstMandatory;
+            open.endMandatory = level.endMandatory;
         }
         return true;
     }
 
-    /// Puts the children that the template has into the order of their rules.
+    /// Appends the children of an element, except comments, to m_Children in the order of their
+    /// rules.
+    /// @return false after the error if the template does not have a child's name
     bool collectChildren(const XMLElement& element, const TLevel& level)
     {
         const std::ptrdiff_t firstChild = static_cast<std::ptrdiff_t>(m_Children.size());
@@ -182,7 +183,8 @@ private:
         return true;
     }
 
-    /// The first rule for a name. Mostly it is that of the child before, or the one behind it.
+    /// Returns the first rule for a name; NONE if the level does not have it. Mostly it is the rule
+    /// of the previous child or the next one.
     std::size_t findRule(const std::string& name, const TLevel& level, std::size_t previous) const
     {
         const std::size_t endOfNear = std::min(previous + 2, level.endRule);
@@ -200,46 +202,54 @@ private:
         return found != end && nameOf(*found) == name ? *found : NONE;
     }
 
-    /// Looks at the innermost open element, until a child is opened or nothing is left of it.
-    bool goOn()
+    /// Applies the selected rule of the innermost open element, or selects the next one. Closes the
+    /// element after the last rule.
+    bool step()
     {
         TOpenElement& open = m_Open.back();
-        if (open.rule == NONE && !beginRule(open)) {
-            return false;
+        if (open.rule != NONE) {
+            return applyRule(open);
         }
-        if (open.rule == NONE) {
-            m_Children.resize(open.firstChild);
-            m_Open.pop_back();
-            return true;
+        open.rule = getNextRule(open);
+        if (open.rule != NONE) {
+            return beginRule(open) && applyRule(open);
         }
-        return applyRule(open);
-    }
-
-    /// Goes to the next rule that has children or must have some.
-    bool beginRule(TOpenElement& open)
-    {
-        const std::size_t standing =
-            open.nextStanding < open.endStanding ? m_Standing[open.nextStanding] : NONE;
-        const std::size_t present =
-            open.laterChild < m_Children.size() ? m_Children[open.laterChild].nameRule : NONE;
-        open.rule = std::min(standing, present);
-        if (open.rule == NONE) {
-            return true;
-        }
-        if (open.rule == standing) {
-            ++open.nextStanding;
-        }
-        const TRule& rule = m_Rules[open.rule];
-        if (!rule.isReadable) {
-            return rejectRule(*rule.templateElement);
-        }
-        open.count = 0;
-        open.nextChild =
-            open.rule == present ? open.laterChild : findChildren(open.firstChild, rule.nameRule);
+        m_Children.resize(open.firstChild);
+        m_Open.pop_back();
         return true;
     }
 
-    /// The first of the children with that rule for their name, from `firstChild` on.
+    /// Merges the mandatory rules with the rules of the unvisited children: both are sorted, and
+    /// the first rule in template order is next. All other rules are satisfied.
+    std::size_t getNextRule(TOpenElement& open) const
+    {
+        std::size_t rule = NONE;
+        if (open.nextUnvisited < m_Children.size()) {
+            rule = m_Children[open.nextUnvisited].nameRule;
+        }
+        if (open.nextMandatory < open.endMandatory &&
+            m_MandatoryRules[open.nextMandatory] <= rule) {
+            rule = m_MandatoryRules[open.nextMandatory];
+            ++open.nextMandatory;
+        }
+        return rule;
+    }
+
+    /// Prepares the selected rule. A repeated name starts again at the first child of that name.
+    bool beginRule(TOpenElement& open) const
+    {
+        const TRule& rule = m_Rules[open.rule];
+        if (!rule.isValid) {
+            return rejectRule(*rule.templateElement);
+        }
+        open.count = 0;
+        const bool isRepeat = rule.nameRule != open.rule;
+        open.nextChild =
+            isRepeat ? findChildren(open.firstChild, rule.nameRule) : open.nextUnvisited;
+        return true;
+    }
+
+    /// Returns the index of the first child with a rule for its name, or where it would be.
     std::size_t findChildren(std::size_t firstChild, std::size_t nameRule) const
     {
         const auto found = std::lower_bound(
@@ -248,7 +258,8 @@ private:
         return static_cast<std::size_t>(found - m_Children.begin());
     }
 
-    /// Counts and visits the children of the present rule.
+    /// Counts and visits the children of the selected rule. Returns after each child that was
+    /// opened, and continues with the next one when that child is closed.
     bool applyRule(TOpenElement& open)
     {
         const std::size_t rule = open.rule;
@@ -273,30 +284,30 @@ private:
             return reject("Too few '" + nameOf(rule) + "' elements");
         }
         open.rule = NONE;
-        open.laterChild = std::max(open.laterChild, open.nextChild);
+        open.nextUnvisited = std::max(open.nextUnvisited, open.nextChild);
         return true;
     }
 
     void readLevel(std::size_t parentRule)
     {
         const std::size_t firstRule = m_Rules.size();
-        const std::size_t firstStanding = m_Standing.size();
+        const std::size_t firstMandatory = m_MandatoryRules.size();
         for (const XMLElement* child = m_Rules[parentRule].templateElement->m_FirstChild; child;
              child = child->m_NextSibling) {
             const std::size_t level = child->m_FirstChild ? NONE : EMPTY_LEVEL;
             TRule& rule = addRule(*child, level);
-            rule.isReadable = child->parseTemplateRule(child->m_Value, rule.minCount, rule.maxCount,
-                                                       rule.minLength, rule.maxLength);
+            rule.isValid = child->parseTemplateRule(child->m_Value, rule.minCount, rule.maxCount,
+                                                    rule.minLength, rule.maxLength);
         }
         sortByName(firstRule);
         for (std::size_t rule = firstRule; rule < m_Rules.size(); ++rule) {
             const bool isRepeat = m_Rules[rule].nameRule != rule;
-            if (isRepeat || !m_Rules[rule].isReadable || m_Rules[rule].minCount > 0) {
-                m_Standing.push_back(rule);
+            if (isRepeat || !m_Rules[rule].isValid || m_Rules[rule].minCount > 0) {
+                m_MandatoryRules.push_back(rule);
             }
         }
         m_Rules[parentRule].level = m_Levels.size();
-        m_Levels.push_back({firstRule, m_Rules.size(), firstStanding, m_Standing.size()});
+        m_Levels.push_back({firstRule, m_Rules.size(), firstMandatory, m_MandatoryRules.size()});
     }
 
     TRule& addRule(const XMLElement& templateElement, std::size_t level)
@@ -309,7 +320,8 @@ private:
         return rule;
     }
 
-    /// Sorts the level that begins with a rule, and tells repeats which rule they repeat.
+    /// Sorts the level that begins with a rule by name and links repeated names to their first
+    /// rule.
     void sortByName(std::size_t firstRule)
     {
         std::sort(m_ByName.begin() + static_cast<std::ptrdiff_t>(firstRule), m_ByName.end(),
@@ -329,8 +341,8 @@ private:
     }
 
     std::vector<TRule> m_Rules;
-    std::vector<std::size_t> m_ByName; ///< the rules of each level, sorted by name
-    std::vector<std::size_t> m_Standing;
+    std::vector<std::size_t> m_ByName;          ///< the rules of each level, sorted by name
+    std::vector<std::size_t> m_MandatoryRules;  ///< with a minimum count, invalid or repeated
     std::vector<TLevel> m_Levels{{0, 0, 0, 0}}; ///< the first one is the EMPTY_LEVEL
     std::vector<TChild> m_Children;
     std::vector<TOpenElement> m_Open;
@@ -351,7 +363,7 @@ bool XMLElement::validate(const XMLElement* templateRoot) const
 bool XMLElement::validate(const XMLElement* templateElement, unsigned int minLength,
                           unsigned int maxLength) const
 {
-    return Validator().fits(*this, *templateElement, minLength, maxLength);
+    return Validator().check(*this, *templateElement, minLength, maxLength);
 }
 
 bool XMLElement::parseTemplateRule(const std::string& rule, unsigned int& minCount,

@@ -1,3 +1,5 @@
+#include "qor/XMLElement.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -8,8 +10,8 @@
 #include <vector>
 
 #include "platform/Platform.h"
-#include "qor/XMLElement.h"
 #include "xml/ByteSearch.h"
+#include "xml/Syntax.h"
 
 namespace qor
 {
@@ -17,11 +19,12 @@ namespace qor
 namespace
 {
 
-/// Collects text in a small block on the stack, where single characters cost no more than a store.
+/// Appends text to a string through a small block on the stack, so that appending a character is a
+/// single store.
 class TextCollector
 {
 public:
-    // cppcheck-suppress uninitMemberVar ; the block is filled as it is used
+    // cppcheck-suppress uninitMemberVar ; the block is written before it is read
     explicit TextCollector(std::string& text) : m_Text(text), m_End(m_Block) {}
     TextCollector(const TextCollector&) = delete;
     TextCollector& operator=(const TextCollector&) = delete;
@@ -33,7 +36,7 @@ public:
             m_Text.append(text);
             return;
         }
-        char* const target = room(text.size());
+        char* const target = reserve(text.size());
         std::memcpy(target, text.data(), text.size());
         m_End = target + text.size();
     }
@@ -42,7 +45,7 @@ public:
     {
         while (count > 0) {
             const std::size_t size = std::min(count, BLOCK_SIZE);
-            char* const target = room(size);
+            char* const target = reserve(size);
             std::memset(target, character, size);
             m_End = target + size;
             count -= size;
@@ -51,11 +54,12 @@ public:
 
     void put(char character)
     {
-        char* const target = room(1);
+        char* const target = reserve(1);
         *target = character;
         m_End = target + 1;
     }
 
+    /// Appends a text and replaces the five reserved bytes by their entities.
     void putEscaped(std::string_view text);
 
     void flush()
@@ -67,8 +71,11 @@ public:
 private:
     static constexpr std::size_t BLOCK_SIZE = 8192;
 
-    /// Where at least that many bytes, and no more than a block, can be written.
-    char* room(std::size_t size)
+    void putEscapedByte(char byte);
+
+    /// Returns the position of the next byte, after which `size` bytes are free.
+    /// @param size at most a block
+    char* reserve(std::size_t size)
     {
         if (size > static_cast<std::size_t>(m_Block + BLOCK_SIZE - m_End)) {
             flush();
@@ -81,13 +88,13 @@ private:
     char m_Block[BLOCK_SIZE];
 };
 
-/// What a byte is written as, padded to a word so that it is written in one store.
+/// The escaped text of a byte, padded to a word so that it is copied in one store.
 struct TEscapedText {
     char bytes[ByteWord::SIZE];
     unsigned char size;
 };
 
-/// The texts of all bytes.
+/// The escaped texts of all bytes.
 class EscapeTable
 {
 public:
@@ -116,43 +123,50 @@ private:
 
 constexpr EscapeTable ESCAPE_TABLE;
 
-/// Marks the five bytes that are escaped, two of which differ from others in one bit only.
-std::uint64_t escapedMarks(const ByteWord& word)
+/// Returns the mask of the five escaped bytes. `'` and `&`, and `>` and `<`, differ in one bit, so
+/// each pair needs one comparison.
+std::uint64_t escapedMask(const ByteWord& word)
 {
-    return word.marksOf('"') | word.marksOf('\'', '\'' ^ '&') | word.marksOf('>', '>' ^ '<');
+    return word.matchMask('"') | word.matchMask('\'', '\'' ^ '&') | word.matchMask('>', '>' ^ '<');
 }
 
+void TextCollector::putEscapedByte(char byte)
+{
+    const TEscapedText& text = ESCAPE_TABLE[byte];
+    char* const target = reserve(sizeof text.bytes);
+    std::memcpy(target, text.bytes, sizeof text.bytes);
+    m_End = target + text.size;
+}
+
+/// Copies whole words up to the next escaped byte. Each store of a word is preceded by a call of
+/// reserve() for all its bytes, so the bytes after m_End that it overwrites are in the block.
 void TextCollector::putEscaped(std::string_view text)
 {
     const char* source = text.data();
     const char* const end = source + text.size();
     while (end - source >= ByteWord::SIZE) {
-        char* const target = room(2 * ByteWord::SIZE);
+        char* const target = reserve(ByteWord::SIZE);
         const ByteWord word(source);
         word.store(target);
-        const std::uint64_t escaped = escapedMarks(word);
+        const std::uint64_t escaped = escapedMask(word);
         if (escaped == 0) {
             source += ByteWord::SIZE;
             m_End = target + ByteWord::SIZE;
             continue;
         }
-        const std::ptrdiff_t plain = ByteWord::firstOf(escaped);
-        const TEscapedText& entity = ESCAPE_TABLE[source[plain]];
-        std::memcpy(target + plain, entity.bytes, sizeof entity.bytes);
-        source += plain + 1;
-        m_End = target + plain + entity.size;
+        const std::ptrdiff_t plainSize = ByteWord::firstIndex(escaped);
+        m_End = target + plainSize;
+        putEscapedByte(source[plainSize]);
+        source += plainSize + 1;
     }
-    for (; source != end; ++source) {
-        const TEscapedText& entity = ESCAPE_TABLE[*source];
-        char* const target = room(ByteWord::SIZE);
-        std::memcpy(target, entity.bytes, sizeof entity.bytes);
-        m_End = target + entity.size;
+    while (source != end) {
+        putEscapedByte(*source++);
     }
 }
 
 } // namespace
 
-/// Writes a tree, one element after the other, with the elements around it on a stack of its own.
+/// Writes a tree. A stack of the open elements replaces recursion.
 class XMLElement::Writer
 {
 public:
@@ -162,23 +176,23 @@ public:
     {
         const XMLElement* element = &root;
         while (element) {
-            if (begin(*element)) {
+            if (writeStartTag(*element)) {
                 m_Open.push_back(element);
                 element = element->m_FirstChild;
             } else {
-                element = finish(element);
+                element = closeFinished(element);
             }
         }
         m_Text.flush();
     }
 
 private:
-    /// Values of this size and more stand on a line of their own in formatted text.
+    /// Formatted text has a separate line for values of this size and more.
     static constexpr std::size_t LONG_VALUE = 40;
 
-    /// Writes the start tag and, if no children come first, all else.
-    /// @return whether children come first
-    bool begin(const XMLElement& element)
+    /// Writes the start tag and, if the element has no children to write, the rest of the element.
+    /// @return whether the children have to be written next
+    bool writeStartTag(const XMLElement& element)
     {
         const bool shortForm = isShort(element);
         indent();
@@ -188,18 +202,19 @@ private:
         if (!shortForm) {
             endLine();
         }
-        if (!element.m_Name.empty() && element.m_Name.front() == '!') {
+        if (isComment(element.m_Name)) {
             endLine();
             return false;
         }
         if (element.m_FirstChild) {
             return true;
         }
-        end(element, shortForm);
+        writeEndTag(element, shortForm);
         return false;
     }
 
-    void end(const XMLElement& element, bool shortForm)
+    /// Writes the value and the end tag.
+    void writeEndTag(const XMLElement& element, bool shortForm)
     {
         if (!element.m_Value.empty()) {
             if (!shortForm) {
@@ -219,8 +234,9 @@ private:
         endLine();
     }
 
-    /// Ends the elements around a finished one until there is a sibling to go on with.
-    const XMLElement* finish(const XMLElement* element)
+    /// Closes the ancestors of a finished element up to the first one with a next sibling.
+    /// @return the element to write next; null after the root
+    const XMLElement* closeFinished(const XMLElement* element)
     {
         while (!m_Open.empty()) {
             if (element->m_NextSibling) {
@@ -228,7 +244,7 @@ private:
             }
             element = m_Open.back();
             m_Open.pop_back();
-            end(*element, false);
+            writeEndTag(*element, false);
         }
         return nullptr;
     }
@@ -259,14 +275,14 @@ private:
 
 int XMLElement::save(const std::string& filename, bool formatted) const
 {
-    // Before the file is emptied, since memory may run out.
+    // The text is complete before the file is touched, because memory may run out.
     std::string text;
     Writer(text, formatted).write(*this);
     if (!platform::replaceFile(filename, text.data(), text.size())) {
         return fail(-1, "Unable to open target file '" + filename + "'");
     }
-    constexpr std::size_t GREATEST = std::numeric_limits<int>::max();
-    return static_cast<int>(std::min(text.size(), GREATEST));
+    constexpr std::size_t MAX_RESULT = std::numeric_limits<int>::max();
+    return static_cast<int>(std::min(text.size(), MAX_RESULT));
 }
 
 std::string XMLElement::toString() const
