@@ -52,4 +52,8 @@ if(QORTK_TYPE STREQUAL "SHARED_LIBRARY")
 This package has what programs need when they run.")
 endif()
 
+if(WIN32)
+    set(CPACK_GENERATOR ZIP)
+endif()
+
 include(CPack)
