@@ -41,9 +41,11 @@ public:
     /// @return whether the file is gone by this call
     static bool deleteFile(const std::string& path);
 
-    /// Renames or moves a file or directory as std::rename does: on POSIX systems a file that has
-    /// the new name already is replaced.
-    /// @return whether it has the new name
+    /// Renames or moves a file or directory as std::rename does: an existing file of the new name is
+    /// replaced on POSIX systems, and on Windows the operation fails.
+    /// @param oldPath path of the existing file or directory
+    /// @param newPath path that it gets
+    /// @return whether the file or directory has the new name
     static bool renameFile(const std::string& oldPath, const std::string& newPath);
 
     /// Tells when a file was last written, in seconds since the start of 1970 in UTC. A time from
