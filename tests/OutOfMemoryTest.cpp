@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Environment.h"
 #include "FailingAllocator.h"
 #include "HandleCount.h"
 #include "PixelData.h"
@@ -298,7 +299,7 @@ TEST_F(OutOfMemoryTest, NothingIsLostAndAllCanBeRepeated)
         making("path", [&] { return File::standardizePath(File::filePath(missing, LONG)); }),
         making("data directory",
                [&] {
-                   unsetenv("QOR_USER_DATA_DIR");
+                   setVariable("QOR_USER_DATA_DIR", nullptr);
                    return File::getUserDataDirectory(LONG, false);
                }),
 

@@ -41,8 +41,8 @@ public:
     /// @return whether the file is gone by this call
     static bool deleteFile(const std::string& path);
 
-    /// Renames or moves a file or directory as std::rename does: an existing file of the new name is
-    /// replaced on POSIX systems, and on Windows the operation fails.
+    /// Renames or moves a file or directory as std::rename does: an existing file of the new name
+    /// is replaced on POSIX systems, and on Windows the operation fails.
     /// @param oldPath path of the existing file or directory
     /// @param newPath path that it gets
     /// @return whether the file or directory has the new name
