@@ -9,7 +9,7 @@ set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-${MINGW_THREADS})
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 # Programs contain the compiler's run-time libraries.
 set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
-set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
+list(APPEND CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
 include(${CMAKE_CURRENT_LIST_DIR}/target-only.cmake)
 find_program(QORTK_WINE NAMES wine64 wine PATHS /usr/lib/wine)
 if(QORTK_WINE)

@@ -23,8 +23,9 @@ wine=$(command -v wine64 || echo /usr/lib/wine/wine64)
 
 export PKG_CONFIG_LIBDIR=$root/lib/pkgconfig PKG_CONFIG_ALLOW_SYSTEM_CFLAGS=1
 if command -v pkg-config >/dev/null; then
+    # By the compiler without C++11 threads, whose run-time library needs no further DLL.
     # shellcheck disable=SC2046 # the flags are words
-    x86_64-w64-mingw32-g++-posix -std=c++17 -static "$consumer/main.cpp" -o "$root/bin/second.exe" \
+    x86_64-w64-mingw32-g++-win32 -std=c++17 -static-libgcc -static-libstdc++ "$consumer/main.cpp" -o "$root/bin/second.exe" \
         $(pkg-config --cflags --libs qortk)
     [ "$(cd "$root/bin" && "$wine" ./second.exe | tr -d '\r')" = "$version" ]
 fi
