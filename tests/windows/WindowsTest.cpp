@@ -67,7 +67,11 @@ TEST_F(WindowsTest, ReturnsTimeAndSizeOfFilesThatNoOtherProgramUses)
         EXPECT_EQ(takeRecords(), TLines{});
         EXPECT_EQ(File::fileSize(file), 0u);
         EXPECT_EQ(File::fileTime(file), 0u);
-        EXPECT_EQ(takeRecords().size(), 2u) << "each text of the system is on the record's line";
+        const TLines records = takeRecords();
+        EXPECT_EQ(records.size(), 2u) << "each text of the system is on the record's line";
+        for (const std::string& record : records) {
+            EXPECT_NE(record.back(), ' ');
+        }
     }
     EXPECT_EQ(File::fileSize(file), 7u);
 }
