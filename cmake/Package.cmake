@@ -20,4 +20,8 @@ if(QORTK_DEBIAN_PACKAGES)
     include(${CMAKE_CURRENT_LIST_DIR}/DebianPackages.cmake)
 endif()
 
+if(WIN32)
+    set(CPACK_GENERATOR ZIP)
+endif()
+
 include(CPack)

@@ -41,3 +41,10 @@ GTEST="libgtest-dev:has_header gtest/gtest.h"
 CURSES="libncurses-dev:has_header curses.h"
 # A test builds locales of its own.
 LOCALES="locales:test -e /usr/share/i18n/locales/de_DE"
+# Cross builds: GoogleTest is built from its source, programs run in an emulator.
+GTEST_SOURCE="googletest:test -e /usr/src/googletest/CMakeLists.txt"
+MINGW_I686="g++-mingw-w64-i686:command -v i686-w64-mingw32-g++-posix"
+MINGW_X86_64="g++-mingw-w64-x86-64:command -v x86_64-w64-mingw32-g++-posix && command -v x86_64-w64-mingw32-g++-win32"
+NINJA="ninja-build:command -v ninja"
+QEMU="qemu-user:command -v qemu-s390x"
+WINE="wine64:test -x /usr/lib/wine/wine64"

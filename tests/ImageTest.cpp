@@ -31,7 +31,9 @@ Ints edgesOf(std::initializer_list<Rectangle> rectangles)
 {
     Ints edges;
     for (const Rectangle& r : rectangles) {
-        edges.insert(edges.end(), {r.getLeft(), r.getTop(), r.getRight(), r.getBottom()});
+        for (const int edge : {r.getLeft(), r.getTop(), r.getRight(), r.getBottom()}) {
+            edges.push_back(edge);
+        }
     }
     return edges;
 }

@@ -16,7 +16,7 @@ using TLines = std::vector<std::string>;
 inline TLines readRecords(const std::string& filename)
 {
     TLines records;
-    std::ifstream file(filename, std::ios::binary);
+    std::ifstream file(filename);
     for (std::string line; std::getline(file, line);) {
         const std::string form = "P dddd-dd-dd dd:dd:dd.ddd ";
         std::string head = line.substr(0, form.size());

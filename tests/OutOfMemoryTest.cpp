@@ -5,9 +5,10 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
+#include "Environment.h"
 #include "FailingAllocator.h"
+#include "HandleCount.h"
 #include "PixelData.h"
 #include "TemporaryFolder.h"
 #include "TestData.h"
@@ -37,13 +38,6 @@ struct TScenario {
     std::function<TRun()> prepare;
 };
 
-int firstFreeHandle()
-{
-    const int handle = dup(STDIN_FILENO);
-    close(handle);
-    return handle;
-}
-
 /// Runs the operation with one allocation after the other failing, until it succeeds. A failure
 /// loses nothing, and behind it the same operation gives what it gives without.
 void expectNothingLost(const TScenario& scenario)
@@ -57,7 +51,7 @@ void expectNothingLost(const TScenario& scenario)
     }
     for (long allowed = 0, failures = 0; failures == allowed; ++allowed) {
         const long before = liveBlocks;
-        const int handle = firstFreeHandle();
+        const int handle = countHandles();
         {
             const TRun run = scenario.prepare();
             const std::string former = run.show();
@@ -76,7 +70,7 @@ void expectNothingLost(const TScenario& scenario)
             ASSERT_EQ(run.show(), expected) << allowed;
         }
         ASSERT_EQ(liveBlocks, before) << allowed;
-        ASSERT_EQ(firstFreeHandle(), handle) << allowed;
+        ASSERT_EQ(countHandles(), handle) << allowed;
         ASSERT_TRUE(allowed > 0 || failures > 0) << "it takes no memory";
     }
 }
@@ -305,7 +299,7 @@ TEST_F(OutOfMemoryTest, NothingIsLostAndAllCanBeRepeated)
         making("path", [&] { return File::standardizePath(File::filePath(missing, LONG)); }),
         making("data directory",
                [&] {
-                   unsetenv("QOR_USER_DATA_DIR");
+                   setVariable("QOR_USER_DATA_DIR", nullptr);
                    return File::getUserDataDirectory(LONG, false);
                }),
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <iomanip>
 #include <locale>
 #include <sstream>
@@ -18,6 +19,9 @@ TValue readByStream(const std::string& text)
 
 inline std::string writeByStream(float number, int precision)
 {
+    if (std::isnan(number)) {
+        return std::signbit(number) ? "-nan" : "nan"; // Not every system's stream writes the sign.
+    }
     std::ostringstream stream;
     stream.imbue(std::locale::classic());
     stream << std::fixed << std::setprecision(precision) << number;

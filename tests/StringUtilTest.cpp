@@ -105,8 +105,10 @@ TEST(StringUtilTest, TimeStampsAreWrittenInUTC)
     // Years of four digits, against the calendar of the C library.
     for (std::time_t timeStamp = -30000000000; timeStamp < 250000000000; timeStamp += 15000001) {
         char text[32];
-        std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", std::gmtime(&timeStamp));
-        EXPECT_EQ(StringUtil::timeStampToString(timeStamp, true), text);
+        if (const std::tm* const utc = std::gmtime(&timeStamp)) { // Some cannot before 1970.
+            std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", utc);
+            EXPECT_EQ(StringUtil::timeStampToString(timeStamp, true), text);
+        }
     }
 }
 

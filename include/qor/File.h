@@ -63,8 +63,8 @@ public:
     /// Renames or moves a file or directory, as `std::rename` does. A symbolic link is renamed
     /// itself.
     /// @param oldPath the existing file or directory
-    /// @param newPath its new path, on the same file system. On POSIX systems an existing file with
-    ///                this path is replaced.
+    /// @param newPath its new path, on the same file system. An existing file with this path is
+    ///                replaced on POSIX systems; on Windows the operation fails.
     /// @return true on success; false, with an error in the log, on failure
     static bool renameFile(const std::string& oldPath, const std::string& newPath);
 

@@ -41,8 +41,8 @@ public:
     /// @name Pixel tests of keyed transfers
     /// The numbers between them are alpha thresholds.
     /// @{
-    static constexpr int AL_NONE = 0;      ///< all pixels pass
-    static constexpr int AL_CKBLACK = 256; ///< pixels pass that are not black
+    static const int AL_NONE = 0;      ///< all pixels pass
+    static const int AL_CKBLACK = 256; ///< pixels pass that are not black
     /// @}
 
     /// Layouts of external pixel data. No layout is defined.

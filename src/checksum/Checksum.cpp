@@ -24,6 +24,8 @@ void addBytes(Checksum& checksum, const char* text, std::size_t size)
 
 } // namespace
 
+const unsigned int Checksum::MAX_CHECKSUM_LENGTH;
+
 Checksum::~Checksum() = default;
 
 void Checksum::add(const std::string& data)

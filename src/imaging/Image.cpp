@@ -82,6 +82,9 @@ bool canAnyPixelPass(int alphaLevel)
 
 } // namespace
 
+const int Image::AL_NONE;
+const int Image::AL_CKBLACK;
+
 Image::Image() noexcept = default;
 
 Image::Image(unsigned long width, unsigned long height)

@@ -200,6 +200,7 @@ public:
 private:
     std::intptr_t m_Handle;
     int m_Error = 0;
+    [[maybe_unused]] int m_State = 0; ///< defined by each system
 };
 
 /// A file opened for writing, created if it does not exist. Opening a pipe without a reader fails

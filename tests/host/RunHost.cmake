@@ -13,12 +13,12 @@ if(DOCUMENT)
     file(COPY ${documents} DESTINATION ${FOLDER})
     get_filename_component(document ${DOCUMENT} NAME)
 endif()
-execute_process(COMMAND ${HOST} --echo --log host.log --config settings.xml ${document}
+execute_process(COMMAND ${EMULATOR} ${HOST} --echo --log host.log --config settings.xml ${document}
     INPUT_FILE ${INPUT} WORKING_DIRECTORY ${FOLDER}
     OUTPUT_FILE output.txt ERROR_VARIABLE error RESULT_VARIABLE status)
 file(READ ${FOLDER}/output.txt output)
-file(REMOVE_RECURSE ${FOLDER})
 string(REPLACE "\r\n" "\n" output "${output}")
+file(REMOVE_RECURSE ${FOLDER})
 if(NOT status STREQUAL STATUS OR NOT error STREQUAL "")
     message(FATAL_ERROR "The exit status is ${status} instead of ${STATUS}\n${output}${error}")
 endif()
