@@ -45,6 +45,18 @@ bool tokenize(const std::string& line, std::vector<std::string>& tokens)
     }
 }
 
+/// Returns the names and descriptions of a table's entries.
+template<typename TTable>
+std::vector<Console::TDescription> describe(const TTable& table)
+{
+    std::vector<Console::TDescription> descriptions;
+    descriptions.reserve(table.size());
+    for (const auto& [name, entry] : table) {
+        descriptions.push_back({name, entry.help});
+    }
+    return descriptions;
+}
+
 } // namespace
 
 Console::Console(int maxOutputLines)
@@ -99,6 +111,16 @@ void Console::addVariable(const std::string& name, const std::string& help, Vari
 void Console::removeVariable(const std::string& name)
 {
     m_Variables.erase(name);
+}
+
+std::vector<Console::TDescription> Console::getCommands() const
+{
+    return describe(m_Commands);
+}
+
+std::vector<Console::TDescription> Console::getVariables() const
+{
+    return describe(m_Variables);
 }
 
 bool Console::putChar(char character)
