@@ -30,11 +30,14 @@ public:
     class Iterator
     {
     public:
+        /// Types that the algorithms of the standard library use.
+        /// @{
         using iterator_category = std::forward_iterator_tag;
         using value_type = TElement;
         using difference_type = std::ptrdiff_t;
         using pointer = TElement*;
         using reference = TElement&;
+        /// @}
 
         /// Constructs an iterator that may only be assigned to or destroyed.
         Iterator() = default;
