@@ -1,0 +1,166 @@
+#include "Canvas.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace
+{
+
+Pixel* getRow(qor::Image& image, int y)
+{
+    return image.getData() + static_cast<std::ptrdiff_t>(y) * image.getWidth();
+}
+
+qor::Rectangle getBounds(TPoint center, float radiusX, float radiusY)
+{
+    return qor::Rectangle(static_cast<int>(std::floor(center.x - radiusX)),
+                          static_cast<int>(std::floor(center.y - radiusY)),
+                          static_cast<int>(std::ceil(center.x + radiusX)),
+                          static_cast<int>(std::ceil(center.y + radiusY)));
+}
+
+/// Adds the part of each pixel that lies between the crossings of a line with a polygon.
+void coverRow(const std::vector<TPoint>& points, float y, std::vector<float>& covered)
+{
+    std::vector<float> crossings;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const TPoint a = points[i], b = points[(i + 1) % points.size()];
+        if ((a.y <= y) != (b.y <= y)) {
+            crossings.push_back(a.x + (y - a.y) * (b.x - a.x) / (b.y - a.y));
+        }
+    }
+    std::sort(crossings.begin(), crossings.end());
+    const auto width = static_cast<float>(covered.size());
+    for (std::size_t i = 0; i + 1 < crossings.size(); i += 2) {
+        const float left = std::clamp(crossings[i], 0.0f, width);
+        const float right = std::clamp(crossings[i + 1], 0.0f, width);
+        for (auto x = static_cast<std::size_t>(left); static_cast<float>(x) < right; ++x) {
+            const auto start = static_cast<float>(x);
+            covered[x] += std::min(right, start + 1.0f) - std::max(left, start);
+        }
+    }
+}
+
+/// Calls draw(pixel, nearness, x, y) for the pixels in an ellipse; nearness is 1 at its center.
+template<class TDraw>
+void forEllipse(qor::Image& image, TPoint center, float radiusX, float radiusY, TDraw draw)
+{
+    const qor::Rectangle area =
+        image.getSize().intersect(getBounds(center, radiusX, radiusY));
+    for (int y = area.getTop(); y < area.getBottom(); ++y) {
+        const float dy = (static_cast<float>(y) + 0.5f - center.y) / radiusY;
+        Pixel* const row = getRow(image, y);
+        for (int x = area.getLeft(); x < area.getRight(); ++x) {
+            const float dx = (static_cast<float>(x) + 0.5f - center.x) / radiusX;
+            const float nearness = 1.0f - dx * dx - dy * dy;
+            if (nearness > 0.0f) {
+                draw(row[x], nearness, x, y);
+            }
+        }
+    }
+}
+
+} // namespace
+
+void fillRectangle(qor::Image& image, const qor::Rectangle& area, Pixel pixel, unsigned int amount)
+{
+    const qor::Rectangle inside = image.getSize().intersect(area);
+    for (int y = inside.getTop(); y < inside.getBottom(); ++y) {
+        Pixel* const row = getRow(image, y);
+        for (int x = inside.getLeft(); x < inside.getRight(); ++x) {
+            row[x] = blend(row[x], pixel, amount);
+        }
+    }
+}
+
+void fillPolygon(qor::Image& image, const std::vector<TPoint>& points, Pixel pixel,
+                 unsigned int amount)
+{
+    constexpr int SUBROWS = 4;
+    float top = points[0].y, bottom = top;
+    for (const TPoint& point : points) {
+        top = std::min(top, point.y);
+        bottom = std::max(bottom, point.y);
+    }
+    const int last = static_cast<int>(
+        std::clamp(std::ceil(bottom), 0.0f, static_cast<float>(image.getHeight())));
+    std::vector<float> covered(static_cast<std::size_t>(std::max(image.getWidth(), 0)));
+    for (int y = static_cast<int>(std::max(std::floor(top), 0.0f)); y < last; ++y) {
+        std::fill(covered.begin(), covered.end(), 0.0f);
+        for (int i = 0; i < SUBROWS; ++i) {
+            coverRow(points, static_cast<float>(y) + (static_cast<float>(i) + 0.5f) / SUBROWS,
+                     covered);
+        }
+        Pixel* const row = getRow(image, y);
+        for (std::size_t x = 0; x < covered.size(); ++x) {
+            if (covered[x] > 0.0f) {
+                const float part = std::min(covered[x] / SUBROWS, 1.0f);
+                row[x] = blend(row[x], pixel,
+                               static_cast<unsigned int>(part * static_cast<float>(amount)));
+            }
+        }
+    }
+}
+
+void addGlow(qor::Image& image, TPoint center, float radiusX, float radiusY, Pixel light)
+{
+    forEllipse(image, center, radiusX, radiusY, [=](Pixel& pixel, float nearness, int x, int y) {
+        // With eight more bits, whose end is dithered away: faint glows would show rings.
+        const auto amount = static_cast<unsigned int>(nearness * nearness * 4096.0f);
+        const unsigned int offset = getDither(x, y) * 256;
+        pixel = addLight(pixel, ((light >> 16 & 255) * amount + offset) >> 12 << 16 |
+                                    ((light >> 8 & 255) * amount + offset) >> 12 << 8 |
+                                    ((light & 255) * amount + offset) >> 12);
+    });
+}
+
+void addPuff(qor::Image& image, TPoint center, float radius, Pixel pixel, unsigned int amount)
+{
+    forEllipse(image, center, radius, radius, [=](Pixel& under, float nearness, int, int) {
+        under = blend(under, pixel,
+                      static_cast<unsigned int>(nearness * static_cast<float>(amount)));
+    });
+}
+
+void fillDisc(qor::Image& image, TPoint center, float radius, Pixel pixel, unsigned int amount)
+{
+    forEllipse(image, center, radius, radius, [=](Pixel& under, float nearness, int, int) {
+        const float edge = std::min(nearness * radius * 0.5f, 1.0f);
+        under = blend(under, pixel, static_cast<unsigned int>(edge * static_cast<float>(amount)));
+    });
+}
+
+qor::Image resize(const qor::Image& image, int width, int height, bool isMirrored)
+{
+    qor::Image resized(static_cast<unsigned long>(width), static_cast<unsigned long>(height));
+    constexpr int SAMPLES = 4;
+    const int oldWidth = image.getWidth(), oldHeight = image.getHeight();
+    for (int i = 0; i < width * height; ++i) {
+        const int column = isMirrored ? width - 1 - i % width : i % width, row = i / width;
+        unsigned int sums[4] = {}; // alpha, and the channels multiplied by it
+        for (int k = 0; k < SAMPLES * SAMPLES; ++k) {
+            const int x = (column * SAMPLES + k % SAMPLES) * oldWidth / (width * SAMPLES);
+            const int y = (row * SAMPLES + k / SAMPLES) * oldHeight / (height * SAMPLES);
+            const Pixel pixel = image.getData()[y * oldWidth + x];
+            const unsigned int alpha = pixel >> 24;
+            sums[0] += alpha;
+            sums[1] += alpha * (pixel >> 16 & 255);
+            sums[2] += alpha * (pixel >> 8 & 255);
+            sums[3] += alpha * (pixel & 255);
+        }
+        const unsigned int weight = std::max(sums[0], 1u);
+        resized.getData()[i] = sums[0] / (SAMPLES * SAMPLES) << 24 | sums[1] / weight << 16 |
+                               sums[2] / weight << 8 | sums[3] / weight;
+    }
+    return resized;
+}
+
+void drawIcon(qor::Image& image, const qor::Image& icon, int x, int y, int step, int alphaLevel)
+{
+    // Row by row: a transfer of all rows at once would leave gaps between them.
+    for (int row = 0; row + step <= icon.getHeight(); row += step) {
+        const int width = icon.getWidth() / step * step;
+        image.blit(icon, qor::Rectangle(0, row, width, row + step), x, y + row / step, alphaLevel,
+                   255, step);
+    }
+}

@@ -1,0 +1,140 @@
+#include "Water.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+#include <qor/Math.h>
+
+namespace
+{
+
+constexpr std::array<float, Water::BAND_COUNT + 1> BAND_TOPS = {0.0f,  0.10f, 0.25f,
+                                                                0.47f, 0.76f, 1.3f};
+
+/// Returns a phase as a part of 2 to the power of 32, so that it wraps at a full turn.
+unsigned int toPhase(float turns)
+{
+    return static_cast<unsigned int>(fraction(turns) * 4294967040.0f);
+}
+
+float getBandRow(const TView& view, int band)
+{
+    return static_cast<float>(view.horizon) +
+           BAND_TOPS[static_cast<std::size_t>(band)] *
+               static_cast<float>(view.height - view.horizon);
+}
+
+float getAmplitude(const TView& view, int band)
+{
+    return band == 0 ? 0.0f : view.scaled(0.8f + 1.5f * static_cast<float>(band));
+}
+
+} // namespace
+
+Water::Water() : m_Waves()
+{
+    for (unsigned int i = 0; i < WAVE_COUNT; ++i) {
+        m_Waves[i] = static_cast<int>(128.0f * sine(static_cast<float>(i) / WAVE_COUNT));
+    }
+}
+
+void Water::mirror(const qor::Image& frame, const TView& view)
+{
+    if (m_Mirror.getWidth() != view.width || m_Mirror.getHeight() != view.horizon) {
+        m_Mirror.create(static_cast<unsigned long>(view.width),
+                        static_cast<unsigned long>(view.horizon));
+    }
+    m_Mirror.blit(frame, m_Mirror.getSize(), 0, 0);
+}
+
+float Water::getCrest(const TView& view, int band, float x)
+{
+    if (band >= BAND_COUNT) {
+        return static_cast<float>(view.height) + view.scaled(40.0f);
+    }
+    const auto number = static_cast<float>(band);
+    const float length = view.scaled(90.0f + 55.0f * number);
+    const float place = (x + view.pan * (0.5f + 0.15f * number)) / length;
+    const float direction = band % 2 == 0 ? 1.0f : -1.0f;
+    const float wave = sine(place + direction * view.seconds * 0.12f + 0.3f * number) +
+                       0.6f * sine(place * 0.37f - direction * view.seconds * 0.09f);
+    return getBandRow(view, band) + getAmplitude(view, band) * wave;
+}
+
+void Water::drawBand(qor::Image& frame, const TView& view, int band) const
+{
+    std::vector<float> crests(static_cast<std::size_t>(view.width));
+    for (int x = 0; x < view.width; ++x) {
+        crests[static_cast<std::size_t>(x)] = getCrest(view, band, static_cast<float>(x));
+    }
+    const float top = getBandRow(view, band) - 2.0f * getAmplitude(view, band);
+    const float bottom = band + 1 == BAND_COUNT
+                             ? static_cast<float>(view.height)
+                             : getBandRow(view, band + 1) + 2.0f * getAmplitude(view, band + 1);
+    const int last = std::min(static_cast<int>(bottom) + 1, view.height);
+    for (int y = std::max(static_cast<int>(top), view.horizon); y < last; ++y) {
+        drawRow(frame, view, y, crests.data());
+    }
+}
+
+void Water::drawRow(qor::Image& frame, const TView& view, int y, const float* crests) const
+{
+    const TLight& light = view.light;
+    const float depth = static_cast<float>(y - view.horizon) /
+                        static_cast<float>(view.height - view.horizon);
+    const float distance = 1.0f / (depth + 0.07f);
+    // Three waves cross each row; they are longer, and stronger, the nearer the row is.
+    const float middle = static_cast<float>(view.width) / 2.0f - view.pan;
+    unsigned int phases[3], steps[3];
+    constexpr float LENGTHS[3] = {310.0f, 190.0f, 97.0f}, SPEEDS[3] = {0.21f, -0.28f, 0.43f},
+                    DEPTHS[3] = {3.1f, 4.7f, 7.9f};
+    for (int i = 0; i < 3; ++i) {
+        const float step = distance / view.scaled(LENGTHS[i]);
+        phases[i] = toPhase(view.seconds * SPEEDS[i] + distance * DEPTHS[i] - middle * step);
+        steps[i] = toPhase(step);
+    }
+    const auto ripple = static_cast<int>(view.scaled(2.0f + 34.0f * depth) * 0.7f * 128.0f);
+    const int mirrored = std::clamp(
+        view.horizon - 1 - (y - view.horizon) * 92 / 100, 0, view.horizon - 1);
+    const auto deepness = static_cast<unsigned int>(60.0f + 120.0f * depth);
+    const Pixel deep = illuminate(blend(0xFF1C6E8C, 0xFF0A3E5C, static_cast<unsigned int>(depth * 256.0f)), light.ambient);
+    // The path of light below the sun or moon.
+    const float pathWidth = view.scaled(24.0f + 200.0f * depth);
+    const float pathCenter = light.lampX * static_cast<float>(view.width);
+    const float strength = qor::Math::saturate(light.lampHeight * 6.0f + 0.3f) *
+                           (light.isMoon ? 0.6f : 1.0f);
+    const Pixel lamp = toPixel(mix(light.lamp, makeColor(0xFFFFF4), 0.35f));
+    const Pixel haze = toPixel(light.horizon);
+    const float row = static_cast<float>(y);
+    Pixel* const target = frame.getData() + static_cast<std::ptrdiff_t>(y) * view.width;
+    for (int x = 0; x < view.width; ++x) {
+        const int wave = getWave(phases[0]) + getWave(phases[1]) + getWave(phases[2]);
+        for (int i = 0; i < 3; ++i) {
+            phases[i] += steps[i];
+        }
+        const float below = row + 1.0f - crests[x];
+        if (below <= 0.0f) {
+            continue;
+        }
+        const int shift = wave * ripple >> 15;
+        const int sourceY = std::clamp(mirrored + shift, 0, view.horizon - 1);
+        const int sourceX = std::clamp(x + (shift >> 1), 0, view.width - 1);
+        Pixel pixel = m_Mirror.getData()[static_cast<std::ptrdiff_t>(sourceY) * view.width + sourceX];
+        pixel = blend(pixel, deep, deepness + static_cast<unsigned int>((128 * 3 - wave) >> 4));
+        const float aside = (static_cast<float>(x) - pathCenter) / pathWidth;
+        const float glitter = 1.0f - aside * aside;
+        if (wave > 150 && glitter > 0.0f) {
+            const float amount = glitter * strength * static_cast<float>(wave - 150) * 1.1f;
+            pixel = addLight(pixel, dim(lamp, static_cast<unsigned int>(amount)));
+        } else if (wave > 215) {
+            pixel = addLight(pixel, dim(haze, static_cast<unsigned int>(wave - 215) / 3));
+        }
+        const float crest = view.scaled(14.0f) * (0.3f + depth);
+        if (below < crest && depth > 0.05f) {
+            const float edge = 1.0f - below / crest;
+            pixel = blend(pixel, haze, static_cast<unsigned int>(edge * edge * 90.0f));
+        }
+        target[x] = below < 1.0f ? blend(target[x], pixel, static_cast<unsigned int>(below * 256.0f)) : pixel;
+    }
+}
