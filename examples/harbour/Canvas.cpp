@@ -20,13 +20,13 @@ qor::Rectangle getBounds(TPoint center, float radiusX, float radiusY)
 }
 
 /// Adds the part of each pixel that lies between the crossings of a line with a polygon.
-void coverRow(const std::vector<TPoint>& points, float y, std::vector<float>& covered)
+void coverRow(const std::vector<TPoint>& points, float y, float start, std::vector<float>& covered)
 {
     std::vector<float> crossings;
     for (std::size_t i = 0; i < points.size(); ++i) {
         const TPoint a = points[i], b = points[(i + 1) % points.size()];
         if ((a.y <= y) != (b.y <= y)) {
-            crossings.push_back(a.x + (y - a.y) * (b.x - a.x) / (b.y - a.y));
+            crossings.push_back(a.x + (y - a.y) * (b.x - a.x) / (b.y - a.y) - start);
         }
     }
     std::sort(crossings.begin(), crossings.end());
@@ -35,18 +35,28 @@ void coverRow(const std::vector<TPoint>& points, float y, std::vector<float>& co
         const float left = std::clamp(crossings[i], 0.0f, width);
         const float right = std::clamp(crossings[i + 1], 0.0f, width);
         for (auto x = static_cast<std::size_t>(left); static_cast<float>(x) < right; ++x) {
-            const auto start = static_cast<float>(x);
-            covered[x] += std::min(right, start + 1.0f) - std::max(left, start);
+            const auto edge = static_cast<float>(x);
+            covered[x] += std::min(right, edge + 1.0f) - std::max(left, edge);
         }
     }
+}
+
+/// Returns a light times a strength from 0 to 1, rounded up or down by the place of the pixel:
+/// faint glows would show rings.
+Pixel dither(Pixel light, float strength, int x, int y)
+{
+    const auto amount = static_cast<unsigned int>(strength * 4096.0f);
+    const unsigned int offset = getDither(x, y) * 256;
+    return ((light >> 16 & 255) * amount + offset) >> 12 << 16 |
+           ((light >> 8 & 255) * amount + offset) >> 12 << 8 |
+           ((light & 255) * amount + offset) >> 12;
 }
 
 /// Calls draw(pixel, nearness, x, y) for the pixels in an ellipse; nearness is 1 at its center.
 template<class TDraw>
 void forEllipse(qor::Image& image, TPoint center, float radiusX, float radiusY, TDraw draw)
 {
-    const qor::Rectangle area =
-        image.getSize().intersect(getBounds(center, radiusX, radiusY));
+    const qor::Rectangle area = image.getSize().intersect(getBounds(center, radiusX, radiusY));
     for (int y = area.getTop(); y < area.getBottom(); ++y) {
         const float dy = (static_cast<float>(y) + 0.5f - center.y) / radiusY;
         Pixel* const row = getRow(image, y);
@@ -77,26 +87,55 @@ void fillPolygon(qor::Image& image, const std::vector<TPoint>& points, Pixel pix
                  unsigned int amount)
 {
     constexpr int SUBROWS = 4;
-    float top = points[0].y, bottom = top;
+    float left = points[0].x, right = left, top = points[0].y, bottom = top;
     for (const TPoint& point : points) {
+        left = std::min(left, point.x);
+        right = std::max(right, point.x);
         top = std::min(top, point.y);
         bottom = std::max(bottom, point.y);
     }
-    const int last = static_cast<int>(
-        std::clamp(std::ceil(bottom), 0.0f, static_cast<float>(image.getHeight())));
-    std::vector<float> covered(static_cast<std::size_t>(std::max(image.getWidth(), 0)));
-    for (int y = static_cast<int>(std::max(std::floor(top), 0.0f)); y < last; ++y) {
+    const TPoint center = {(left + right) / 2.0f, (top + bottom) / 2.0f};
+    const qor::Rectangle area =
+        image.getSize().intersect(getBounds(center, (right - left) / 2.0f, (bottom - top) / 2.0f));
+    if (area.empty()) {
+        return;
+    }
+    std::vector<float> covered(static_cast<std::size_t>(area.getWidth()));
+    for (int y = area.getTop(); y < area.getBottom(); ++y) {
         std::fill(covered.begin(), covered.end(), 0.0f);
         for (int i = 0; i < SUBROWS; ++i) {
-            coverRow(points, static_cast<float>(y) + (static_cast<float>(i) + 0.5f) / SUBROWS,
+            const float subrow = (static_cast<float>(i) + 0.5f) / SUBROWS;
+            coverRow(points, static_cast<float>(y) + subrow, static_cast<float>(area.getLeft()),
                      covered);
         }
-        Pixel* const row = getRow(image, y);
+        Pixel* const row = getRow(image, y) + area.getLeft();
         for (std::size_t x = 0; x < covered.size(); ++x) {
-            if (covered[x] > 0.0f) {
-                const float part = std::min(covered[x] / SUBROWS, 1.0f);
-                row[x] = blend(row[x], pixel,
-                               static_cast<unsigned int>(part * static_cast<float>(amount)));
+            const float part = std::min(covered[x] / SUBROWS, 1.0f);
+            row[x] =
+                blend(row[x], pixel, static_cast<unsigned int>(part * static_cast<float>(amount)));
+        }
+    }
+}
+
+void addBeam(qor::Image& image, TPoint lamp, TPoint end, float width, Pixel light)
+{
+    const float dx = end.x - lamp.x, dy = end.y - lamp.y;
+    const float square = std::max(dx * dx + dy * dy, 1.0f);
+    const TPoint middle = {(lamp.x + end.x) / 2.0f, (lamp.y + end.y) / 2.0f};
+    const qor::Rectangle area = image.getSize().intersect(
+        getBounds(middle, std::fabs(dx) / 2.0f + width, std::fabs(dy) / 2.0f + width));
+    for (int y = area.getTop(); y < area.getBottom(); ++y) {
+        Pixel* const row = getRow(image, y);
+        const float py = static_cast<float>(y) + 0.5f - lamp.y;
+        for (int x = area.getLeft(); x < area.getRight(); ++x) {
+            const float px = static_cast<float>(x) + 0.5f - lamp.x;
+            const float along = (px * dx + py * dy) / square;
+            const float across = (px * dy - py * dx) / square;
+            const float half = width / std::sqrt(square) * (0.05f + along);
+            const float inside = 1.0f - across * across / (half * half);
+            if (along > 0.0f && along < 1.0f && inside > 0.0f) {
+                const float strength = inside * (1.0f - along) * (1.0f - along);
+                row[x] = addLight(row[x], dither(light, strength, x, y));
             }
         }
     }
@@ -105,20 +144,15 @@ void fillPolygon(qor::Image& image, const std::vector<TPoint>& points, Pixel pix
 void addGlow(qor::Image& image, TPoint center, float radiusX, float radiusY, Pixel light)
 {
     forEllipse(image, center, radiusX, radiusY, [=](Pixel& pixel, float nearness, int x, int y) {
-        // With eight more bits, whose end is dithered away: faint glows would show rings.
-        const auto amount = static_cast<unsigned int>(nearness * nearness * 4096.0f);
-        const unsigned int offset = getDither(x, y) * 256;
-        pixel = addLight(pixel, ((light >> 16 & 255) * amount + offset) >> 12 << 16 |
-                                    ((light >> 8 & 255) * amount + offset) >> 12 << 8 |
-                                    ((light & 255) * amount + offset) >> 12);
+        pixel = addLight(pixel, dither(light, nearness * nearness, x, y));
     });
 }
 
 void addPuff(qor::Image& image, TPoint center, float radius, Pixel pixel, unsigned int amount)
 {
     forEllipse(image, center, radius, radius, [=](Pixel& under, float nearness, int, int) {
-        under = blend(under, pixel,
-                      static_cast<unsigned int>(nearness * static_cast<float>(amount)));
+        under =
+            blend(under, pixel, static_cast<unsigned int>(nearness * static_cast<float>(amount)));
     });
 }
 

@@ -21,6 +21,10 @@ void fillPolygon(qor::Image& image, const std::vector<TPoint>& points, Pixel pix
 /// Adds light that fades from a center to the edge of an ellipse.
 void addGlow(qor::Image& image, TPoint center, float radiusX, float radiusY, Pixel light);
 
+/// Adds light that widens and fades from a lamp to its end.
+/// @param width half the width at the end
+void addBeam(qor::Image& image, TPoint lamp, TPoint end, float width, Pixel light);
+
 /// Blends a soft disc over the image.
 void addPuff(qor::Image& image, TPoint center, float radius, Pixel pixel, unsigned int amount);
 

@@ -24,7 +24,8 @@ float getCloudNoise(unsigned int x, unsigned int y)
         float v = static_cast<float>(y % size) / static_cast<float>(size);
         u *= u * (3.0f - 2.0f * u);
         v *= v * (3.0f - 2.0f * v);
-        sum += weight * mix(mix(corner(0, 0), corner(1, 0), u), mix(corner(0, 1), corner(1, 1), u), v);
+        sum +=
+            weight * mix(mix(corner(0, 0), corner(1, 0), u), mix(corner(0, 1), corner(1, 1), u), v);
         weight *= 0.52f;
     }
     return sum;
@@ -34,7 +35,8 @@ void drawGradient(qor::Image& frame, const TView& view)
 {
     for (int y = 0; y <= view.horizon; ++y) {
         const float t = static_cast<float>(y) / static_cast<float>(view.horizon);
-        const TColor color = mix(view.light.zenith, view.light.horizon, t * (0.35f + 0.65f * t * t));
+        const TColor color =
+            mix(view.light.zenith, view.light.horizon, t * (0.35f + 0.65f * t * t));
         Pixel pattern[4];
         for (int x = 0; x < 4; ++x) {
             TColor dithered = color;
@@ -74,8 +76,8 @@ void drawLamp(qor::Image& frame, const TView& view)
                            static_cast<float>(view.horizon) * (1.0f - 0.8f * light.lampHeight)};
     const Pixel color = toPixel(light.lamp);
     const float radius = view.scaled(light.isMoon ? 22.0f : 30.0f);
-    addGlow(frame, center, radius * 11.0f, radius * 9.0f, dim(color, light.isMoon ? 40 : 120));
-    addGlow(frame, center, radius * 3.2f, radius * 3.2f, dim(color, light.isMoon ? 60 : 150));
+    addGlow(frame, center, radius * 10.0f, radius * 8.0f, dim(color, light.isMoon ? 40 : 90));
+    addGlow(frame, center, radius * 3.0f, radius * 3.0f, dim(color, light.isMoon ? 60 : 110));
     fillDisc(frame, center, radius, light.isMoon ? 0xF0F2FA : blend(color, 0xFFFFF0, 150), 256);
     for (unsigned int i = 0; i < 7 && light.isMoon; ++i) {
         const TPoint crater = {center.x + radius * (noise(i + 70) - 0.5f) * 1.15f,
@@ -120,22 +122,22 @@ unsigned int Sky::getDensity(unsigned int u, unsigned int v) const
 /// Draws a layer of clouds in perspective: rows near the horizon are far away.
 void Sky::drawClouds(qor::Image& frame, const TView& view) const
 {
-    constexpr unsigned int THRESHOLD = 128u << 8;
+    constexpr unsigned int THRESHOLD = 124u << 8;
     const Pixel bright = toPixel(view.light.cloud);
     const Pixel dark = toPixel(mix(view.light.cloud, view.light.zenith, 0.55f));
     const auto height = static_cast<float>(view.horizon);
     for (int y = 0; y < view.horizon; ++y) {
         const float elevation = (height - static_cast<float>(y)) / height;
         const float distance = 1.0f / (elevation + 0.16f);
-        const float step = distance * 20.0f / view.scaled(720.0f);
-        const float left = view.seconds * 0.55f + view.pan * 0.02f -
-                           step * static_cast<float>(view.width) / 2.0f;
-        const auto v = static_cast<unsigned int>((distance * 15.0f + 3.0f) * 65536.0f);
+        const float step = distance * 46.0f / view.scaled(720.0f);
+        const float left =
+            view.seconds * 0.8f + view.pan * 0.02f - step * static_cast<float>(view.width) / 2.0f;
+        const auto v = static_cast<unsigned int>((distance * 34.0f + 3.0f) * 65536.0f);
         auto u = static_cast<unsigned int>(fraction(left / 256.0f) * 16777216.0f);
         const auto du = static_cast<unsigned int>(step * 65536.0f);
         // Clouds fade in the haze of the horizon.
-        const auto fade = static_cast<unsigned int>(
-            qor::Math::saturate(elevation * 5.0f) * (view.light.isMoon ? 150.0f : 240.0f));
+        const auto fade = static_cast<unsigned int>(qor::Math::saturate(elevation * 5.0f) *
+                                                    (view.light.isMoon ? 120.0f : 240.0f));
         Pixel* const row = frame.getData() + static_cast<std::ptrdiff_t>(y) * view.width;
         for (int x = 0; x < view.width; ++x, u += du) {
             const unsigned int density = getDensity(u, v);
@@ -160,7 +162,8 @@ void Sky::drawGulls(qor::Image& frame, const TView& view) const
     }
     for (unsigned int i = 0; i < COUNT && view.light.night < 0.9f && lit.getData(); ++i) {
         const float way = view.seconds * (0.012f + 0.008f * noise(i + 300)) + noise(i + 310);
-        const auto x = static_cast<int>((1.3f * fraction(way) - 0.15f) * static_cast<float>(view.width));
+        const auto x =
+            static_cast<int>((1.3f * fraction(way) - 0.15f) * static_cast<float>(view.width));
         const float height = 0.45f + 0.4f * noise(i + 320) + 0.06f * sine(way * 9.0f);
         const float flap = fraction(view.seconds * 1.4f + noise(i + 330)) * 4.0f;
         const bool glides = sine(view.seconds * 0.11f + noise(i + 340)) > 0.2f;
@@ -169,7 +172,6 @@ void Sky::drawGulls(qor::Image& frame, const TView& view) const
         qor::Image gull(SIZE, static_cast<unsigned long>(lit.getHeight()));
         gull.blit(lit, qor::Rectangle(left, 0, left + SIZE, lit.getHeight()), 0, 0);
         drawIcon(frame, gull, x, static_cast<int>(height * static_cast<float>(view.horizon)),
-                 1 + static_cast<int>(i % 2) + (view.scale < 0.6f ? 1 : 0),
-                 qor::Image::AL_CKBLACK);
+                 1 + static_cast<int>(i % 2) + (view.scale < 0.6f ? 1 : 0), qor::Image::AL_CKBLACK);
     }
 }

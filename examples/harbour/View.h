@@ -5,9 +5,9 @@
 /// The light of an hour of the day.
 struct TLight {
     TColor zenith, horizon, cloud;
-    TColor lamp;   ///< the sun or, at night, the moon
-    Pixel ambient; ///< multiplies the color of all that has no light of its own
-    float night;   ///< 0 by day, 1 when stars and lamps have their full strength
+    TColor lamp;             ///< the sun or, at night, the moon
+    Pixel ambient;           ///< multiplies the color of all that has no light of its own
+    float night;             ///< 0 by day, 1 when stars and lamps have their full strength
     float lampX, lampHeight; ///< 0 to 1 from left to right, and above the horizon
     bool isMoon;
 };

@@ -20,9 +20,8 @@ unsigned int toPhase(float turns)
 
 float getBandRow(const TView& view, int band)
 {
-    return static_cast<float>(view.horizon) +
-           BAND_TOPS[static_cast<std::size_t>(band)] *
-               static_cast<float>(view.height - view.horizon);
+    return static_cast<float>(view.horizon) + BAND_TOPS[static_cast<std::size_t>(band)] *
+                                                  static_cast<float>(view.height - view.horizon);
 }
 
 float getAmplitude(const TView& view, int band)
@@ -81,29 +80,30 @@ void Water::drawBand(qor::Image& frame, const TView& view, int band) const
 void Water::drawRow(qor::Image& frame, const TView& view, int y, const float* crests) const
 {
     const TLight& light = view.light;
-    const float depth = static_cast<float>(y - view.horizon) /
-                        static_cast<float>(view.height - view.horizon);
-    const float distance = 1.0f / (depth + 0.07f);
+    const float depth =
+        static_cast<float>(y - view.horizon) / static_cast<float>(view.height - view.horizon);
+    const float distance = 1.0f / (depth + 0.18f);
     // Three waves cross each row; they are longer, and stronger, the nearer the row is.
     const float middle = static_cast<float>(view.width) / 2.0f - view.pan;
     unsigned int phases[3], steps[3];
-    constexpr float LENGTHS[3] = {310.0f, 190.0f, 97.0f}, SPEEDS[3] = {0.21f, -0.28f, 0.43f},
-                    DEPTHS[3] = {3.1f, 4.7f, 7.9f};
+    constexpr float LENGTHS[3] = {230.0f, -171.0f, 87.0f}, SPEEDS[3] = {0.21f, -0.28f, 0.43f},
+                    DEPTHS[3] = {14.3f, 19.7f, 30.1f};
     for (int i = 0; i < 3; ++i) {
         const float step = distance / view.scaled(LENGTHS[i]);
         phases[i] = toPhase(view.seconds * SPEEDS[i] + distance * DEPTHS[i] - middle * step);
         steps[i] = toPhase(step);
     }
     const auto ripple = static_cast<int>(view.scaled(2.0f + 34.0f * depth) * 0.7f * 128.0f);
-    const int mirrored = std::clamp(
-        view.horizon - 1 - (y - view.horizon) * 92 / 100, 0, view.horizon - 1);
+    const int mirrored =
+        std::clamp(view.horizon - 1 - (y - view.horizon) * 92 / 100, 0, view.horizon - 1);
     const auto deepness = static_cast<unsigned int>(60.0f + 120.0f * depth);
-    const Pixel deep = illuminate(blend(0xFF1C6E8C, 0xFF0A3E5C, static_cast<unsigned int>(depth * 256.0f)), light.ambient);
+    const Pixel deep = illuminate(
+        blend(0xFF1C6E8C, 0xFF0A3E5C, static_cast<unsigned int>(depth * 256.0f)), light.ambient);
     // The path of light below the sun or moon.
     const float pathWidth = view.scaled(24.0f + 200.0f * depth);
     const float pathCenter = light.lampX * static_cast<float>(view.width);
-    const float strength = qor::Math::saturate(light.lampHeight * 6.0f + 0.3f) *
-                           (light.isMoon ? 0.6f : 1.0f);
+    const float strength =
+        qor::Math::saturate(light.lampHeight * 6.0f + 0.3f) * (light.isMoon ? 0.6f : 1.0f);
     const Pixel lamp = toPixel(mix(light.lamp, makeColor(0xFFFFF4), 0.35f));
     const Pixel haze = toPixel(light.horizon);
     const float row = static_cast<float>(y);
@@ -120,7 +120,8 @@ void Water::drawRow(qor::Image& frame, const TView& view, int y, const float* cr
         const int shift = wave * ripple >> 15;
         const int sourceY = std::clamp(mirrored + shift, 0, view.horizon - 1);
         const int sourceX = std::clamp(x + (shift >> 1), 0, view.width - 1);
-        Pixel pixel = m_Mirror.getData()[static_cast<std::ptrdiff_t>(sourceY) * view.width + sourceX];
+        Pixel pixel =
+            m_Mirror.getData()[static_cast<std::ptrdiff_t>(sourceY) * view.width + sourceX];
         pixel = blend(pixel, deep, deepness + static_cast<unsigned int>((128 * 3 - wave) >> 4));
         const float aside = (static_cast<float>(x) - pathCenter) / pathWidth;
         const float glitter = 1.0f - aside * aside;
@@ -135,6 +136,8 @@ void Water::drawRow(qor::Image& frame, const TView& view, int y, const float* cr
             const float edge = 1.0f - below / crest;
             pixel = blend(pixel, haze, static_cast<unsigned int>(edge * edge * 90.0f));
         }
-        target[x] = below < 1.0f ? blend(target[x], pixel, static_cast<unsigned int>(below * 256.0f)) : pixel;
+        target[x] = below < 1.0f
+                        ? blend(target[x], pixel, static_cast<unsigned int>(below * 256.0f))
+                        : pixel;
     }
 }
