@@ -5,7 +5,7 @@
 
 #include <qor/CRC32.h>
 
-#include "Pixel.h"
+#include "shared/Pixel.h"
 #include "shared/Text.h"
 
 const std::vector<std::string> Scene::KINDS = {"schooner", "steamer", "trawler", "sloop"};
@@ -64,11 +64,11 @@ bool Scene::readRoute(const qor::XMLElement& element, TError& error)
 
 bool Scene::readShip(const qor::XMLElement& element, TError& error)
 {
-    TShip ship = {element.getValue("name", ""),
-                  element.getValue("kind", ""),
-                  {},
-                  element.getValueAsFloat("speed", 0),
-                  element.getValueAsFloat("start", 0)};
+    TShip ship = {};
+    ship.name = element.getValue("name", "");
+    ship.kind = element.getValue("kind", "");
+    ship.speed = element.getValueAsFloat("speed", 0.0f);
+    ship.start = element.getValueAsFloat("start", 0.0f);
     const std::string routeName = element.getValue("route", "");
     const auto route = std::find_if(m_Routes.begin(), m_Routes.end(), [&](const TRoute& candidate) {
         return candidate.name == routeName;

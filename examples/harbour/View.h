@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Canvas.h"
+#include "shared/Canvas.h"
 
 /// The light of an hour of the day.
 struct TLight {

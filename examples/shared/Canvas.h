@@ -4,7 +4,7 @@
 
 #include <qor/Image.h>
 
-#include "Pixel.h"
+#include "shared/Pixel.h"
 
 /// Drawing into an image. Everything is clipped to it; amounts reach from 0 to 256.
 

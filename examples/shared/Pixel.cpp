@@ -1,4 +1,4 @@
-#include "Pixel.h"
+#include "shared/Pixel.h"
 
 TColor makeColor(Pixel pixel)
 {

@@ -1,4 +1,4 @@
-#include "Canvas.h"
+#include "shared/Canvas.h"
 
 #include <algorithm>
 #include <cstddef>

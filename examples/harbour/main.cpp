@@ -1,0 +1,140 @@
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include <qor/File.h>
+#include <qor/Log.h>
+#include <qor/StringUtil.h>
+
+#include "Harbour.h"
+#include "Window.h"
+
+namespace
+{
+
+constexpr int BAD_USAGE = 2;
+constexpr const char* USAGE =
+    "Usage: qorharbour [--frames N] [--time HOUR] [--screenshot FILE] [--run COMMAND]... "
+    "[SCENE.xml]\n"
+    "Watch the ships of a harbour. F1 opens the console; its command 'help' lists all commands.\n"
+    "  --frames N         run N frames by a fixed step, without the user's files, and end\n"
+    "  --time HOUR        begin at an hour of the day, from 0 to 24\n"
+    "  --screenshot FILE  write the last frame to a TGA file and print its checksums\n"
+    "  --run COMMAND      run a command of the console first\n"
+    "  --art DIRECTORY    where the pictures are\n"
+    "  --help             print this text\n";
+
+struct TArguments {
+    bool isValid = true, wantsHelp = false;
+    int frameCount = 0;
+    float hour = -1.0f;
+    std::string screenshot, scene, art = QORHARBOUR_ART;
+    std::vector<std::string> commands;
+};
+
+TArguments readArguments(int count, char** values)
+{
+    TArguments arguments;
+    for (int i = 1; i < count; ++i) {
+        const std::string name = values[i], value = i + 1 < count ? values[i + 1] : "";
+        if (name == "--help") {
+            arguments.wantsHelp = true;
+        } else if (name.empty() || name.front() != '-') {
+            arguments.isValid = arguments.isValid && arguments.scene.empty();
+            arguments.scene = name;
+        } else if (++i >= count) {
+            arguments.isValid = false;
+        } else if (name == "--frames") {
+            arguments.frameCount = qor::StringUtil::stringToInt(value);
+            arguments.isValid = arguments.isValid && arguments.frameCount > 0;
+        } else if (name == "--time") {
+            arguments.hour = qor::StringUtil::stringToFloat(value);
+            arguments.isValid =
+                arguments.isValid && arguments.hour >= 0.0f && arguments.hour < 24.0f;
+        } else if (name == "--screenshot") {
+            arguments.screenshot = value;
+        } else if (name == "--art") {
+            arguments.art = value;
+        } else if (name == "--run") {
+            arguments.commands.push_back(value);
+        } else {
+            arguments.isValid = false;
+        }
+    }
+    return arguments;
+}
+
+/// Loads the scene that was asked for, else the user's own, else the one of the program.
+void loadScene(Harbour& harbour, const TArguments& arguments, const std::string& userDirectory)
+{
+    const std::string ownFile =
+        userDirectory.empty() ? "" : qor::File::filePath(userDirectory, "scene.xml");
+    if (!arguments.scene.empty()) {
+        harbour.load(arguments.scene, arguments.scene);
+        harbour.waitForScene();
+    } else if (!ownFile.empty() && qor::File::fileExists(ownFile)) {
+        harbour.load(ownFile, ownFile);
+        harbour.waitForScene();
+    }
+    if (harbour.getScene().getRoutes().empty()) {
+        harbour.load(qor::File::filePath(arguments.art, "scene.xml"), ownFile);
+    }
+}
+
+int runHarbour(const TArguments& arguments)
+{
+    Harbour harbour(arguments.art);
+    std::string userDirectory;
+    bool keepsSettings = false;
+    if (arguments.frameCount == 0) {
+        userDirectory = qor::File::getUserDataDirectory("qorharbour", true);
+        if (!userDirectory.empty()) {
+            qor::Log::open(qor::File::filePath(userDirectory, "qorharbour.log").c_str(), true);
+            keepsSettings =
+                harbour.getSettings().load(qor::File::filePath(userDirectory, "settings.xml")) ||
+                harbour.fail("Cannot read the settings; they will not be saved");
+        }
+    }
+    // The rate would show in the picture, which is to be the same each time.
+    harbour.getSettings().getTable().setBoolean("show/rate", arguments.frameCount == 0 && harbour.getSettings().getTable().getBoolean("show/rate"));
+    Window window(harbour);
+    loadScene(harbour, arguments, userDirectory);
+    if (arguments.frameCount > 0 || arguments.hour >= 0.0f || !arguments.commands.empty()) {
+        harbour.waitForScene();
+    }
+    if (arguments.hour >= 0.0f) {
+        harbour.setHour(arguments.hour);
+    }
+    for (const std::string& command : arguments.commands) {
+        harbour.runLine(command);
+    }
+    if (arguments.frameCount > 0) {
+        window.run(arguments.frameCount);
+    } else {
+        window.run();
+    }
+    if (keepsSettings) {
+        harbour.getSettings().save();
+    }
+    if (!arguments.screenshot.empty() && !harbour.takeScreenshot(arguments.screenshot)) {
+        return EXIT_FAILURE;
+    }
+    return EXIT_SUCCESS;
+}
+
+} // namespace
+
+int main(int argumentCount, char** argumentValues)
+try {
+    const TArguments arguments = readArguments(argumentCount, argumentValues);
+    if (!arguments.isValid || arguments.wantsHelp) {
+        (arguments.isValid ? std::cout : std::cerr) << USAGE;
+        return arguments.isValid ? EXIT_SUCCESS : BAD_USAGE;
+    }
+    return runHarbour(arguments);
+} catch (const std::exception& exception) {
+    std::cerr << "qorharbour: " << exception.what() << '\n';
+    return EXIT_FAILURE;
+}
