@@ -13,6 +13,8 @@ namespace
 
 constexpr std::array<float, Scene::LANE_COUNT> LANE_SIZES = {0.52f, 0.75f, 1.1f, 1.65f};
 
+constexpr int ICON_HEIGHT = 44;
+
 } // namespace
 
 Fleet::Fleet(const std::string& artDirectory)
@@ -22,7 +24,11 @@ Fleet::Fleet(const std::string& artDirectory)
         const int result = m_Pictures[kind].loadTGA(file.c_str());
         if (result < 0) {
             qor::Log::error("Cannot load the picture '%s': code %d", file.c_str(), result);
+            continue;
         }
+        const qor::Image& picture = m_Pictures[kind];
+        m_Icons[kind] = resize(picture, picture.getWidth() * ICON_HEIGHT / picture.getHeight(),
+                               ICON_HEIGHT, false);
     }
 }
 
@@ -46,7 +52,7 @@ const qor::Image& Fleet::getSized(const TView& view, const TShip& ship, const TP
         m_Scale = view.scale;
     }
     qor::Image& sized = m_Sized[{ship.kind, ship.route.lane, place.isLeftward}];
-    const qor::Image& picture = getPicture(ship.kind);
+    const qor::Image& picture = m_Pictures.at(ship.kind);
     if (!sized.getData() && picture.getData()) {
         const auto scaled = [&](int length) {
             return std::max(static_cast<int>(static_cast<float>(length) * place.size), 1);
@@ -203,6 +209,6 @@ void Fleet::drawLamps(qor::Image& frame, const TView& view, const TShip& ship,
 TPoint Fleet::getTop(const TView& view, const TShip& ship) const
 {
     const TPlace place = getPlace(view, ship);
-    const auto height = static_cast<float>(getPicture(ship.kind).getHeight());
+    const auto height = static_cast<float>(m_Pictures.at(ship.kind).getHeight());
     return {place.x, place.waterline - place.size * height * 0.94f};
 }

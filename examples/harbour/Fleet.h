@@ -24,7 +24,8 @@ public:
     /// Returns the point above a ship's masts where its name stands.
     TPoint getTop(const TView& view, const TShip& ship) const;
 
-    const qor::Image& getPicture(const std::string& kind) const { return m_Pictures.at(kind); }
+    /// Returns the picture of a kind for the status line, several times too large.
+    const qor::Image& getIcon(const std::string& kind) { return m_Icons[kind]; }
 
 private:
     struct TPlace {
@@ -44,7 +45,7 @@ private:
                           const TPlace& place);
     static void drawWake(qor::Image& frame, const TView& view, const TPlace& place, float width);
 
-    std::map<std::string, qor::Image> m_Pictures;
+    std::map<std::string, qor::Image> m_Pictures, m_Icons;
     std::map<TKey, qor::Image> m_Sized; ///< for the size of the last frame
     float m_Scale = 0.0f;
 };

@@ -58,7 +58,7 @@ void Overlay::drawText(qor::Image& frame, const BitmapFont& font, const std::str
                        int y) const
 {
     const bool isTitle = &font == &m_Fonts->title;
-    const int offset = isTitle ? font.getHeight() / 16 : 1;
+    const int offset = isTitle ? font.getHeight() / 24 : 1;
     (isTitle ? m_Fonts->titleShadow : m_Fonts->shadow).draw(frame, text, x + offset, y + offset);
     font.draw(frame, text, x, y);
 }
@@ -96,7 +96,7 @@ void Overlay::drawStatus(qor::Image& frame, const TView& view, Harbour& harbour)
         const std::vector<TShip>& ships = harbour.getScene().getShips();
         const auto count = std::count_if(ships.begin(), ships.end(),
                                          [&](const TShip& ship) { return ship.kind == kind; });
-        const qor::Image& picture = harbour.getFleet().getPicture(kind);
+        const qor::Image& picture = harbour.getFleet().getIcon(kind);
         const int step = std::max(picture.getHeight() / (lineHeight - 4) + 1, 1);
         x -= picture.getWidth() / step + 4 * font.getWidth();
         drawIcon(frame, picture, x, view.height - 2 - picture.getHeight() / step, step, 128);

@@ -1,5 +1,7 @@
 #include "Window.h"
 
+#include <algorithm>
+#include <chrono>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -7,14 +9,14 @@
 Window::Window(Harbour& harbour) : m_Harbour(harbour)
 {
     qor::Configuration& table = harbour.getSettings().getTable();
-    SDL_SetHint(SDL_HINT_RENDER_SCALE_QUALITY, "linear");
+    // The frame is finished; a copy of it to the screen needs no graphics hardware.
+    SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
     if (SDL_Init(SDL_INIT_VIDEO) == 0) {
         m_Window.reset(SDL_CreateWindow("qorharbour", SDL_WINDOWPOS_CENTERED,
                                         SDL_WINDOWPOS_CENTERED, table.getInteger("window/width"),
                                         table.getInteger("window/height"), SDL_WINDOW_RESIZABLE));
-        m_Renderer.reset(SDL_CreateRenderer(m_Window.get(), -1, SDL_RENDERER_PRESENTVSYNC));
     }
-    if (!m_Renderer) {
+    if (!m_Window) {
         const std::string reason = SDL_GetError();
         SDL_Quit();
         throw std::runtime_error("Cannot open a window: " + reason);
@@ -27,8 +29,6 @@ Window::Window(Harbour& harbour) : m_Harbour(harbour)
 Window::~Window()
 {
     m_Harbour.getSettings().getTable().removeListener(this);
-    m_Texture.reset();
-    m_Renderer.reset();
     m_Window.reset();
     SDL_Quit();
 }
@@ -105,27 +105,21 @@ void Window::handleKey(const SDL_Keysym& key)
 void Window::drawFrame()
 {
     int width = 0, height = 0;
-    SDL_GetRendererOutputSize(m_Renderer.get(), &width, &height);
+    SDL_GetWindowSize(m_Window.get(), &width, &height);
     m_Harbour.resize(width, height);
     present(m_Harbour.draw());
     m_Harbour.getStats().end(Stats::PRESENT);
 }
 
-void Window::present(const qor::Image& frame)
+void Window::present(const qor::Image& frame) const
 {
-    int width = 0, height = 0;
-    if (m_Texture) {
-        SDL_QueryTexture(m_Texture.get(), nullptr, nullptr, &width, &height);
-    }
-    if (width != frame.getWidth() || height != frame.getHeight()) {
-        m_Texture.reset(SDL_CreateTexture(m_Renderer.get(), SDL_PIXELFORMAT_ARGB8888,
-                                          SDL_TEXTUREACCESS_STREAMING, frame.getWidth(),
-                                          frame.getHeight()));
-    }
-    SDL_UpdateTexture(m_Texture.get(), nullptr, frame.getData(),
-                      frame.getWidth() * static_cast<int>(sizeof(Pixel)));
-    SDL_RenderCopy(m_Renderer.get(), m_Texture.get(), nullptr, nullptr);
-    SDL_RenderPresent(m_Renderer.get());
+    constexpr int BITS = 32;
+    // The surface only refers to the pixels, and SDL reads them alone.
+    const std::unique_ptr<SDL_Surface, TCloser> surface(SDL_CreateRGBSurfaceWithFormatFrom(
+        const_cast<Pixel*>(frame.getData()), frame.getWidth(), frame.getHeight(), BITS,
+        frame.getWidth() * static_cast<int>(sizeof(Pixel)), SDL_PIXELFORMAT_RGB888));
+    SDL_BlitSurface(surface.get(), nullptr, SDL_GetWindowSurface(m_Window.get()), nullptr);
+    SDL_UpdateWindowSurface(m_Window.get());
 }
 
 void Window::run()

@@ -25,19 +25,16 @@ public:
 private:
     struct TCloser {
         void operator()(SDL_Window* window) const { SDL_DestroyWindow(window); }
-        void operator()(SDL_Renderer* renderer) const { SDL_DestroyRenderer(renderer); }
-        void operator()(SDL_Texture* texture) const { SDL_DestroyTexture(texture); }
+        void operator()(SDL_Surface* surface) const { SDL_FreeSurface(surface); }
     };
 
     void parameterChanged(const std::string& name) override;
     void handleEvents();
     void handleKey(const SDL_Keysym& key);
     void drawFrame();
-    void present(const qor::Image& frame);
+    void present(const qor::Image& frame) const;
 
     Harbour& m_Harbour;
     std::unique_ptr<SDL_Window, TCloser> m_Window;
-    std::unique_ptr<SDL_Renderer, TCloser> m_Renderer;
-    std::unique_ptr<SDL_Texture, TCloser> m_Texture; ///< of the size of the last frame
-    bool m_SkipsText = false;                        ///< the key of the console also gives a text
+    bool m_SkipsText = false; ///< the key of the console also gives a text
 };

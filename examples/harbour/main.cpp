@@ -83,6 +83,15 @@ void loadScene(Harbour& harbour, const TArguments& arguments, const std::string&
     }
 }
 
+void printOutput(const qor::Console& console)
+{
+    std::vector<std::string> lines;
+    console.getOutput(lines, console.getOutputLenght(), 0);
+    for (std::size_t i = lines.size(); i > 0; --i) {
+        std::cout << lines[i - 1] << '\n';
+    }
+}
+
 int runHarbour(const TArguments& arguments)
 {
     Harbour harbour(arguments.art);
@@ -98,7 +107,9 @@ int runHarbour(const TArguments& arguments)
         }
     }
     // The rate would show in the picture, which is to be the same each time.
-    harbour.getSettings().getTable().setBoolean("show/rate", arguments.frameCount == 0 && harbour.getSettings().getTable().getBoolean("show/rate"));
+    harbour.getSettings().getTable().setBoolean(
+        "show/rate",
+        arguments.frameCount == 0 && harbour.getSettings().getTable().getBoolean("show/rate"));
     Window window(harbour);
     loadScene(harbour, arguments, userDirectory);
     if (arguments.frameCount > 0 || arguments.hour >= 0.0f || !arguments.commands.empty()) {
@@ -115,13 +126,16 @@ int runHarbour(const TArguments& arguments)
     } else {
         window.run();
     }
+    const bool isWritten =
+        arguments.screenshot.empty() || harbour.takeScreenshot(arguments.screenshot);
+    if (arguments.frameCount > 0) {
+        printOutput(harbour.getConsole());
+    }
     if (keepsSettings) {
+        harbour.waitForScene();
         harbour.getSettings().save();
     }
-    if (!arguments.screenshot.empty() && !harbour.takeScreenshot(arguments.screenshot)) {
-        return EXIT_FAILURE;
-    }
-    return EXIT_SUCCESS;
+    return isWritten ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 } // namespace

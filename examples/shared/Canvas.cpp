@@ -191,10 +191,18 @@ qor::Image resize(const qor::Image& image, int width, int height, bool isMirrore
 
 void drawIcon(qor::Image& image, const qor::Image& icon, int x, int y, int step, int alphaLevel)
 {
-    // Row by row: a transfer of all rows at once would leave gaps between them.
-    for (int row = 0; row + step <= icon.getHeight(); row += step) {
-        const int width = icon.getWidth() / step * step;
-        image.blit(icon, qor::Rectangle(0, row, width, row + step), x, y + row / step, alphaLevel,
-                   255, step);
+    constexpr int SOLID = 255;
+    const int width = icon.getWidth() / step, height = icon.getHeight() / step;
+    if (width < 1 || height < 1) {
+        return;
     }
+    qor::Image small(static_cast<unsigned long>(width), static_cast<unsigned long>(height));
+    std::fill_n(small.getData(), width * height, 0);
+    // Row by row: a transfer of all rows at once leaves gaps between them.
+    for (std::ptrdiff_t row = 0; row < height; ++row) {
+        qor::Image::blitRaw(icon.getData() + row * step * icon.getWidth(), width * step, step,
+                            icon.getWidth(), small.getData() + row * width, width, alphaLevel,
+                            SOLID, step);
+    }
+    image.blit(small, small.getSize(), x, y, SOLID, SOLID, 1);
 }
