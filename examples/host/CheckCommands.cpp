@@ -16,7 +16,9 @@
 #include <qor/XMLElement.h>
 
 #include "Command.h"
+#include "ElementFile.h"
 #include "Host.h"
+#include "shared/Text.h"
 
 namespace
 {
@@ -29,17 +31,19 @@ public:
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
-        if (!m_Host.mayUseFiles()) {
+        if (!m_Host.requireIdleLoader()) {
             return false;
         }
         qor::XMLElement templateRoot("");
-        if (templateRoot.load(tokens[1]) < 0) {
-            return fail(tokens[1] + ": " + qor::XMLElement::getLastError());
+        const std::string error = loadElement(tokens[1], templateRoot);
+        if (!error.empty()) {
+            return fail(error);
         }
-        if (!m_Host.getDocument().validate(&templateRoot)) {
-            return fail(qor::XMLElement::getLastError());
+        if (!m_Host.getDocument().getRoot().validate(&templateRoot)) {
+            return fail("The document does not match " + quote(tokens[1]) + ": " +
+                        qor::XMLElement::getLastError());
         }
-        print("The document fits '" + tokens[1] + "'");
+        print("The document matches " + quote(tokens[1]));
         return true;
     }
 };
@@ -50,16 +54,14 @@ std::string readMD5(qor::Checksum& checksum)
     return checksum.getChecksumHex();
 }
 
-/// @return the value that is usually called CRC-32, the one's complement of what an object gives
-/// that
-///         began with all bits set
+/// Returns the common CRC-32: the one's complement of a checksum that started with all bits set.
 std::string readCRC32(qor::Checksum& checksum)
 {
-    const unsigned int usual = ~checksum.getChecksumInteger();
+    const unsigned int crc = ~checksum.getChecksumInteger();
     constexpr int BITS_PER_DIGIT = 4;
     std::string text;
     for (int shift = 32 - BITS_PER_DIGIT; shift >= 0; shift -= BITS_PER_DIGIT) {
-        text += "0123456789abcdef"[usual >> shift & 0xF];
+        text += "0123456789abcdef"[crc >> shift & 0xF];
     }
     return text;
 }
@@ -69,7 +71,7 @@ class ChecksumCommand : public Command
 public:
     using TReader = std::string (*)(qor::Checksum& checksum);
 
-    /// @param checksum is the command's own
+    /// @param checksum the checksum that the command uses
     ChecksumCommand(Host& host, const TDescription& description,
                     std::unique_ptr<qor::Checksum> checksum, TReader reader)
         : Command(host, description), m_Checksum(std::move(checksum)), m_Reader(reader)
@@ -81,9 +83,9 @@ private:
     {
         m_Checksum->reset();
         if (tokens.size() == 1) {
-            m_Host.getDocument().calculateChecksum(*m_Checksum);
+            m_Host.getDocument().getRoot().calculateChecksum(*m_Checksum);
         } else if (!addFile(tokens[1])) {
-            return fail(tokens[1] + ": the file cannot be read");
+            return fail("Cannot read " + quote(tokens[1]));
         }
         print(m_Reader(*m_Checksum));
         return true;
@@ -93,7 +95,7 @@ private:
     {
         constexpr std::size_t BLOCK_SIZE = std::size_t{1} << 20;
         std::error_code error;
-        // A pipe could be waited for without end.
+        // Opening a pipe waits for a writer.
         if (!qor::File::fileExists(filename) || std::filesystem::is_fifo(filename, error)) {
             return false;
         }
@@ -123,13 +125,14 @@ private:
 
 void addCheckCommands(Host& host)
 {
+    host.beginGroup("Checks");
     constexpr unsigned int ALL_BITS = 0xFFFFFFFF;
     host.addCommand<ValidateCommand>(
-        {"validate", "TEMPLATE", "Hold the document against a template file", 1, 1});
+        {"validate", "TEMPLATE", "Validate the document against a template file", 1, 1});
     host.addCommand<ChecksumCommand>(
-        {"crc32", "[FILE]", "Show the CRC-32 of the document's tree or of a file", 0, 1},
+        {"crc32", "[FILE]", "Show the CRC-32 of the document or of a file", 0, 1},
         std::make_unique<qor::CRC32>(ALL_BITS), readCRC32);
     host.addCommand<ChecksumCommand>(
-        {"md5", "[FILE]", "Show the MD5 of the document's tree or of a file", 0, 1},
+        {"md5", "[FILE]", "Show the MD5 of the document or of a file", 0, 1},
         std::make_unique<qor::MD5>(), readMD5);
 }

@@ -10,21 +10,16 @@ Command::Command(Host& host, TDescription description)
 {
 }
 
-const Command::TDescription& Command::getDescription() const
-{
-    return m_Description;
-}
-
 bool Command::execute(const std::vector<std::string>& tokens)
 {
     bool succeeded = false;
     try {
         succeeded = run(tokens);
     } catch (const std::bad_alloc&) {
-        // What the command was building is freed by now, so that the session can go on.
+        // The memory of the failed command is free again, so the session continues.
         succeeded = fail("Out of memory");
     }
-    m_Host.noteResult(succeeded);
+    m_Host.setCommandResult(succeeded);
     return succeeded;
 }
 

@@ -8,8 +8,8 @@
 
 class Host;
 
-/// The base of the host's commands. A console drops what a command returns, so this class tells the
-/// host how each run went.
+/// The base of the host's commands. It reports each command's result to the host, because a console
+/// ignores results.
 class Command : public qor::ConsoleCommand
 {
 public:
@@ -18,22 +18,25 @@ public:
         std::string parameters; ///< as shown to the user, such as "FILE [COUNT]"
         std::string help;
         int minParameters;
-        int maxParameters; ///< negative: no limit
+        int maxParameters;      ///< negative: unlimited
+        std::string group = {}; ///< the heading in the help; set by the host
+
+        std::string getUsage() const { return parameters.empty() ? name : name + " " + parameters; }
     };
 
     Command(Host& host, TDescription description);
 
-    const TDescription& getDescription() const;
+    const TDescription& getDescription() const { return m_Description; }
 
     bool execute(const std::vector<std::string>& tokens) final;
 
 protected:
     /// Does the command's work.
-    /// @param tokens the command's name, then as many parameters as its description allows
-    /// @return whether it succeeded; where not, one line that begins with "Error: " was printed
+    /// @param tokens the command's name and its parameters, as many as the description allows
+    /// @return false after a failure, whose reason was printed with fail()
     virtual bool run(const std::vector<std::string>& tokens) = 0;
 
-    /// @return the tokens from the first one on, with a blank between two
+    /// Joins the tokens from number `first` on with blanks.
     static std::string joinWords(const std::vector<std::string>& tokens, std::size_t first);
 
     void print(const std::string& line);

@@ -1,6 +1,5 @@
 #include "DocumentCommands.h"
 
-#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -10,109 +9,98 @@
 #include "Command.h"
 #include "DocumentTree.h"
 #include "Host.h"
+#include "shared/ElementPath.h"
+#include "shared/Text.h"
 
 namespace
 {
 
-std::string quote(const std::string& text)
+/// Returns whether an element is a comment, of which only the name is saved.
+bool isComment(const qor::XMLElement& element)
 {
-    return "'" + text + "'";
+    const std::string name = element.getName();
+    return !name.empty() && name.front() == '!';
 }
 
-/// @return whether an element of that name can be written to a file and be read again
-bool isElementName(const std::string& name)
-{
-    return !name.empty() && name.find_first_of("!?") != 0 &&
-           name.find_first_of("<>/") == std::string::npos;
-}
-
-bool areElementNames(const std::string& path)
-{
-    std::size_t begin = path.front() == '/' ? 1 : 0;
-    for (;;) {
-        const std::size_t slash = path.find('/', begin);
-        if (!isElementName(path.substr(begin, slash - begin))) {
-            return false;
-        }
-        if (slash == std::string::npos) {
-            return true;
-        }
-        begin = slash + 1;
-    }
-}
-
-/// Where the last name of a path belongs.
-struct TPlace {
-    qor::XMLElement* parent = nullptr; ///< null if there is no such element
-    std::string name;
-};
-
-/// Paths with empty names, which stand for any element, are too vague to add or to delete by.
-TPlace findPlace(qor::XMLElement& document, const std::string& path)
-{
-    if (path.back() == '/' || path.find("//") != std::string::npos) {
-        return {};
-    }
-    const std::size_t slash = path.rfind('/');
-    if (slash == std::string::npos) {
-        return {&document, path};
-    }
-    return {document.findChild(path.substr(0, slash)), path.substr(slash + 1)};
-}
-
-class NewCommand : public Command
+/// The base of the commands that replace the document.
+class DropCommand : public Command
 {
 public:
-    using Command::Command;
+    /// @param asks whether it asks before unsaved changes are lost
+    DropCommand(Host& host, const TDescription& description, bool asks)
+        : Command(host, description), m_Asks(asks)
+    {
+    }
+
+protected:
+    bool drop(const std::string& command, const HostStateMachine::Action& action)
+    {
+        return m_Asks ? m_Host.getStates().dropDocument(command, action) : action();
+    }
+
+private:
+    const bool m_Asks;
+};
+
+class NewCommand : public DropCommand
+{
+public:
+    using DropCommand::DropCommand;
 
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
-        if (!m_Host.mayUseFiles()) {
+        const std::string& name = tokens[1];
+        if (!m_Host.requireIdleLoader()) {
             return false;
         }
-        if (!isElementName(tokens[1])) {
-            return fail("Not a name for an element: " + quote(tokens[1]));
+        if (!ElementPath::isElementName(name)) {
+            return fail("Cannot start a document: " + quote(name) + " is not an element name");
         }
-        m_Host.newDocument(tokens[1]);
-        return true;
+        return drop("new", [&host = m_Host, name] {
+            host.getDocument().create(name);
+            return true;
+        });
     }
 };
 
-class LoadCommand : public Command
+class LoadCommand : public DropCommand
 {
 public:
-    using Command::Command;
+    using DropCommand::DropCommand;
 
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
         const std::string& recent = m_Host.getSettings().getTable().getString("document/recent");
-        // A copy, since loading sets it.
         const std::string filename = tokens.size() > 1 ? tokens[1] : recent;
-        if (filename.empty()) {
-            return fail("No document was loaded before; name one");
+        if (!m_Host.requireIdleLoader()) {
+            return false;
         }
-        return m_Host.loadDocument(filename);
+        if (filename.empty()) {
+            return fail("Cannot load the recent document: there is none. Use 'load FILE'");
+        }
+        return drop("load", [&host = m_Host, filename] { return host.loadDocument(filename); });
     }
 };
 
 class SaveCommand : public Command
 {
 public:
-    SaveCommand(Host& host, const TDescription& description, bool formatted)
-        : Command(host, description), m_Formatted(formatted)
+    SaveCommand(Host& host, const TDescription& description, bool isFormatted, bool replaces)
+        : Command(host, description), m_Options{"", isFormatted, replaces}
     {
     }
 
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
-        return m_Host.saveDocument(tokens.size() > 1 ? tokens[1] : m_Host.getFilename(),
-                                   m_Formatted);
+        Document::TSaveOptions options = m_Options;
+        options.filename = tokens.size() > 1 ? tokens[1] : "";
+        return m_Host.saveDocument(options);
     }
 
-    const bool m_Formatted;
+    const Document::TSaveOptions m_Options;
 };
 
 class ErrorCommand : public Command
@@ -123,11 +111,11 @@ public:
 private:
     bool run(const std::vector<std::string>&) override
     {
-        if (!m_Host.mayUseFiles()) {
+        if (!m_Host.requireIdleLoader()) {
             return false;
         }
         const std::string error = qor::XMLElement::getLastError();
-        print(error.empty() ? "Nothing has failed so far" : error);
+        print(error.empty() ? "No error has occurred" : error);
         return true;
     }
 };
@@ -146,41 +134,47 @@ private:
         const int count = tokens.size() > 2 ? qor::StringUtil::stringToInt(tokens[2])
                                             : settings.getInteger("tree/lines");
         if (depth < 1 || count < 1) {
-            return fail("DEPTH and COUNT are numbers from 1 on");
+            return fail("Cannot show the tree: DEPTH and COUNT are numbers from 1. Usage: " +
+                        getDescription().getUsage());
         }
-        printTree(m_Host.getConsole(), m_Host.getDocument(), depth, count);
+        printTree(m_Host.getConsole(), m_Host.getDocument().getRoot(), depth, count);
         return true;
     }
 };
 
-std::string readText(const Host& host, const std::string& path, const std::string& defaultValue)
+// The readers return an element's value; without an element, the default value in the same form.
+
+std::string readText(const Host&, const qor::XMLElement* element, const std::string& defaultValue)
 {
-    return host.getDocument().getValue(path, defaultValue);
+    return element ? element->getValue() : defaultValue;
 }
 
-std::string readInteger(const Host& host, const std::string& path, const std::string& defaultValue)
+std::string readInteger(const Host&, const qor::XMLElement* element,
+                        const std::string& defaultValue)
 {
-    const int defaultNumber = qor::StringUtil::stringToInt(defaultValue);
-    return qor::StringUtil::toString(host.getDocument().getValueAsInteger(path, defaultNumber));
+    return qor::StringUtil::toString(element ? element->getValueAsInteger()
+                                             : qor::StringUtil::stringToInt(defaultValue));
 }
 
-std::string readFloat(const Host& host, const std::string& path, const std::string& defaultValue)
+std::string readFloat(const Host& host, const qor::XMLElement* element,
+                      const std::string& defaultValue)
 {
     const int digits = host.getSettings().getTable().getInteger("number/digits");
-    const float defaultNumber = qor::StringUtil::stringToFloat(defaultValue);
-    return qor::StringUtil::toString(host.getDocument().getValueAsFloat(path, defaultNumber),
+    return qor::StringUtil::toString(element ? element->getValueAsFloat()
+                                             : qor::StringUtil::stringToFloat(defaultValue),
                                      digits);
 }
 
-std::string readBoolean(const Host& host, const std::string& path, const std::string& defaultValue)
+std::string readBoolean(const Host&, const qor::XMLElement* element,
+                        const std::string& defaultValue)
 {
-    return host.getDocument().getValueAsBoolean(path, defaultValue == "true") ? "true" : "false";
+    return (element ? element->getValueAsBoolean() : defaultValue == "true") ? "true" : "false";
 }
 
 class ReadCommand : public Command
 {
 public:
-    using TReader = std::string (*)(const Host& host, const std::string& path,
+    using TReader = std::string (*)(const Host& host, const qor::XMLElement* element,
                                     const std::string& defaultValue);
 
     ReadCommand(Host& host, const TDescription& description, TReader reader)
@@ -191,11 +185,13 @@ public:
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
+        const Document& document = m_Host.getDocument();
+        const qor::XMLElement* const element = ElementPath(tokens[1]).find(document.getRoot());
         const bool hasDefault = tokens.size() > 2;
-        if (!hasDefault && !m_Host.getDocument().findChild(tokens[1])) {
-            return fail("No element at " + quote(tokens[1]));
+        if (!element && !hasDefault) {
+            return fail("Cannot read " + quote(tokens[1]) + ": the element does not exist");
         }
-        print(m_Reader(m_Host, tokens[1], hasDefault ? tokens[2] : ""));
+        print(m_Reader(m_Host, element, hasDefault ? tokens[2] : ""));
         return true;
     }
 
@@ -210,13 +206,17 @@ public:
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
-        qor::XMLElement& document = m_Host.getDocument();
-        const std::string& path = tokens[1];
-        if (!document.findChild(path) && !areElementNames(path)) {
-            return fail("Not a path to create elements by: " + quote(path));
+        if (!m_Host.requireIdleLoader()) {
+            return false;
         }
-        document.findChild(path, true)->setValue(joinWords(tokens, 2));
-        m_Host.setChanged(true);
+        Document& document = m_Host.getDocument();
+        qor::XMLElement* const element = ElementPath(tokens[1]).create(document.getRoot());
+        if (!element || isComment(*element)) {
+            return fail("Cannot set " + quote(tokens[1]) +
+                        ": a part is not an element name, or its number is too large");
+        }
+        element->setValue(joinWords(tokens, 2));
+        document.setChanged();
         return true;
     }
 };
@@ -229,10 +229,16 @@ public:
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
-        if (!m_Host.getDocument().findChild(tokens[1], false)) {
-            return fail("No element at " + quote(tokens[1]));
+        if (!m_Host.requireIdleLoader()) {
+            return false;
         }
-        m_Host.getLife().edit(tokens[1]);
+        const qor::XMLElement* const element =
+            ElementPath(tokens[1]).find(m_Host.getDocument().getRoot());
+        if (!element || isComment(*element)) {
+            return fail("Cannot edit " + quote(tokens[1]) +
+                        ": the element does not exist or is a comment");
+        }
+        m_Host.getStates().edit(tokens[1]);
         return true;
     }
 };
@@ -245,12 +251,19 @@ public:
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
-        const TPlace place = findPlace(m_Host.getDocument(), tokens[1]);
-        if (!place.parent || !isElementName(place.name)) {
-            return fail("No place for an element at " + quote(tokens[1]));
+        if (!m_Host.requireIdleLoader()) {
+            return false;
         }
-        place.parent->createChild(place.name)->setValue(joinWords(tokens, 2));
-        m_Host.setChanged(true);
+        Document& document = m_Host.getDocument();
+        const ElementPath path(tokens[1]);
+        qor::XMLElement* const parent = path.findParent(document.getRoot());
+        if (!parent || isComment(*parent) || path.hasNumber() ||
+            !ElementPath::isElementName(path.getName())) {
+            return fail("Cannot add " + quote(tokens[1]) +
+                        ": its parent does not exist, or the last part is not an element name");
+        }
+        parent->createChild(path.getName())->setValue(joinWords(tokens, 2));
+        document.setChanged();
         return true;
     }
 };
@@ -266,50 +279,74 @@ public:
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
-        const TPlace place = findPlace(m_Host.getDocument(), tokens[1]);
-        qor::XMLElement* const child = place.parent ? place.parent->getChild(place.name) : nullptr;
-        if (!child) {
-            return fail("No element to delete at " + quote(tokens[1]));
+        if (!m_Host.requireIdleLoader()) {
+            return false;
+        }
+        Document& document = m_Host.getDocument();
+        const ElementPath path(tokens[1]);
+        qor::XMLElement* const parent = path.findParent(document.getRoot());
+        qor::XMLElement* const child = parent ? path.find(document.getRoot()) : nullptr;
+        // An empty name could be any element.
+        if (!child || (path.getName().empty() && !path.hasNumber())) {
+            return fail("Cannot delete " + quote(tokens[1]) + ": the element does not exist");
         }
         if (m_DeletesAll) {
-            place.parent->deleteChild(place.name);
+            parent->deleteChild(child->getName());
         } else {
-            place.parent->deleteChild(child);
+            parent->deleteChild(child);
         }
-        m_Host.setChanged(true);
+        document.setChanged();
         return true;
     }
 
     const bool m_DeletesAll;
 };
 
-} // namespace
-
-void addDocumentCommands(Host& host)
+void addFileCommands(Host& host)
 {
-    host.addCommand<NewCommand>({"new", "NAME", "Start an empty document", 1, 1});
-    host.addCommand<LoadCommand>(
-        {"load", "[FILE]", "Read the document from a file, or the recent one", 0, 1});
-    host.addCommand<SaveCommand>({"save", "[FILE]", "Write the document, an element a line", 0, 1},
-                                 true);
+    host.beginGroup("Document");
+    host.addCommand<NewCommand>({"new", "NAME", "Start an empty document", 1, 1}, true);
+    host.addCommand<NewCommand>(
+        {"new!", "NAME", "Start an empty document and drop unsaved changes", 1, 1}, false);
+    host.addCommand<LoadCommand>({"load", "[FILE]", "Load a file, or the recent one", 0, 1}, true);
+    host.addCommand<LoadCommand>({"load!", "[FILE]", "Load and drop unsaved changes", 0, 1}, false);
+    host.addCommand<SaveCommand>({"save", "[FILE]", "Save with one element per line", 0, 1}, true,
+                                 false);
     host.addCommand<SaveCommand>(
-        {"save-compact", "[FILE]", "Write the document without white space", 0, 1}, false);
-    host.addCommand<ErrorCommand>({"error", "", "Show why loading or saving last failed", 0, 0});
+        {"save!", "[FILE]", "Save, even if data of the file is lost", 0, 1}, true, true);
+    host.addCommand<SaveCommand>({"save-compact", "[FILE]", "Save without white space", 0, 1},
+                                 false, false);
+    host.addCommand<ErrorCommand>({"error", "", "Show the last XML error", 0, 0});
+}
+
+void addElementCommands(Host& host)
+{
+    host.beginGroup("Elements");
     host.addCommand<TreeCommand>(
-        {"tree", "[DEPTH [COUNT]]", "Show the document: so many levels and lines", 0, 2});
-    host.addCommand<ReadCommand>({"text", "PATH [DEFAULT]", "Show a value", 1, 2}, readText);
+        {"tree", "[DEPTH [COUNT]]", "Show the document, with limits on levels and lines", 0, 2});
     host.addCommand<ReadCommand>(
-        {"integer", "PATH [DEFAULT]", "Show a value as a whole number", 1, 2}, readInteger);
+        {"text", "PATH [DEFAULT]", "Show a value; a path is like ships/ship[2]/name", 1, 2},
+        readText);
+    host.addCommand<ReadCommand>({"integer", "PATH [DEFAULT]", "Show a value as an integer", 1, 2},
+                                 readInteger);
     host.addCommand<ReadCommand>({"float", "PATH [DEFAULT]", "Show a value as a number", 1, 2},
                                  readFloat);
     host.addCommand<ReadCommand>(
         {"boolean", "PATH [DEFAULT]", "Show a value as true or false", 1, 2}, readBoolean);
     host.addCommand<PutCommand>(
-        {"put", "PATH VALUE...", "Set a value, creating what is missing", 2, -1});
-    host.addCommand<EditCommand>({"edit", "PATH", "Type a value in a line of its own", 1, 1});
-    host.addCommand<AddCommand>(
-        {"add", "PATH [VALUE...]", "Append an element, even beside one of its name", 1, -1});
+        {"put", "PATH VALUE...", "Set a value and create missing elements", 2, -1});
+    host.addCommand<EditCommand>({"edit", "PATH", "Enter a value on a line of its own", 1, 1});
+    host.addCommand<AddCommand>({"add", "PATH [VALUE...]", "Append an element", 1, -1});
     host.addCommand<DeleteCommand>({"delete", "PATH", "Delete an element", 1, 1}, false);
     host.addCommand<DeleteCommand>(
-        {"delete-all", "PATH", "Delete all elements of the last name", 1, 1}, true);
+        {"delete-all", "PATH", "Delete an element and its siblings with the same name", 1, 1},
+        true);
+}
+
+} // namespace
+
+void addDocumentCommands(Host& host)
+{
+    addFileCommands(host);
+    addElementCommands(host);
 }

@@ -5,29 +5,19 @@
 #include <string>
 #include <vector>
 
+#include "shared/Text.h"
+
 namespace
 {
 
-/// On one line, whatever is in it.
-std::string flatten(std::string text)
-{
-    std::replace(text.begin(), text.end(), '\n', ' ');
-    std::replace(text.begin(), text.end(), '\r', ' ');
-    return text;
-}
-
 std::string shorten(const std::string& value)
 {
-    constexpr std::size_t LONGEST = 60;
-    if (value.size() <= LONGEST) {
+    constexpr std::size_t MAX_BYTES = 60;
+    if (value.size() <= MAX_BYTES) {
         return value;
     }
-    // Not within a UTF-8 sequence, whose bytes but for the first are 10xxxxxx.
-    std::size_t size = LONGEST;
-    while (size > 0 && (static_cast<unsigned char>(value[size]) & 0xC0u) == 0x80u) {
-        --size;
-    }
-    return value.substr(0, size) + "...";
+    // The result ends with a whole UTF-8 character.
+    return value.substr(0, previousCharacter(value, MAX_BYTES + 1)) + "...";
 }
 
 std::size_t countChildren(const qor::XMLElement& element)
@@ -43,14 +33,14 @@ std::size_t countChildren(const qor::XMLElement& element)
 std::string describe(const qor::XMLElement& element, std::size_t level, bool showsChildCount)
 {
     constexpr std::size_t INDENTATION = 2;
-    constexpr std::size_t MOST_INDENTED_LEVELS = 32;
-    // Lines of a deep document would be mostly blanks otherwise.
-    std::string line(std::min(level, MOST_INDENTED_LEVELS) * INDENTATION, ' ');
-    const std::string name = flatten(element.getName());
+    constexpr std::size_t MAX_INDENTED_LEVELS = 32;
+    // Deeper lines would consist mostly of blanks.
+    std::string line(std::min(level, MAX_INDENTED_LEVELS) * INDENTATION, ' ');
+    const std::string name = element.getName();
     const bool isComment = !name.empty() && name.front() == '!';
     line += isComment ? "<" + name + ">" : name;
 
-    const std::string value = flatten(shorten(element.getValue()));
+    const std::string value = shorten(element.getValue());
     if (!value.empty()) {
         line += " = " + value;
     }
@@ -61,14 +51,14 @@ std::string describe(const qor::XMLElement& element, std::size_t level, bool sho
     return line;
 }
 
-/// Walks over a document, parents first. The elements around the current one stand on a stack of
-/// its own: a document may be nested deeper than calls can be.
+/// Visits the elements of a document, parents first. It has its own stack, because a document may
+/// be nested more deeply than function calls.
 class Walk
 {
 public:
     Walk(const qor::XMLElement& root, std::size_t depth) : m_Depth(depth), m_Element(&root) {}
 
-    /// @return the current element; null behind the last one
+    /// Returns the current element; null after the last one.
     const qor::XMLElement* getElement() const { return m_Element; }
 
     std::size_t getLevel() const { return m_Open.size(); }

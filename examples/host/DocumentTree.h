@@ -3,6 +3,7 @@
 #include <qor/Console.h>
 #include <qor/XMLElement.h>
 
-/// Prints a document, an element a line, down to a depth and up to a number of lines, and how much
-/// was left out.
+/// Prints a document with one element per line, and the number of omitted elements.
+/// @param depth the number of levels
+/// @param lineCount the maximum number of lines
 void printTree(qor::Console& console, const qor::XMLElement& root, int depth, int lineCount);

@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Command.h"
 #include "Host.h"
+#include "shared/Text.h"
 
 namespace
 {
@@ -19,45 +22,89 @@ public:
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
-        const auto& descriptions = m_Host.getDescriptions();
-        if (tokens.size() > 1) {
-            const auto found = descriptions.find(tokens[1]);
-            if (found == descriptions.end()) {
-                return fail("No such command: '" + tokens[1] + "'");
-            }
-            print(getUsage(found->second) + "  " + found->second.help);
+        if (tokens.size() == 1) {
+            printOverview();
             return true;
         }
-        std::size_t width = 0;
-        for (const auto& [name, description] : descriptions) {
-            width = std::max(width, getUsage(description).size());
+        if (const TDescription* const description = m_Host.findDescription(tokens[1])) {
+            printDescription(*description);
+            return true;
         }
-        for (const auto& [name, description] : descriptions) {
-            std::string usage = getUsage(description);
-            usage.resize(width, ' ');
-            print(usage + "  " + description.help);
+        bool hasGroup = false;
+        for (const TDescription& description : m_Host.getDescriptions()) {
+            if (description.group == tokens[1]) {
+                hasGroup = true;
+                printDescription(description);
+            }
         }
-        return true;
+        return hasGroup || fail("No command or group has the name " + quote(tokens[1]));
     }
 
-    static std::string getUsage(const TDescription& description)
+    void printOverview()
     {
-        const std::string& parameters = description.parameters;
-        return parameters.empty() ? description.name : description.name + " " + parameters;
+        std::vector<std::pair<std::string, std::string>> groups;
+        for (const TDescription& description : m_Host.getDescriptions()) {
+            auto group =
+                std::find_if(groups.begin(), groups.end(), [&description](const auto& entry) {
+                    return entry.first == description.group;
+                });
+            if (group == groups.end()) {
+                group = groups.insert(groups.end(), {description.group, ""});
+            }
+            group->second += ' ' + description.name;
+        }
+        for (const auto& [name, commands] : groups) {
+            printColumns(name, commands, 10);
+        }
+        printColumns("Keys",
+                     "Up and Down: history. Page Up and Page Down: scroll. Ctrl-A, E, K, U "
+                     "and W: edit the line. Ctrl-C, Ctrl-D: quit.",
+                     10);
+        printColumns("More", "help COMMAND, or help GROUP such as 'help Images'", 10);
+    }
+
+    void printDescription(const TDescription& description)
+    {
+        printColumns(description.getUsage(), description.help, 26);
+    }
+
+    /// Prints a text to the right of a heading, or below a heading that is too long, without
+    /// breaking words at the end of the output's lines.
+    void printColumns(const std::string& heading, const std::string& text, std::size_t column)
+    {
+        const auto width = static_cast<std::size_t>(std::max(m_Host.getWidth() - 1, 20));
+        const std::size_t indentation = column * 2 > width ? 4 : column;
+        std::string line = heading;
+        for (const std::string& words : wrapWords(text, width - indentation)) {
+            if (line.size() + 2 > indentation && !line.empty()) {
+                for (const std::string& part : wrapWords(line, width)) {
+                    print(part);
+                }
+                line.clear();
+            }
+            line.resize(indentation, ' ');
+            print(line + words);
+            line.clear();
+        }
     }
 };
 
 class QuitCommand : public Command
 {
 public:
-    using Command::Command;
+    /// @param asks whether it asks before unsaved changes are lost
+    QuitCommand(Host& host, const TDescription& description, bool asks)
+        : Command(host, description), m_Asks(asks)
+    {
+    }
 
 private:
     bool run(const std::vector<std::string>&) override
     {
-        m_Host.getLife().quit();
-        return true;
+        return m_Asks ? m_Host.getStates().quit() : m_Host.getStates().quitNow();
     }
+
+    const bool m_Asks;
 };
 
 class StateCommand : public Command
@@ -68,26 +115,22 @@ public:
 private:
     bool run(const std::vector<std::string>&) override
     {
-        print(m_Host.getLife().getPath());
+        print(m_Host.getStates().getPath());
         return true;
     }
-};
-
-class RemarkCommand : public Command
-{
-public:
-    using Command::Command;
-
-private:
-    bool run(const std::vector<std::string>&) override { return true; }
 };
 
 } // namespace
 
 void addGeneralCommands(Host& host)
 {
-    host.addCommand<RemarkCommand>({"#", "WORD...", "Do nothing; a remark", 0, -1});
-    host.addCommand<HelpCommand>({"help", "[COMMAND]", "Tell what commands do", 0, 1});
-    host.addCommand<StateCommand>({"state", "", "Show what the host is at", 0, 0});
-    host.addCommand<QuitCommand>({"quit", "", "Leave", 0, 0});
+    host.beginGroup("General");
+    host.addCommand<HelpCommand>(
+        {"help", "[COMMAND]", "List the commands, or describe a command or a group", 0, 1});
+    host.addCommand<StateCommand>({"state", "", "Show the state that takes the lines", 0, 0});
+    for (const std::string name : {"quit", "exit"}) {
+        host.addCommand<QuitCommand>({name, "", "Leave; unsaved changes are not lost", 0, 0}, true);
+        host.addCommand<QuitCommand>({name + "!", "", "Leave and drop unsaved changes", 0, 0},
+                                     false);
+    }
 }

@@ -1,10 +1,15 @@
 #include "Host.h"
 
-#include <vector>
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <system_error>
 
 #include <qor/File.h>
 #include <qor/Thread.h>
-#include <unistd.h>
+
+#include "Terminal.h"
+#include "shared/Text.h"
 
 namespace
 {
@@ -13,28 +18,54 @@ constexpr int KEEP_ALL_LINES = -1;
 constexpr int SCREEN_LINES = 10000;
 constexpr const char* FAILURE = "Error: ";
 
+// The codes of Console::putChar that are not printable characters.
+constexpr char ENTER = 13;
+constexpr char DELETE_LAST = 10;
+
+/// Creates a directory and its missing parents, for this user alone, as the XDG base directory
+/// specification requires.
+void createPrivateDirectories(const std::filesystem::path& path)
+{
+    std::error_code error;
+    if (path.empty() || std::filesystem::exists(path, error)) {
+        return;
+    }
+    createPrivateDirectories(path.parent_path());
+    if (std::filesystem::create_directory(path, error)) {
+        std::filesystem::permissions(path, std::filesystem::perms::owner_all, error);
+    }
+}
+
+/// Returns the position of the first byte that a console ignores; npos if there is none.
+std::size_t findUntypable(const std::string& line)
+{
+    const auto found =
+        std::find_if(line.begin(), line.end(), [](char byte) { return byte < ' ' || byte > '~'; });
+    return found == line.end() ? std::string::npos : static_cast<std::size_t>(found - line.begin());
+}
+
 } // namespace
 
 Host::Host(Mode mode)
-    : m_LogCloser(), m_Mode(mode), m_Document("document"),
-      m_Console(mode == Mode::FULL_SCREEN ? SCREEN_LINES : KEEP_ALL_LINES), m_Life(*this),
+    : m_LogCloser(), m_Mode(mode),
+      m_Console(mode == Mode::FULL_SCREEN ? SCREEN_LINES : KEEP_ALL_LINES), m_States(*this),
       m_Settings(*this)
 {
-    // The console has these two already, but does not give their help texts out.
-    m_Descriptions["get"] = {"get", "VARIABLE", "Show a console variable", 1, 1};
-    m_Descriptions["set"] = {"set", "VARIABLE VALUE", "Set a console variable", 2, 2};
 }
 
 std::string Host::getUserFile(const std::string& name)
 {
-    const std::string directory = qor::File::getUserDataDirectory("qorhost", true);
+    const std::string program = "qorhost";
+    const std::filesystem::path path = qor::File::getUserDataDirectory(program, false);
+    createPrivateDirectories(path.parent_path());
+    const std::string directory = qor::File::getUserDataDirectory(program, true);
     return directory.empty() ? directory : qor::File::filePath(directory, name);
 }
 
 std::string Host::getPrompt()
 {
-    const std::string prompt = m_Life.getPrompt();
-    return (prompt.empty() ? m_Settings.getTable().getString("prompt") : prompt) + " ";
+    const std::string prompt = m_States.getPrompt();
+    return toPrintable(prompt.empty() ? m_Settings.getTable().getString("prompt") : prompt) + " ";
 }
 
 void Host::refresh() const
@@ -47,60 +78,89 @@ void Host::refresh() const
 void Host::registerCommand(std::unique_ptr<Command> command)
 {
     const Command::TDescription& description = command->getDescription();
-    const std::string& name = description.name;
-    // As in the console, the first one to take a name keeps it.
-    if (!m_Descriptions.emplace(name, description).second) {
-        return;
-    }
-    m_Console.addCommand(name, description.help, description.minParameters,
+    m_Console.addCommand(description.name, description.help, description.minParameters,
                          description.maxParameters, command.get());
-    m_Commands.emplace(name, std::move(command));
+    addDescription(description);
+    m_Commands.push_back(std::move(command));
 }
 
-const std::map<std::string, Command::TDescription>& Host::getDescriptions() const
+void Host::addDescription(Command::TDescription description)
 {
-    return m_Descriptions;
+    description.group = m_Group;
+    m_Descriptions.push_back(std::move(description));
 }
 
-void Host::putChar(char character)
+const Command::TDescription* Host::findDescription(const std::string& name) const
 {
-    m_Result.reset();
-    if (character != ENTER) {
-        m_Console.putChar(character);
-        return;
-    }
+    const auto found = std::find_if(
+        m_Descriptions.begin(), m_Descriptions.end(),
+        [&name](const Command::TDescription& description) { return description.name == name; });
+    return found == m_Descriptions.end() ? nullptr : &*found;
+}
+
+void Host::enterLine(const std::string& line)
+{
+    m_CommandResult.reset();
     const unsigned int outputModCount = m_Console.getOutputModCount();
-    runLine();
+    if (m_Settings.getTable().getBoolean("log/commands")) {
+        qor::Log::debug(toPrintable(getPrompt() + line));
+    }
+    runLine(line);
     m_Settings.takeVariables();
-    if (hasLineFailed(outputModCount)) {
-        m_HasFailed = true;
+    if (!hasLineFailed(outputModCount)) {
+        return;
+    }
+    m_HasFailed = true;
+    if (!isUsageError()) {
+        return;
+    }
+    const Command::TDescription* const description =
+        findDescription(line.substr(0, line.find(' ', line.find_first_not_of(' '))));
+    if (description) {
+        m_Console.print("Usage: " + description->getUsage());
     }
 }
 
-/// Gives the typed line to the state that asked for it, and else to the console.
-void Host::runLine()
+void Host::runLine(const std::string& line)
 {
-    const std::string line = m_Console.getCommandLine();
-    if (m_Settings.getTable().getBoolean("log/commands")) {
-        qor::Log::debug(getPrompt() + line);
+    const std::size_t begin = line.find_first_not_of(' ');
+    if (m_States.takesLine()) {
+        m_Console.print(line);
+        m_States.enterLine(line);
+    } else if (begin == std::string::npos) {
+        return;
+    } else if (line[begin] == '#') {
+        m_Console.print(line);
+    } else {
+        runCommand(line);
     }
-    if (m_Life.getPrompt().empty()) {
-        m_Console.putChar(ENTER);
+}
+
+void Host::runCommand(const std::string& line)
+{
+    const std::size_t untypable = findUntypable(line);
+    if (untypable != std::string::npos) {
+        m_Console.print(line);
+        setCommandResult(fail("Cannot run the line: commands are ASCII text, but byte " +
+                              std::to_string(untypable + 1) +
+                              " is not. 'edit PATH' takes any value"));
         return;
     }
-    for (std::size_t i = 0; i < line.size(); ++i) {
+    for (const char character : line) {
+        m_Console.putChar(character);
+    }
+    m_Console.putChar(ENTER);
+    // After std::bad_alloc, or in a console without its built-in commands, the line may remain.
+    while (!m_Console.getCommandLine().empty()) {
         m_Console.putChar(DELETE_LAST);
     }
-    m_Console.print(line);
-    m_Life.takeLine(line);
 }
 
 bool Host::hasLineFailed(unsigned int outputModCountBefore) const
 {
-    if (m_Result) {
-        return !*m_Result;
+    if (m_CommandResult) {
+        return !*m_CommandResult;
     }
-    // An empty line prints nothing, and the newest line is of no concern then.
     if (m_Console.getOutputModCount() == outputModCountBefore) {
         return false;
     }
@@ -109,41 +169,64 @@ bool Host::hasLineFailed(unsigned int outputModCountBefore) const
     return !newest.empty() && newest.front().rfind(FAILURE, 0) == 0;
 }
 
+/// Returns whether the console has refused the number of parameters.
+bool Host::isUsageError() const
+{
+    std::vector<std::string> newest;
+    m_Console.getOutput(newest, 1, 0);
+    return !m_CommandResult && newest.front().find("parameters for command") != std::string::npos;
+}
+
 bool Host::fail(const std::string& reason)
 {
     m_Console.print(FAILURE + reason);
-    qor::Log::error(reason);
+    qor::Log::error(toPrintable(reason));
     return false;
 }
 
-bool Host::usesColours() const
+std::vector<Host::TOutputLine> Host::getOutput(int lineCount, int skipCount) const
+{
+    std::vector<std::string> texts;
+    m_Console.getOutput(texts, lineCount, skipCount);
+    std::vector<TOutputLine> lines;
+    unsigned int number = m_Console.getOutputModCount() - static_cast<unsigned int>(skipCount);
+    for (const std::string& text : texts) {
+        const auto row = m_PictureRows.find(--number);
+        lines.push_back({toPrintable(text), row == m_PictureRows.end() ? nullptr : &row->second,
+                         text.rfind(FAILURE, 0) == 0});
+    }
+    return lines;
+}
+
+void Host::printPicture(TPictureRow row)
+{
+    const unsigned int number = m_Console.getOutputModCount();
+    m_Console.print(formatShades(row));
+    m_PictureRows[number] = std::move(row);
+    if (m_PictureRows.size() > SCREEN_LINES) {
+        m_PictureRows.erase(m_PictureRows.begin());
+    }
+}
+
+ColorMode Host::getColorMode() const
 {
     constexpr int NEVER = 0;
     constexpr int ALWAYS = 2;
-    const int wish = m_Settings.getTable().getInteger("screen/colours");
-    return wish == ALWAYS || (wish != NEVER && isatty(STDOUT_FILENO));
-}
-
-bool Host::loadSettings(const std::string& filename)
-{
-    return m_Settings.load(filename) ||
-           fail("The settings in '" + filename + "' cannot be read; the log tells why");
-}
-
-void Host::newDocument(const std::string& name)
-{
-    m_Document = qor::XMLElement(name);
-    m_Filename.clear();
-    m_IsChanged = false;
+    const int mode = m_Settings.getTable().getInteger("screen/colors");
+    if (mode == NEVER || (mode != ALWAYS && !isOutputTerminal())) {
+        return ColorMode::NONE;
+    }
+    const ColorMode colors = getTerminalColors();
+    return mode == ALWAYS && colors == ColorMode::NONE ? ColorMode::PALETTE : colors;
 }
 
 bool Host::loadDocument(const std::string& filename)
 {
-    if (!mayUseFiles()) {
+    if (!requireIdleLoader()) {
         return false;
     }
     if (!m_Loader.start(filename)) {
-        return fail("The system has no thread to load with");
+        return fail("Cannot load " + quote(filename) + ": the system cannot start a thread");
     }
     m_ProgressTime = qor::Thread::timer();
     if (m_Mode == Mode::FULL_SCREEN) {
@@ -156,21 +239,20 @@ bool Host::loadDocument(const std::string& filename)
     return takeDocument();
 }
 
-bool Host::saveDocument(const std::string& filename, bool formatted)
+bool Host::saveDocument(const Document::TSaveOptions& options)
 {
-    if (!mayUseFiles()) {
+    if (!requireIdleLoader()) {
         return false;
     }
-    if (filename.empty()) {
-        return fail("The document has no file yet; name one");
+    int size = 0;
+    const std::string error = m_Document.save(options, size);
+    if (!error.empty()) {
+        return fail(error);
     }
-    const int size = m_Document.save(filename, formatted);
-    if (size < 0) {
-        return fail(qor::XMLElement::getLastError());
-    }
-    m_IsChanged = false;
-    qor::Log::info("Saved '" + filename + "'");
-    m_Console.print("Saved '" + filename + "' (" + std::to_string(size) + " bytes)");
+    const std::string filename = quote(m_Document.getFilename());
+    m_Settings.getTable().setString("document/recent", m_Document.getFilename());
+    qor::Log::info(toPrintable("Saved " + filename));
+    m_Console.print("Saved " + filename + " (" + std::to_string(size) + " bytes)");
     return true;
 }
 
@@ -186,9 +268,9 @@ void Host::update()
     }
 }
 
-bool Host::mayUseFiles()
+bool Host::requireIdleLoader()
 {
-    return !m_Loader.isBusy() || fail("Wait until '" + m_Loader.getFilename() + "' is loaded");
+    return !m_Loader.isBusy() || fail("Wait until " + quote(m_Loader.getFilename()) + " is loaded");
 }
 
 unsigned int Host::getProgressInterval() const
@@ -198,7 +280,7 @@ unsigned int Host::getProgressInterval() const
     return static_cast<unsigned int>(seconds * MILLISECONDS);
 }
 
-/// Prints how far the loading is, unless that was done a moment ago or the end is here.
+/// Prints the progress of a load, at most once per interval.
 void Host::showProgress(const Loader::TProgress& progress)
 {
     const unsigned int now = qor::Thread::timer();
@@ -213,27 +295,25 @@ void Host::showProgress(const Loader::TProgress& progress)
                     ? std::to_string(progress.bytesRead) + " bytes"
                     : std::to_string(progress.bytesRead * HUNDRED / progress.size) + " % read";
     }
-    m_Console.print("Loading '" + m_Loader.getFilename() + "': " + stage);
+    m_Console.print("Loading " + quote(m_Loader.getFilename()) + ": " + stage);
 }
 
-/// Ends a load.
-/// @return whether it succeeded
+/// Replaces the document by the loaded one, or prints why loading failed.
+/// @return false if loading failed
 bool Host::takeDocument()
 {
     Loader::TResult result = m_Loader.takeResult();
-    const std::string& filename = m_Loader.getFilename();
-    if (result.code < 0) {
-        // -1 may stand for the file as a whole, all else is a position in it.
-        const std::string place =
-            result.code == -1 ? "code -1" : "position " + std::to_string(-result.code);
-        return fail(filename + ": " + result.reason + " (" + place + ")");
+    if (!result.error.empty()) {
+        return fail(result.error);
     }
-    m_Document = std::move(result.document);
-    m_Filename = filename;
-    m_IsChanged = false;
+    const std::string& filename = m_Loader.getFilename();
+    m_Document.take(filename, std::move(result));
     m_Settings.getTable().setString("document/recent", filename);
-    m_Console.print("Loaded '" + filename + "'");
-    qor::Log::info("Loaded '" + filename + "'");
+    m_Console.print("Loaded " + quote(filename));
+    if (!m_Document.getUnsupported().empty()) {
+        m_Console.print("Warning: " + m_Document.getUnsupported());
+    }
+    qor::Log::info(toPrintable("Loaded " + quote(filename)));
     return true;
 }
 

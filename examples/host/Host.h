@@ -6,52 +6,98 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <qor/Console.h>
 #include <qor/Log.h>
-#include <qor/XMLElement.h>
 
 #include "Command.h"
-#include "HostLife.h"
+#include "Document.h"
+#include "HostStateMachine.h"
 #include "Loader.h"
+#include "Picture.h"
 #include "Settings.h"
 
-/// What all commands share: the console and the document that is worked on.
+/// The console, the document and the settings, which all commands share.
 class Host
 {
 public:
-    /// What Console::putChar understands beyond printable characters.
-    static constexpr char ENTER = 13;
-    static constexpr char DELETE_LAST = 10;
+    /// LINE_BY_LINE and FULL_SCREEN ask the user before changes are lost; SCRIPT fails.
+    enum class Mode { SCRIPT, LINE_BY_LINE, FULL_SCREEN };
 
-    enum class Mode { SCRIPT, FULL_SCREEN };
+    /// A line of the console as it is shown.
+    struct TOutputLine {
+        std::string text;                     ///< without control characters
+        const TPictureRow* picture = nullptr; ///< null: the line is text
+        bool isError = false;
+    };
 
     explicit Host(Mode mode);
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
-    /// @return the path of a file in the user's data directory; empty if there is no such place
+    /// Returns the path of a file in the user's data directory, after creating that directory.
+    /// @return an empty path if the directory is unknown or cannot be created
     static std::string getUserFile(const std::string& name);
 
     Mode getMode() const { return m_Mode; }
     qor::Console& getConsole() { return m_Console; }
-    std::string getPrompt();
-
-    HostLife& getLife() { return m_Life; }
-
+    HostStateMachine& getStates() { return m_States; }
     Settings& getSettings() { return m_Settings; }
     const Settings& getSettings() const { return m_Settings; }
+    Document& getDocument() { return m_Document; }
+    const Document& getDocument() const { return m_Document; }
 
-    /// Whether the output may have colours.
-    bool usesColours() const;
+    /// Returns the text before the command line.
+    std::string getPrompt();
 
-    /// Reads the settings from a file, if there is one. If it cannot be read, they stay as they
-    /// are, and an error is printed.
-    /// @return whether it succeeded
-    bool loadSettings(const std::string& filename);
+    /// Runs an entered line: as an answer to a question, or else as a command.
+    void enterLine(const std::string& line);
 
-    /// Makes a command and registers it; its constructor gets the host, the description and then
-    /// the arguments.
+    /// Returns whether a line failed.
+    bool hasFailed() const { return m_HasFailed; }
+
+    /// Stores whether the current line succeeded.
+    void setCommandResult(bool hasSucceeded) { m_CommandResult = hasSucceeded; }
+
+    /// Prints "Error: " and the reason, and logs the reason.
+    /// @return false
+    bool fail(const std::string& reason);
+
+    /// @name Output
+    /// @{
+
+    /// Returns console lines, newest first.
+    /// @param lineCount the maximum number of lines
+    /// @param skipCount how many of the newest lines to skip
+    std::vector<TOutputLine> getOutput(int lineCount, int skipCount) const;
+
+    /// Prints a line of a picture.
+    void printPicture(TPictureRow row);
+
+    /// Returns the colors that the user wants and the output can show.
+    ColorMode getColorMode() const;
+
+    /// The number of columns of the output.
+    /// @{
+    int getWidth() const { return m_Width; }
+    void setWidth(int columns) { m_Width = columns; }
+    /// @}
+
+    /// Shows the printed lines at once, while a command is running.
+    /// @{
+    void refresh() const;
+    void setRefresher(std::function<void()> refresher) { m_Refresher = std::move(refresher); }
+    /// @}
+
+    /// @}
+    /// @name Commands
+    /// @{
+
+    /// Starts a group: the heading in the help of the commands that are added next.
+    void beginGroup(const std::string& name) { m_Group = name; }
+
+    /// Constructs a command from the host, the description and the arguments, and registers it.
     template<class TCommand, class... TArguments>
     void addCommand(const Command::TDescription& description, TArguments&&... arguments)
     {
@@ -59,104 +105,87 @@ public:
             std::make_unique<TCommand>(*this, description, std::forward<TArguments>(arguments)...));
     }
 
-    /// @return what is known of all commands, by name, those that the console brings along included
-    const std::map<std::string, Command::TDescription>& getDescriptions() const;
+    /// Adds the description of a command that every console has.
+    void addDescription(Command::TDescription description);
 
-    /// Gives one typed character to the console and, at the end of a line, looks how that went.
-    void putChar(char character);
+    /// Returns the descriptions of all commands in the order of registration.
+    const std::vector<Command::TDescription>& getDescriptions() const { return m_Descriptions; }
 
-    /// @return whether any line failed so far
-    bool hasFailed() const { return m_HasFailed; }
+    /// Returns the description of a command, or null if it does not exist.
+    const Command::TDescription* findDescription(const std::string& name) const;
 
-    /// Takes down how a command of the host went.
-    void noteResult(bool succeeded) { m_Result = succeeded; }
+    /// @}
+    /// @name Files
+    /// @{
 
-    /// Prints "Error: " and the reason.
-    /// @return false
-    bool fail(const std::string& reason);
-
-    qor::XMLElement& getDocument() { return m_Document; }
-    const qor::XMLElement& getDocument() const { return m_Document; }
-
-    /// Starts an empty document without a file.
-    void newDocument(const std::string& name);
-
-    /// Replaces the document by that of a file. On failure it stays, and the reason is printed. On
-    /// a full screen this begins the work, and `update` goes on with it.
-    /// @return whether it succeeded, or has begun
+    /// Replaces the document by that of a file. After a failure the document is unchanged, and the
+    /// reason was printed. On a full screen this starts the load, and `update` finishes it.
+    /// @return false if the load failed or could not be started
     bool loadDocument(const std::string& filename);
 
-    /// Whether a document is being loaded. Nothing else may load, parse or save then.
+    /// Saves the document, or prints why that failed.
+    /// @return false if it was not saved
+    bool saveDocument(const Document::TSaveOptions& options);
+
+    /// Returns whether a document is being loaded.
     bool isLoading() const { return m_Loader.isBusy(); }
 
-    /// Shows how far the loading is, and takes the document over when it is there.
+    /// Shows the progress of a load, and replaces the document at its end.
     void update();
 
-    /// Prints an error if a document is being loaded.
-    /// @return false then
-    bool mayUseFiles();
+    /// Checks that no document is being loaded. The library's XML errors and the document belong to
+    /// the loader until then.
+    /// @return false after printing an error
+    bool requireIdleLoader();
 
-    /// Writes the document to a file. If that fails or there is no name, the reason is printed.
-    /// @return whether it succeeded
-    bool saveDocument(const std::string& filename, bool formatted);
+    /// Returns the milliseconds between two lines of progress.
+    unsigned int getProgressInterval() const;
 
-    /// @return the file that the document was loaded from; empty if there is none
-    const std::string& getFilename() const { return m_Filename; }
-
-    /// Whether the document has changes that no file has.
-    /// @{
-    bool isChanged() const { return m_IsChanged; }
-    void setChanged(bool isChanged) { m_IsChanged = isChanged; }
     /// @}
-
-    /// The level of the log.
+    /// @name Session
     /// @{
+
     qor::Log::Level getLogLevel() const { return m_LogLevel; }
     void setLogLevel(qor::Log::Level level);
-    /// @}
 
-    /// Whether the session is at its end. The host's life sees to that: see HostLife::quit.
+    /// Whether the session ends. HostStateMachine::quit asks before it ends.
     /// @{
     bool isQuitting() const { return m_IsQuitting; }
     void leave() { m_IsQuitting = true; }
     /// @}
 
-    /// Shows at once what was printed, while a command is still at work.
-    /// @{
-    void refresh() const;
-    void setRefresher(std::function<void()> refresher) { m_Refresher = std::move(refresher); }
     /// @}
-
-    /// @return how many milliseconds to wait before progress is shown once more
-    unsigned int getProgressInterval() const;
 
 private:
     void registerCommand(std::unique_ptr<Command> command);
-    void runLine();
+    void runLine(const std::string& line);
+    void runCommand(const std::string& line);
     bool hasLineFailed(unsigned int outputModCountBefore) const;
+    bool isUsageError() const;
     void showProgress(const Loader::TProgress& progress);
     bool takeDocument();
 
-    /// Closes the log when all else has ended, the loader's thread too.
+    /// Closes the log after all other members have ended, the loader's thread included.
     struct TLogCloser {
         ~TLogCloser() { qor::Log::close(); }
     };
 
     const TLogCloser m_LogCloser;
     const Mode m_Mode;
-    qor::XMLElement m_Document;
-    std::string m_Filename;
-    bool m_IsChanged = false;
+    int m_Width = 80;
+    Document m_Document;
     qor::Log::Level m_LogLevel = qor::Log::DEBUG;
     Loader m_Loader;
-    unsigned int m_ProgressTime = 0; ///< when progress was shown last, as of Thread::timer
+    unsigned int m_ProgressTime = 0; ///< the last time that progress was shown
     bool m_IsQuitting = false;
     bool m_HasFailed = false;
-    std::optional<bool> m_Result; ///< of the line's command, if one of the host ran
-    std::map<std::string, Command::TDescription> m_Descriptions;
-    std::map<std::string, std::unique_ptr<Command>> m_Commands;
-    qor::Console m_Console;            ///< refers to members above
-    std::function<void()> m_Refresher; ///< none in a script
-    HostLife m_Life;
+    std::optional<bool> m_CommandResult; ///< empty if the line ran none of the host's commands
+    std::string m_Group;
+    std::vector<Command::TDescription> m_Descriptions;
+    std::vector<std::unique_ptr<Command>> m_Commands;
+    qor::Console m_Console;                            ///< refers to members above
+    std::map<unsigned int, TPictureRow> m_PictureRows; ///< by the number of the console's line
+    std::function<void()> m_Refresher;                 ///< empty except on a full screen
+    HostStateMachine m_States;
     Settings m_Settings; ///< refers to this host and its console
 };

@@ -10,6 +10,10 @@
 
 #include <qor/File.h>
 
+#include "ElementFile.h"
+#include "SourceCheck.h"
+#include "shared/Text.h"
+
 namespace
 {
 
@@ -20,7 +24,7 @@ constexpr std::size_t BLOCK_SIZE = std::size_t{1} << 20;
 Loader::~Loader()
 {
     m_Mutex.lock();
-    m_IsGivenUp = true;
+    m_IsCancelled = true;
     m_Mutex.unlock();
     m_Thread.wait();
 }
@@ -63,28 +67,36 @@ Loader::TResult Loader::takeResult()
 void Loader::run()
 {
     try {
-        const std::optional<std::string> source = readSource();
-        // Of a file that cannot be read, load tells why.
-        m_Result.code =
-            source ? m_Result.document.parse(*source) : m_Result.document.load(m_Filename);
-        if (m_Result.code < 0) {
-            m_Result.reason = qor::XMLElement::getLastError();
-        }
+        load();
     } catch (const std::bad_alloc&) {
-        m_Result.code = -1;
-        m_Result.reason = "Out of memory";
+        m_Result.error = "Cannot load " + quote(m_Filename) + ": Out of memory";
     }
     TProgress progress;
     progress.isDone = true;
-    tellProgress(progress);
+    reportProgress(progress);
 }
 
-/// @return the file's bytes; empty if the load was given up; none if the file cannot be read
+void Loader::load()
+{
+    m_Result.writeTime = getWriteTime(m_Filename);
+    const std::optional<std::string> source = readSource();
+    // For an unreadable file, XMLElement::load sets the last error.
+    const int result =
+        source ? m_Result.document.parse(*source) : m_Result.document.load(m_Filename);
+    if (result < 0) {
+        m_Result.error = describeLoadError(m_Filename, source.value_or(""), result);
+    } else if (source) {
+        m_Result.unsupported = findUnsupported(*source, static_cast<std::size_t>(result));
+    }
+}
+
+/// @return the content of the file; empty if the load was cancelled; null if the file cannot be
+/// read
 std::optional<std::string> Loader::readSource()
 {
     std::error_code error;
     if (!qor::File::fileExists(m_Filename) || std::filesystem::is_fifo(m_Filename, error)) {
-        // Opening a pipe would wait for somebody to write into it; load does not.
+        // Opening a pipe waits for a writer; XMLElement::load does not wait.
         return std::nullopt;
     }
     std::ifstream file(m_Filename, std::ios::binary);
@@ -102,20 +114,20 @@ std::optional<std::string> Loader::readSource()
         source.resize(source.size() - BLOCK_SIZE + static_cast<std::size_t>(file.gcount()));
         progress.bytesRead = source.size();
         progress.isParsing = file.eof();
-        if (!tellProgress(progress)) {
+        if (!reportProgress(progress)) {
             return std::string();
         }
     }
     return file.eof() ? std::optional<std::string>(std::move(source)) : std::nullopt;
 }
 
-/// @return false if the load was given up
-bool Loader::tellProgress(const TProgress& progress)
+/// @return false if the load was cancelled
+bool Loader::reportProgress(const TProgress& progress)
 {
     m_Mutex.lock();
     m_Progress = progress;
-    const bool isGivenUp = m_IsGivenUp;
+    const bool isCancelled = m_IsCancelled;
     m_Mutex.unlock();
     m_HasProgress.signal();
-    return !isGivenUp;
+    return !isCancelled;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -10,9 +11,9 @@
 #include <qor/Thread.h>
 #include <qor/XMLElement.h>
 
-/// Loads a document on a thread of its own. All calls come from the thread that owns the loader.
-/// Meanwhile nobody else may load, parse or save, for the sake of the library's one text about the
-/// last failure.
+/// Loads an XML document on its own thread. One thread makes all calls. Until the result is taken,
+/// no other part of the program may load, parse, save or validate, because the library has one text
+/// for the last error.
 class Loader : private qor::Task
 {
 public:
@@ -20,48 +21,53 @@ public:
         bool isDone = false;
         bool isParsing = false;
         std::uint64_t bytesRead = 0;
-        std::uint64_t size = 0; ///< of the file; 0 if it cannot be told
+        std::uint64_t size = 0; ///< of the file; 0 if it is unknown
     };
 
     struct TResult {
         qor::XMLElement document{""};
-        int code = 0;       ///< as of XMLElement::load
-        std::string reason; ///< if the code is negative
+        std::string error;                         ///< why loading failed; empty on success
+        std::string unsupported;                   ///< the result of findUnsupported
+        std::filesystem::file_time_type writeTime; ///< of the file before it was read
     };
 
     Loader() = default;
     Loader(const Loader&) = delete;
     Loader& operator=(const Loader&) = delete;
 
-    /// Gives up a load that is under way, as soon as the thread looks.
+    /// Cancels a running load and waits for its thread.
     ~Loader() override;
 
-    /// @return false if a document is being loaded, or if there is no thread to be had
+    /// Starts to load a file.
+    /// @return false if a load is running or the system cannot start a thread
     bool start(const std::string& filename);
 
+    /// Returns whether a load was started and its result has not been taken.
     bool isBusy() const { return m_IsBusy; }
+
     const std::string& getFilename() const { return m_Filename; }
 
     TProgress getProgress();
 
-    /// Waits until the thread has done a bit more, but not for longer than so many milliseconds.
+    /// Waits for new progress, for at most `timeOut` milliseconds.
     void waitForProgress(unsigned int timeOut);
 
-    /// Ends a load that is done. The loader is ready for the next one then.
+    /// Waits for the end of the load and returns its result. The next load can start then.
     TResult takeResult();
 
 private:
     void run() override;
+    void load();
     std::optional<std::string> readSource();
-    bool tellProgress(const TProgress& progress);
+    bool reportProgress(const TProgress& progress);
 
     bool m_IsBusy = false;
     std::string m_Filename;
     qor::Thread m_Thread;
-    TResult m_Result; ///< the thread's own until it is done
+    TResult m_Result; ///< belongs to the thread until it is done
 
-    qor::Mutex m_Mutex; ///< guards what follows
+    qor::Mutex m_Mutex; ///< guards the members below
     qor::Condition m_HasProgress;
     TProgress m_Progress;
-    bool m_IsGivenUp = false;
+    bool m_IsCancelled = false;
 };

@@ -13,6 +13,7 @@
 
 #include "Command.h"
 #include "Host.h"
+#include "shared/Text.h"
 
 namespace
 {
@@ -33,7 +34,8 @@ private:
         }
         const auto* const name = std::find(LEVEL_NAMES.begin(), LEVEL_NAMES.end(), tokens[1]);
         if (name == LEVEL_NAMES.end()) {
-            return fail("Levels are none, error, info and debug");
+            return fail("Cannot set the level " + quote(tokens[1]) +
+                        ": levels are none, error, info and debug");
         }
         m_Host.getSettings().getTable().setInteger("log/level",
                                                    static_cast<int>(name - LEVEL_NAMES.begin()));
@@ -49,7 +51,7 @@ public:
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
-        qor::Log::info(joinWords(tokens, 1));
+        qor::Log::info(toPrintable(joinWords(tokens, 1)));
         return true;
     }
 };
@@ -65,14 +67,16 @@ public:
 private:
     bool run(const std::vector<std::string>& tokens) override
     {
-        constexpr int USUAL_COUNT = 10;
-        const int count = tokens.size() > 1 ? qor::StringUtil::stringToInt(tokens[1]) : USUAL_COUNT;
+        constexpr int DEFAULT_COUNT = 10;
+        const int count =
+            tokens.size() > 1 ? qor::StringUtil::stringToInt(tokens[1]) : DEFAULT_COUNT;
         if (count < 1) {
-            return fail("COUNT is a number from 1 on");
+            return fail("Cannot show the log: COUNT is a number from 1. Usage: " +
+                        getDescription().getUsage());
         }
         std::ifstream file(m_Filename, std::ios::binary);
         if (!file) {
-            return fail("There is no log to be read");
+            return fail("Cannot read the log " + quote(m_Filename));
         }
         for (const std::string& line : readNewest(file, static_cast<std::size_t>(count))) {
             print(line);
@@ -101,11 +105,12 @@ std::string openLog(Host& host, const std::string& filename)
 {
     std::string file = filename.empty() ? Host::getUserFile("qorhost.log") : filename;
     if (file.empty()) {
-        host.getConsole().print("There is no place for a log; name one with --log");
+        host.getConsole().print(
+            "Warning: the user's data directory cannot be created. Use --log FILE to log");
         return file;
     }
     if (!qor::Log::open(file.c_str(), true)) {
-        host.getConsole().print("The log cannot be written: " + file);
+        host.getConsole().print("Warning: cannot write the log " + quote(file));
         return "";
     }
     host.getConsole().print("Log: " + file);
@@ -114,8 +119,9 @@ std::string openLog(Host& host, const std::string& filename)
 
 void addLogCommands(Host& host, const std::string& filename)
 {
+    host.beginGroup("Log");
     host.addCommand<LogLevelCommand>(
-        {"log-level", "[LEVEL]", "Show or set what is logged: none, error, info, debug", 0, 1});
+        {"log-level", "[LEVEL]", "Show or set the level: none, error, info or debug", 0, 1});
     host.addCommand<LogWriteCommand>({"log-write", "TEXT...", "Write a line to the log", 1, -1});
     host.addCommand<LogShowCommand>(
         {"log-show", "[COUNT]", "Show the newest lines of the log", 0, 1}, filename);

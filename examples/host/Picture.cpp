@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <cstdlib>
 
 namespace
 {
@@ -17,7 +17,7 @@ TChannels split(std::uint32_t pixel)
     return {pixel >> 16 & 0xFF, pixel >> 8 & 0xFF, pixel & 0xFF};
 }
 
-/// @return how many samples a side of an image yields, its first pixel being one
+/// Returns how many pixels of a side remain, the first one included.
 int countSamples(int size, int step)
 {
     return (size - 1) / step + 1;
@@ -30,7 +30,7 @@ qor::Image scaleDown(const qor::Image& image, int step)
     const int rows = countSamples(image.getHeight(), step);
     qor::Image small(static_cast<unsigned long>(columns), static_cast<unsigned long>(rows));
     const std::ptrdiff_t pitch = image.getWidth();
-    // A transfer of all rows at once would leave the rows between its own in the target.
+    // blitRaw steps over rows of the target, too. So each row is a transfer of its own.
     for (int row = 0; row < rows; ++row) {
         qor::Image::blitRaw(image.getData() + pitch * row * step, columns * step, step,
                             image.getWidth(),
@@ -40,39 +40,28 @@ qor::Image scaleDown(const qor::Image& image, int step)
     return small;
 }
 
-/// A line of a picture: a row of pixels and the row below, null behind the last one.
-struct TRows {
-    const std::uint32_t* upper;
-    const std::uint32_t* lower;
-    int width;
-};
-
-void appendColour(std::string& text, const char* layer, std::uint32_t pixel)
+/// Returns the level of the 6 x 6 x 6 color cube that is nearest to a channel.
+int toCubeLevel(unsigned int channel)
 {
-    const TChannels channels = split(pixel);
+    // The levels are 0, 95, 135, 175, 215 and 255.
+    if (channel < 48) {
+        return 0;
+    }
+    return channel < 115 ? 1 : static_cast<int>(channel - 35) / 40;
+}
+
+void appendColor(std::string& text, const char* layer, std::uint32_t pixel, ColorMode mode)
+{
     text += layer;
+    if (mode == ColorMode::PALETTE) {
+        text += ";5;" + std::to_string(toPaletteColor(pixel));
+        return;
+    }
+    const TChannels channels = split(pixel);
+    text += ";2";
     for (const unsigned int channel : {channels.red, channels.green, channels.blue}) {
         text += ';' + std::to_string(channel);
     }
-}
-
-std::string formatColoured(const TRows& rows)
-{
-    std::string line, current;
-    for (int x = 0; x < rows.width; ++x) {
-        std::string colours = "\x1b[";
-        appendColour(colours, "38;2", rows.upper[x]);
-        if (rows.lower) {
-            appendColour(colours, ";48;2", rows.lower[x]);
-        }
-        colours += 'm';
-        if (colours != current) {
-            line += colours;
-            current = colours;
-        }
-        line += "\u2580";
-    }
-    return line + "\x1b[0m";
 }
 
 unsigned int getBrightness(std::uint32_t pixel)
@@ -81,31 +70,88 @@ unsigned int getBrightness(std::uint32_t pixel)
     return (2 * channels.red + 5 * channels.green + channels.blue) / 8;
 }
 
-std::string formatPlain(const TRows& rows)
+std::string getVariable(const char* name)
+{
+    const char* const value = std::getenv(name);
+    return value ? value : "";
+}
+
+} // namespace
+
+ColorMode getTerminalColors()
+{
+    const std::string colors = getVariable("COLORTERM");
+    if (!getVariable("NO_COLOR").empty() || getVariable("TERM") == "dumb") {
+        return ColorMode::NONE;
+    }
+    if (colors == "truecolor" || colors == "24bit") {
+        return ColorMode::TRUE_COLOR;
+    }
+    const bool hasPalette = getVariable("TERM").find("256color") != std::string::npos;
+    return hasPalette ? ColorMode::PALETTE : ColorMode::NONE;
+}
+
+std::vector<TPictureRow> makePicture(const qor::Image& image, int columns)
+{
+    std::vector<TPictureRow> rows;
+    if (!image.getData()) {
+        return rows;
+    }
+    const int longest = std::max(image.getWidth(), image.getHeight());
+    const qor::Image small = scaleDown(image, countSamples(longest, columns));
+    const int width = small.getWidth(), height = small.getHeight();
+    const auto getRow = [&small, width](int y) {
+        const std::uint32_t* const row = small.getData() + static_cast<std::ptrdiff_t>(y) * width;
+        return std::vector<std::uint32_t>(row, row + width);
+    };
+    for (int y = 0; y < height; y += 2) {
+        rows.push_back({getRow(y), y + 1 < height ? getRow(y + 1) : std::vector<std::uint32_t>()});
+    }
+    return rows;
+}
+
+std::string formatShades(const TPictureRow& row)
 {
     static const std::string SHADES = " .:-=+*#%@";
     std::string line;
-    for (int x = 0; x < rows.width; ++x) {
-        const std::uint32_t lower = rows.lower ? rows.lower[x] : 0;
-        const unsigned int sum = getBrightness(rows.upper[x]) + getBrightness(lower);
+    for (std::size_t x = 0; x < row.upper.size(); ++x) {
+        const std::uint32_t lower = row.lower.empty() ? 0 : row.lower[x];
+        const unsigned int sum = getBrightness(row.upper[x]) + getBrightness(lower);
         line += SHADES[sum * SHADES.size() / 512];
     }
     return line.substr(0, line.find_last_not_of(' ') + 1);
 }
 
-} // namespace
-
-void printPicture(qor::Console& console, const qor::Image& image, int columns, bool usesColours)
+std::string formatColored(const TPictureRow& row, ColorMode mode)
 {
-    if (!image.getData()) {
-        return;
+    std::string line, current;
+    for (std::size_t x = 0; x < row.upper.size(); ++x) {
+        std::string colors = "\x1b[";
+        appendColor(colors, "38", row.upper[x], mode);
+        if (!row.lower.empty()) {
+            appendColor(colors, ";48", row.lower[x], mode);
+        }
+        colors += 'm';
+        if (colors != current) {
+            line += colors;
+            current = colors;
+        }
+        line += "\u2580";
     }
-    const int longest = std::max(image.getWidth(), image.getHeight());
-    const qor::Image small = scaleDown(image, countSamples(longest, columns));
-    const int width = small.getWidth(), height = small.getHeight();
-    for (int y = 0; y < height; y += 2) {
-        const std::uint32_t* const upper = small.getData() + static_cast<std::ptrdiff_t>(y) * width;
-        const TRows rows = {upper, y + 1 < height ? upper + width : nullptr, width};
-        console.print(usesColours ? formatColoured(rows) : formatPlain(rows));
+    return line + "\x1b[0m";
+}
+
+int toPaletteColor(std::uint32_t pixel)
+{
+    constexpr int CUBE_START = 16;
+    constexpr int GRAY_START = 232;
+    const TChannels channels = split(pixel);
+    const unsigned int low = std::min({channels.red, channels.green, channels.blue});
+    const unsigned int high = std::max({channels.red, channels.green, channels.blue});
+    // The grays are 8, 18 and so on up to 238.
+    if (high - low < 8 && low >= 8 && high <= 238) {
+        return GRAY_START + static_cast<int>((low + high) / 2 - 3) / 10;
     }
+    return CUBE_START + 36 * toCubeLevel(channels.red) + 6 * toCubeLevel(channels.green) +
+           toCubeLevel(channels.blue);
 }

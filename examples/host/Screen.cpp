@@ -7,12 +7,13 @@
 #include <csignal>
 #include <cstddef>
 #include <cstdio>
-#include <iterator>
+#include <cstdlib>
+#include <limits>
+#include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <system_error>
-#include <tuple>
+#include <utility>
 #include <vector>
 
 #include <curses.h>
@@ -20,21 +21,24 @@
 #include <unistd.h>
 
 #include "Host.h"
+#include "LineWrapper.h"
+#include "shared/LineEditor.h"
+#include "shared/Text.h"
 
 namespace
 {
 
 constexpr std::array<int, 4> ENDING_SIGNALS = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 
-volatile std::sig_atomic_t arrivedSignal = 0;
+volatile std::sig_atomic_t receivedSignal = 0;
 
-void noteSignal(int number)
+void storeSignal(int number)
 {
-    arrivedSignal = number;
+    receivedSignal = number;
 }
 
-/// Holds signals back but for the time of waiting, so that none is missed and none interrupts the
-/// drawing. Its end passes an ending signal on.
+/// Blocks signals except while waiting for input, so that none interrupts the drawing. The
+/// destructor raises a signal that ends the program again.
 class SignalGuard
 {
 public:
@@ -61,15 +65,15 @@ public:
         for (std::size_t i = 0; i < ENDING_SIGNALS.size(); ++i) {
             sigaction(ENDING_SIGNALS[i], &m_FormerActions[i], nullptr);
         }
-        if (arrivedSignal != 0) {
-            // Whoever started the program is to see that a signal ended it.
-            std::raise(arrivedSignal);
+        if (receivedSignal != 0) {
+            // The parent process sees that a signal ended the program.
+            std::raise(receivedSignal);
         }
         sigprocmask(SIG_SETMASK, &m_FormerMask, nullptr);
     }
 
-    /// Waits for input or a signal, but not for longer than the time limit if there is one.
-    /// @return whether there is input, or its end
+    /// Waits for input, a signal or the end of the time limit, which may be null.
+    /// @return whether there is input or its end
     bool waitForInput(const timespec* timeLimit) const
     {
         fd_set input;
@@ -91,7 +95,7 @@ private:
             return;
         }
         struct sigaction action = {};
-        action.sa_handler = noteSignal;
+        action.sa_handler = storeSignal;
         sigemptyset(&action.sa_mask);
         sigaction(number, &action, nullptr);
     }
@@ -115,7 +119,30 @@ struct TWindowCloser {
 using TTerminal = std::unique_ptr<SCREEN, TTerminalCloser>;
 using TWindow = std::unique_ptr<WINDOW, TWindowCloser>;
 
-/// The console's output lines, and below them its command line.
+/// Allocates curses' color pairs for one drawing.
+class ColorPairs
+{
+public:
+    void reset() { m_Numbers.clear(); }
+
+    /// Returns the number of a pair of palette colors; 0 if there are too many pairs.
+    short get(int foreground, int background)
+    {
+        constexpr int MAX_PAIRS = std::numeric_limits<short>::max();
+        const auto [entry, isNew] = m_Numbers.try_emplace({foreground, background}, 0);
+        if (isNew && static_cast<int>(m_Numbers.size()) < std::min(COLOR_PAIRS, MAX_PAIRS)) {
+            entry->second = static_cast<short>(m_Numbers.size());
+            init_pair(entry->second, static_cast<short>(foreground),
+                      static_cast<short>(background));
+        }
+        return entry->second;
+    }
+
+private:
+    std::map<std::pair<int, int>, short> m_Numbers;
+};
+
+/// The console's output lines, and below them the command line.
 class Screen
 {
 public:
@@ -127,7 +154,6 @@ public:
         if (has_colors()) {
             start_color();
             use_default_colors();
-            init_pair(ERROR_COLOURS, COLOR_RED, DEFAULT_COLOUR);
         }
         layOut();
         m_Host.setRefresher([this] { draw(); });
@@ -139,12 +165,17 @@ public:
 
     void run(const SignalGuard& signals)
     {
-        while (!m_IsLeaving) {
+        while (!m_Host.isQuitting()) {
             draw();
-            // The work that goes on meanwhile is looked at now and then.
-            constexpr timespec INTERVAL = {0, 50000000};
-            const bool hasInput = signals.waitForInput(m_Host.isLoading() ? &INTERVAL : nullptr);
-            if (arrivedSignal != 0) {
+            constexpr timespec PROGRESS_INTERVAL = {0, 50000000};
+            const bool hasInput =
+                signals.waitForInput(m_Host.isLoading() ? &PROGRESS_INTERVAL : nullptr);
+            if (receivedSignal == SIGINT) {
+                receivedSignal = 0;
+                m_Host.getStates().quit();
+                continue;
+            }
+            if (receivedSignal != 0) {
                 return;
             }
             const bool hasRead = readKeys();
@@ -157,158 +188,218 @@ public:
     }
 
 private:
-    using TView = std::tuple<unsigned int, unsigned int, int, int, int>;
+    struct TRow {
+        std::string text;
+        const Host::TOutputLine* line;
+    };
 
-    static constexpr short ERROR_COLOURS = 1;
-    static constexpr short DEFAULT_COLOUR = -1;
+    static constexpr int DEFAULT_COLOR = -1;
+    static constexpr short DEFAULT_PAIR = 0;
 
     static int getOutputRows() { return std::max(LINES - 1, 1); }
 
-    /// Makes the windows anew for the terminal's size.
+    /// Creates the windows for the terminal's size.
     void layOut()
     {
         m_Output.reset(newwin(getOutputRows(), COLS, 0, 0));
         m_Input.reset(newwin(1, COLS, LINES - 1, 0));
-        scrollok(m_Output.get(), TRUE);
         keypad(m_Input.get(), TRUE);
         nodelay(m_Input.get(), TRUE);
+        m_Host.setWidth(COLS);
     }
 
-    /// Handles all keys that were pressed.
-    /// @return whether there was any
+    /// Handles all pressed keys.
+    /// @return whether a key was pressed
     bool readKeys()
     {
         bool hasRead = false;
-        while (!m_IsLeaving) {
+        while (!m_Host.isQuitting()) {
             const int key = wgetch(m_Input.get());
             if (key == ERR) {
                 break;
             }
             hasRead = true;
-            handleKey(key);
-            m_IsLeaving = m_IsLeaving || m_Host.isQuitting();
+            if (!handleControlKey(key) && !handleEditingKey(key) && key >= ' ' && key < KEY_MIN) {
+                m_Editor.insert(std::string(1, static_cast<char>(key)));
+            }
         }
         return hasRead;
     }
 
-    void handleKey(int key)
+    /// Returns the code of a letter with the control key.
+    static constexpr int control(char letter) { return letter - '@'; }
+
+    /// @return false if the key belongs to the command line
+    bool handleControlKey(int key)
     {
-        constexpr int END_OF_INPUT = 4; // Ctrl-D
-        constexpr int BACKSPACE = 8;
-        constexpr int DELETE = 127;
         switch (key) {
         case '\n':
         case '\r':
         case KEY_ENTER:
-            m_SkipCount = 0;
-            m_Host.putChar(Host::ENTER);
-            break;
-        case BACKSPACE:
-        case DELETE:
-        case KEY_BACKSPACE:
-            m_Host.putChar(Host::DELETE_LAST);
-            break;
+            m_SkippedRows = 0;
+            m_Host.enterLine(m_Editor.enter());
+            return true;
         case KEY_PPAGE:
-            scroll(getOutputRows() / 2);
-            break;
+            m_SkippedRows += getOutputRows() / 2;
+            return true;
         case KEY_NPAGE:
-            scroll(-getOutputRows() / 2);
-            break;
+            m_SkippedRows = std::max(m_SkippedRows - getOutputRows() / 2, 0);
+            return true;
         case KEY_RESIZE:
             layOut();
-            break;
-        case END_OF_INPUT:
-            m_Host.getLife().quit();
-            break;
-        default:
-            if (key < KEY_MIN) {
-                m_Host.putChar(static_cast<char>(key));
+            return true;
+        case control('L'):
+            clearok(curscr, TRUE);
+            return true;
+        case control('D'):
+            if (m_Editor.getText().empty()) {
+                m_Host.getStates().quit();
+                return true;
             }
+            return false;
+        default:
+            return false;
         }
     }
 
-    void scroll(int lineCount)
+    /// @return false if the key is not an editing key
+    bool handleEditingKey(int key)
     {
-        const int lines = std::max(m_Host.getConsole().getOutputLenght() - 1, 0);
-        const int limit = m_Host.getSettings().getTable().getInteger("screen/scrollback");
-        m_SkipCount = std::clamp(m_SkipCount + lineCount, 0, std::min(lines, limit));
+        using Operation = void (LineEditor::*)();
+        constexpr int DELETE = 127;
+        static const std::map<int, Operation> OPERATIONS = {
+            {KEY_UP, &LineEditor::showOlder},          {control('P'), &LineEditor::showOlder},
+            {KEY_DOWN, &LineEditor::showNewer},        {control('N'), &LineEditor::showNewer},
+            {KEY_LEFT, &LineEditor::moveLeft},         {control('B'), &LineEditor::moveLeft},
+            {KEY_RIGHT, &LineEditor::moveRight},       {control('F'), &LineEditor::moveRight},
+            {KEY_HOME, &LineEditor::moveToStart},      {control('A'), &LineEditor::moveToStart},
+            {KEY_END, &LineEditor::moveToEnd},         {control('E'), &LineEditor::moveToEnd},
+            {KEY_DC, &LineEditor::eraseAfter},         {control('D'), &LineEditor::eraseAfter},
+            {KEY_BACKSPACE, &LineEditor::eraseBefore}, {control('H'), &LineEditor::eraseBefore},
+            {DELETE, &LineEditor::eraseBefore},        {control('W'), &LineEditor::eraseWord},
+            {control('U'), &LineEditor::eraseToStart}, {control('K'), &LineEditor::eraseToEnd}};
+        const auto found = OPERATIONS.find(key);
+        if (found == OPERATIONS.end()) {
+            return false;
+        }
+        (m_Editor.*found->second)();
+        return true;
     }
 
     void draw()
     {
-        const qor::Console& console = m_Host.getConsole();
-        const TView view(console.getOutputModCount(), console.getCommandLineModCount(), m_SkipCount,
-                         LINES, COLS);
-        if (view == m_Shown) {
-            return;
-        }
         drawOutput();
         drawCommandLine();
         doupdate();
-        m_Shown = view;
     }
 
     void drawOutput()
     {
-        WINDOW* const window = m_Output.get();
-        std::vector<std::string> lines;
-        m_Host.getConsole().getOutput(lines, getOutputRows(), m_SkipCount);
-        werase(window);
-        for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
-            const bool isFirst = line == lines.rbegin();
-            // Behind a line that fills its row, curses has begun the next row already.
-            if (!isFirst && (getcurx(window) > 0 || std::prev(line)->empty())) {
-                waddch(window, '\n');
-            }
-            const bool isRed =
-                m_Host.usesColours() && has_colors() && line->rfind("Error: ", 0) == 0;
-            wattrset(window, isRed ? COLOR_PAIR(ERROR_COLOURS) : 0);
-            waddstr(window, getVisibleText(*line).c_str());
+        const int limit = m_Host.getSettings().getTable().getInteger("screen/scrollback");
+        const int rowCount = getOutputRows();
+        const auto lines = m_Host.getOutput(std::min(m_SkippedRows, limit) + rowCount, 0);
+        const std::vector<TRow> rows = makeRows(lines, m_SkippedRows + rowCount);
+        // Scrolling stops at the oldest line.
+        const int size = static_cast<int>(rows.size());
+        m_SkippedRows = std::clamp(m_SkippedRows, 0, std::max(size - rowCount, 0));
+        const int shownCount = std::min(size - m_SkippedRows, rowCount);
+
+        m_Pairs.reset();
+        werase(m_Output.get());
+        for (int i = 0; i < shownCount; ++i) {
+            wmove(m_Output.get(), shownCount - 1 - i, 0);
+            drawRow(rows[static_cast<std::size_t>(m_SkippedRows + i)]);
         }
-        wnoutrefresh(window);
+        wnoutrefresh(m_Output.get());
     }
 
-    /// @return as much of a line's end as can be seen, without what curses would not show but obey
-    static std::string getVisibleText(const std::string& line)
+    /// Breaks lines into rows, the lowest first, until there are `maxCount`.
+    static std::vector<TRow> makeRows(const std::vector<Host::TOutputLine>& lines, int maxCount)
     {
-        constexpr std::size_t LONGEST_CHARACTER = 4;
-        const std::size_t longest = static_cast<std::size_t>(getOutputRows()) *
-                                    static_cast<std::size_t>(COLS) * LONGEST_CHARACTER;
-        std::string text = line.size() > longest ? line.substr(line.size() - longest) : line;
-        std::replace(text.begin(), text.end(), '\r', ' ');
-        std::replace(text.begin(), text.end(), '\b', ' ');
-        return text;
+        constexpr std::size_t MAX_BYTES = 65536;
+        std::vector<TRow> rows;
+        for (const Host::TOutputLine& line : lines) {
+            if (line.picture) {
+                rows.push_back({line.text, &line});
+            } else {
+                const bool isLong = line.text.size() > MAX_BYTES;
+                const auto parts =
+                    splitRows(isLong ? line.text.substr(0, MAX_BYTES) + "..." : line.text, COLS);
+                for (auto part = parts.rbegin(); part != parts.rend(); ++part) {
+                    rows.push_back({*part, &line});
+                }
+            }
+            if (static_cast<int>(rows.size()) >= maxCount) {
+                break;
+            }
+        }
+        return rows;
     }
 
+    void drawRow(const TRow& row)
+    {
+        WINDOW* const window = m_Output.get();
+        const bool usesColors = has_colors() && m_Host.getColorMode() != ColorMode::NONE;
+        constexpr int PALETTE_SIZE = 256;
+        if (row.line->picture && usesColors && COLORS >= PALETTE_SIZE && MB_CUR_MAX > 1) {
+            drawPicture(*row.line->picture);
+            return;
+        }
+        const bool isRed = usesColors && row.line->isError;
+        setColors(isRed ? m_Pairs.get(COLOR_RED, DEFAULT_COLOR) : DEFAULT_PAIR);
+        waddnstr(window, row.text.c_str(), -1);
+    }
+
+    void drawPicture(const TPictureRow& picture)
+    {
+        const std::size_t width =
+            std::min(picture.upper.size(), static_cast<std::size_t>(std::max(COLS, 0)));
+        for (std::size_t x = 0; x < width; ++x) {
+            const int lower =
+                picture.lower.empty() ? DEFAULT_COLOR : toPaletteColor(picture.lower[x]);
+            setColors(m_Pairs.get(toPaletteColor(picture.upper[x]), lower));
+            waddstr(m_Output.get(), "\u2580");
+        }
+        setColors(DEFAULT_PAIR);
+    }
+
+    void setColors(short pair) { wattr_set(m_Output.get(), A_NORMAL, pair, nullptr); }
+
+    /// Draws the part of the command line around the cursor that fits.
     void drawCommandLine()
     {
         WINDOW* const window = m_Input.get();
-        const std::string text = m_Host.getPrompt() + m_Host.getConsole().getCommandLine();
-        const std::size_t width = static_cast<std::size_t>(COLS - 1);
-        const std::size_t hidden = text.size() > width ? text.size() - width : 0;
+        const std::string& text = m_Editor.getText();
+        const std::string before =
+            m_Host.getPrompt() + toPrintable(text.substr(0, m_Editor.getCursor()));
+        std::string visible = before;
+        while (measureColumns(visible) >= COLS && !visible.empty()) {
+            visible.erase(0, nextCharacter(visible, 0));
+        }
         werase(window);
-        mvwaddstr(window, 0, 0, text.c_str() + hidden);
+        mvwaddstr(window, 0, 0, visible.c_str());
+        const int column = getcurx(window);
+        waddstr(window, splitRows(toPrintable(text.substr(m_Editor.getCursor())),
+                                  std::max(COLS - column - 1, 1))
+                            .front()
+                            .c_str());
+        wmove(window, 0, column);
         wnoutrefresh(window);
     }
 
     Host& m_Host;
+    LineEditor m_Editor;
+    ColorPairs m_Pairs;
     TWindow m_Output;
     TWindow m_Input;
-    std::optional<TView> m_Shown;
-    int m_SkipCount = 0; ///< how many of the newest lines are scrolled out of sight
-    bool m_IsLeaving = false;
+    int m_SkippedRows = 0; ///< how many rows are below the visible ones
 };
 
 } // namespace
 
-bool hasScreen()
-{
-    return true;
-}
-
 bool runScreen(Host& host)
 {
-    // For curses to know the bytes of a character; the library reads no locale.
+    // curses and wcwidth need the locale's character set. The library ignores the locale.
     std::setlocale(LC_ALL, "");
     const SignalGuard signals;
     const TTerminal terminal(newterm(nullptr, stdout, stdin));

@@ -2,10 +2,11 @@
 
 class Host;
 
-/// @return whether this program was built with a screen
+/// Returns whether the terminal can show the full screen: it can move its cursor, and it is large
+/// enough.
 bool hasScreen();
 
-/// Shows the host's console on the terminal until the user leaves. A signal that ends the program
-/// does so from here, once the terminal is restored.
+/// Shows the host's console on the full screen until the user leaves. A signal that ends the
+/// program restores the terminal first.
 /// @return false if the terminal cannot be used
 bool runScreen(Host& host);

@@ -4,7 +4,9 @@
 
 class Host;
 
-/// Feeds a text to the host's console, and writes what it answers, each line's answer at once.
-/// @param echoes whether to write the command lines too
-/// @return whether no line failed and all could be written
+/// Runs the lines of a text, and writes the answer to each line at once. In the mode LINE_BY_LINE
+/// it also prompts, and asks before the end of the input loses changes.
+/// @param echoes whether to write the input lines, too
+/// @return false if a line failed, the output could not be written, or a script left unsaved
+/// changes
 bool runScript(Host& host, std::istream& input, std::ostream& output, bool echoes);

@@ -1,35 +1,69 @@
 #include "Settings.h"
 
+#include <filesystem>
+#include <system_error>
+
+#include <qor/XMLElement.h>
+
+#include "ElementFile.h"
 #include "Host.h"
+#include "shared/Text.h"
 
 namespace
 {
 
-/// Raised whenever the meaning of a stored value changes, together with the version of that
-/// setting.
+/// Increased when the meaning of a stored value changes, with the version of that setting.
 constexpr unsigned int VERSION = 2;
 
 constexpr unsigned int ANY_VERSION = 0;
+
+/// Reads a file of settings.
+/// @param root receives the file's content; an empty tree if there is no file
+/// @return why that failed; empty on success
+std::string readFile(const std::string& filename, qor::XMLElement& root)
+{
+    std::error_code error;
+    const auto type = std::filesystem::status(filename, error).type();
+    if (type == std::filesystem::file_type::not_found) {
+        return "";
+    }
+    const std::string failure = "Cannot read the settings in " + quote(filename) + ": ";
+    if (type != std::filesystem::file_type::regular) {
+        return failure + (error ? error.message() : "it is not a regular file");
+    }
+    const std::string loadError = loadElement(filename, root);
+    if (!loadError.empty()) {
+        return loadError;
+    }
+    const int version = root.getValueAsInteger("version", 0);
+    if (root.getName() != "configuration" || version < 1) {
+        return failure + "it is not a settings file of qorhost";
+    }
+    if (static_cast<unsigned int>(version) > VERSION) {
+        return failure + "a newer version of qorhost has written it";
+    }
+    return "";
+}
 
 } // namespace
 
 Settings::Settings(Host& host) : m_Host(host), m_Table(VERSION)
 {
-    addInteger({"log/level", "what is logged: 0 nothing, 1 errors, 2 infos, 3 all"}, 3, 0, 3);
+    addInteger({"log/level", "0 logs nothing, 1 errors, 2 also information, 3 everything"}, 3, 0,
+               3);
     addBoolean({"log/commands", "whether each command line is logged"}, true);
-    addInteger({"screen/colours", "when colours are used: 0 never, 1 on a terminal, 2 always"}, 1,
-               0, 2);
-    addInteger({"screen/scrollback", "how many lines back the screen scrolls"}, 2000, 0, 10000);
-    addInteger({"tree/depth", "how many levels 'tree' shows"}, 4, 1, 1000);
-    addInteger({"tree/lines", "how many lines 'tree' shows"}, 100, 1, 100000);
-    addInteger({"number/digits", "how many digits 'float' shows behind the point"}, 6, 0, 20);
-    addBoolean({"document/reopen", "whether the recent document is loaded at the start"}, false);
-    addText({"document/recent", "the file of the document that was loaded last"}, "");
-    addText({"greeting", "what is printed at the start"}, "Type 'help' for the commands.");
-    addText({"prompt", "what stands in front of the command line"}, ">");
+    addInteger({"screen/colors", "0 never uses colors, 1 on a terminal, 2 always"}, 1, 0, 2);
+    addInteger({"screen/scrollback", "maximum number of lines to scroll back"}, 2000, 0, 10000);
+    addInteger({"tree/depth", "number of levels that 'tree' shows"}, 4, 1, 1000);
+    addInteger({"tree/lines", "number of lines that 'tree' shows"}, 100, 1, 100000);
+    addInteger({"number/digits", "number of digits that 'float' shows after the point"}, 6, 0, 20);
+    addBoolean({"document/reopen", "whether the recent document is loaded at start"}, false);
+    addText({"document/recent", "the file that was last loaded or saved"}, "");
+    addText({"greeting", "the text that is printed at start"}, "Type 'help' for the commands.");
+    addText({"prompt", "the text before the command line"}, ">");
 
     const TDescription interval = {"progress/interval", "seconds between two lines of progress"};
-    // In milliseconds up to version 1.
+    // Version 1 stored milliseconds.
     m_Table.addFloatParameter(interval.name, 0.5f, 0.05f, 60.0f, 2);
     m_Descriptions.push_back(interval);
 
@@ -42,10 +76,36 @@ Settings::~Settings()
     m_Table.removeListener(this);
 }
 
-bool Settings::load(const std::string& filename)
+std::string Settings::load(const std::string& filename)
 {
+    qor::XMLElement root("");
+    std::string error = readFile(filename, root);
+    if (error.empty() && !root.getName().empty()) {
+        m_Table.load(&root);
+    }
     m_Filename = filename;
-    return m_Table.load(filename);
+    return error;
+}
+
+std::string Settings::save(const std::string& filename)
+{
+    const std::string& target = filename.empty() ? m_Filename : filename;
+    if (target.empty()) {
+        return "Cannot save the settings: they have no file. Use 'settings-save FILE'";
+    }
+    // Saving into the file's own tree keeps its other elements.
+    qor::XMLElement root("configuration");
+    std::string error = readFile(target, root);
+    if (!error.empty()) {
+        return error + ". The file is unchanged; 'settings-save FILE' saves to another one";
+    }
+    int size = 0;
+    m_Table.save(&root);
+    error = saveElement(root, target, true, size);
+    if (error.empty()) {
+        m_Filename = target;
+    }
+    return error;
 }
 
 void Settings::takeVariables()
@@ -67,24 +127,25 @@ void Settings::parameterChanged(const std::string& name)
     }
 }
 
-void Settings::addBoolean(const TDescription& description, bool usual)
+void Settings::addBoolean(const TDescription& description, bool defaultValue)
 {
-    m_Table.addBooleanParameter(description.name, usual, ANY_VERSION);
+    m_Table.addBooleanParameter(description.name, defaultValue, ANY_VERSION);
     m_Descriptions.push_back(description);
 }
 
-void Settings::addInteger(const TDescription& description, int usual, int least, int most)
+void Settings::addInteger(const TDescription& description, int defaultValue, int minimum,
+                          int maximum)
 {
-    m_Table.addIntegerParameter(description.name, usual, least, most, ANY_VERSION);
+    m_Table.addIntegerParameter(description.name, defaultValue, minimum, maximum, ANY_VERSION);
     m_Descriptions.push_back(description);
 }
 
-void Settings::addText(const TDescription& description, const std::string& usual)
+void Settings::addText(const TDescription& description, const std::string& defaultValue)
 {
-    constexpr int MOST_CHARACTERS = 4096;
-    m_Table.addStringParameter(description.name, usual, 0, MOST_CHARACTERS, ANY_VERSION);
+    constexpr int MAX_BYTES = 4096;
+    m_Table.addStringParameter(description.name, defaultValue, 0, MAX_BYTES, ANY_VERSION);
     m_Descriptions.push_back(description);
-    m_Variables.push_back({description.name, usual});
+    m_Variables.push_back({description.name, defaultValue});
     m_Host.getConsole().addVariable(description.name, description.help, qor::Console::VT_STRING, 0,
                                     0, &m_Variables.back().text);
 }

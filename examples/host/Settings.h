@@ -8,8 +8,8 @@
 
 class Host;
 
-/// The host's settings, in a file of the user's: each steers the host, and takes effect as soon as
-/// it is changed. Those that are texts are also variables of the console.
+/// The host's settings and their file. A change takes effect at once. Texts are also variables of
+/// the console.
 class Settings : private qor::Configuration::Listener
 {
 public:
@@ -23,23 +23,25 @@ public:
     Settings& operator=(const Settings&) = delete;
     ~Settings() override;
 
-    /// Reads the settings from a file, which also becomes the one to save to. There need not be
-    /// one.
-    /// @return false if there is a file that cannot be read
-    bool load(const std::string& filename);
+    /// Loads the settings from a file, which also becomes the settings' file. A missing file is not
+    /// an error.
+    /// @return why that failed; empty on success. After a failure the file is never overwritten.
+    std::string load(const std::string& filename);
 
-    /// Saves to the file that was loaded.
-    bool save() const { return m_Table.save(); }
+    /// Saves the settings. Elements of the file that are not settings are kept.
+    /// @param filename another file, which becomes the settings' file; empty: the settings' file
+    /// @return why that failed; empty on success
+    std::string save(const std::string& filename = "");
 
     const std::string& getFilename() const { return m_Filename; }
 
     qor::Configuration& getTable() { return m_Table; }
     const qor::Configuration& getTable() const { return m_Table; }
 
-    /// @return what there is to be set, in the order of declaration
+    /// Returns the settings in the order of declaration.
     const std::vector<TDescription>& getDescriptions() const { return m_Descriptions; }
 
-    /// Takes over what the user has set as console variables.
+    /// Copies the console variables that the user has set to the table.
     void takeVariables();
 
 private:
@@ -49,9 +51,9 @@ private:
     };
 
     void parameterChanged(const std::string& name) override;
-    void addBoolean(const TDescription& description, bool usual);
-    void addInteger(const TDescription& description, int usual, int least, int most);
-    void addText(const TDescription& description, const std::string& usual);
+    void addBoolean(const TDescription& description, bool defaultValue);
+    void addInteger(const TDescription& description, int defaultValue, int minimum, int maximum);
+    void addText(const TDescription& description, const std::string& defaultValue);
 
     Host& m_Host;
     qor::Configuration m_Table;

@@ -6,6 +6,7 @@
 #include "Command.h"
 #include "Host.h"
 #include "Settings.h"
+#include "shared/Text.h"
 
 namespace
 {
@@ -42,7 +43,7 @@ private:
                 return true;
             }
         }
-        return fail("No such setting: '" + tokens[1] + "'");
+        return fail("No setting has the name " + quote(tokens[1]));
     }
 };
 
@@ -57,9 +58,10 @@ private:
         qor::Configuration& table = m_Host.getSettings().getTable();
         const std::string text = joinWords(tokens, 2);
         if (!table.set(tokens[1], text)) {
-            return fail("No such setting, or no value for it: '" + tokens[1] + "' '" + text + "'");
+            return fail("Cannot set " + quote(tokens[1]) + " to " + quote(text) +
+                        ": the setting does not exist or has another type");
         }
-        // Its limits may have changed it.
+        // The limits may have changed the value.
         print(tokens[1] + " = " + table.get(tokens[1]));
         return true;
     }
@@ -71,16 +73,17 @@ public:
     using Command::Command;
 
 private:
-    bool run(const std::vector<std::string>&) override
+    bool run(const std::vector<std::string>& tokens) override
     {
-        const Settings& settings = m_Host.getSettings();
-        if (!m_Host.mayUseFiles()) {
+        if (!m_Host.requireIdleLoader()) {
             return false;
         }
-        if (!settings.save()) {
-            return fail("The settings could not be saved; the log tells why");
+        Settings& settings = m_Host.getSettings();
+        const std::string error = settings.save(tokens.size() > 1 ? tokens[1] : "");
+        if (!error.empty()) {
+            return fail(error);
         }
-        print("Saved '" + settings.getFilename() + "'");
+        print("Saved " + quote(settings.getFilename()));
         return true;
     }
 };
@@ -93,7 +96,12 @@ public:
 private:
     bool run(const std::vector<std::string>&) override
     {
-        return m_Host.mayUseFiles() && m_Host.loadSettings(m_Host.getSettings().getFilename());
+        if (!m_Host.requireIdleLoader()) {
+            return false;
+        }
+        Settings& settings = m_Host.getSettings();
+        const std::string error = settings.load(settings.getFilename());
+        return error.empty() || fail(error);
     }
 };
 
@@ -101,9 +109,12 @@ private:
 
 void addSettingsCommands(Host& host)
 {
+    host.beginGroup("Settings");
     host.addCommand<ShowCommand>({"settings", "", "Show all settings", 0, 0});
     host.addCommand<GetCommand>({"settings-get", "NAME", "Show a setting", 1, 1});
     host.addCommand<SetCommand>({"settings-set", "NAME VALUE...", "Change a setting", 2, -1});
-    host.addCommand<SaveCommand>({"settings-save", "", "Save the settings", 0, 0});
-    host.addCommand<LoadCommand>({"settings-load", "", "Load the settings once more", 0, 0});
+    host.addCommand<SaveCommand>({"settings-save", "[FILE]", "Save the settings", 0, 1});
+    host.addCommand<LoadCommand>({"settings-load", "", "Load the settings again", 0, 0});
+    host.addDescription({"get", "VARIABLE", "Show a console variable", 1, 1});
+    host.addDescription({"set", "VARIABLE VALUE", "Set a console variable", 2, 2});
 }

@@ -3,8 +3,6 @@
 #include <iostream>
 #include <string>
 
-#include <unistd.h>
-
 #include "CheckCommands.h"
 #include "DocumentCommands.h"
 #include "GeneralCommands.h"
@@ -14,6 +12,8 @@
 #include "Screen.h"
 #include "Script.h"
 #include "SettingsCommands.h"
+#include "Terminal.h"
+#include "shared/Text.h"
 
 namespace
 {
@@ -21,11 +21,11 @@ namespace
 constexpr int BAD_USAGE = 2;
 constexpr const char* USAGE =
     "Usage: qorhost [--echo] [--log FILE] [--config FILE] [DOCUMENT.xml]\n"
-    "Work on a document from a console: on a terminal a full screen, else the lines of\n"
-    "standard input. The command 'help' lists all commands.\n"
+    "Shows, changes and checks an XML document. On a terminal it takes the full screen;\n"
+    "otherwise it runs the commands of standard input. 'help' lists the commands.\n"
     "  --echo         print each line of standard input before its answer\n"
-    "  --log FILE     log into this file, and not into that in the user's data directory\n"
-    "  --config FILE  keep the settings in this file, and not in the user's data directory\n"
+    "  --log FILE     write the log to FILE instead of the user's data directory\n"
+    "  --config FILE  keep the settings in FILE instead of the user's data directory\n"
     "  --help         print this text\n";
 
 struct TArguments {
@@ -59,12 +59,13 @@ TArguments readArguments(int count, char** values)
     return arguments;
 }
 
-/// Loads the settings, greets the user, and loads the document that is to be worked on.
-/// @return whether all went well
+/// Loads the settings and the document, and prints the greeting.
+/// @return false if the settings or the document could not be loaded
 bool begin(Host& host, const TArguments& arguments)
 {
-    const bool hasSettings = host.loadSettings(
+    const std::string error = host.getSettings().load(
         arguments.config.empty() ? Host::getUserFile("settings.xml") : arguments.config);
+    const bool hasSettings = error.empty() || host.fail(error);
     const qor::Configuration& settings = host.getSettings().getTable();
     if (!settings.getString("greeting").empty()) {
         host.getConsole().print(settings.getString("greeting"));
@@ -76,32 +77,49 @@ bool begin(Host& host, const TArguments& arguments)
     return (filename.empty() || host.loadDocument(filename)) && hasSettings;
 }
 
+/// Saves the settings of an interactive session, such as the recent document.
+int saveSettings(Host& host)
+{
+    // While a document is being loaded, the last XML error belongs to the loader.
+    const std::string error = host.isLoading() ? "" : host.getSettings().save();
+    if (error.empty()) {
+        return EXIT_SUCCESS;
+    }
+    std::cerr << "qorhost: " << toPrintable(error) << '\n';
+    return EXIT_FAILURE;
+}
+
+Host::Mode chooseMode()
+{
+    if (!isInteractive()) {
+        return Host::Mode::SCRIPT;
+    }
+    return hasScreen() ? Host::Mode::FULL_SCREEN : Host::Mode::LINE_BY_LINE;
+}
+
 int runHost(const TArguments& arguments)
 {
-    const bool usesScreen = hasScreen() && isatty(STDIN_FILENO) && isatty(STDOUT_FILENO);
-    Host host(usesScreen ? Host::Mode::FULL_SCREEN : Host::Mode::SCRIPT);
-    addGeneralCommands(host);
+    Host host(chooseMode());
     addDocumentCommands(host);
-    addSettingsCommands(host);
     addCheckCommands(host);
     addImageCommands(host);
+    addSettingsCommands(host);
     addLogCommands(host, openLog(host, arguments.log));
+    addGeneralCommands(host);
 
-    const bool loaded = begin(host, arguments);
-    if (!usesScreen) {
-        const bool succeeded = runScript(host, std::cin, std::cout, arguments.echoes);
-        return loaded && succeeded ? EXIT_SUCCESS : EXIT_FAILURE;
+    const bool hasBegun = begin(host, arguments);
+    if (host.getMode() == Host::Mode::SCRIPT) {
+        const bool hasSucceeded = runScript(host, std::cin, std::cout, arguments.echoes);
+        return hasBegun && hasSucceeded ? EXIT_SUCCESS : EXIT_FAILURE;
     }
-    if (!runScreen(host)) {
-        std::cerr << "qorhost: this terminal cannot be used; see the variable TERM\n";
+    if (host.getMode() == Host::Mode::LINE_BY_LINE) {
+        catchInterrupts();
+        runScript(host, std::cin, std::cout, arguments.echoes);
+    } else if (!runScreen(host)) {
+        std::cerr << "qorhost: Cannot use this terminal. Check the variable TERM\n";
         return EXIT_FAILURE;
     }
-    // The recent document, say. While one is being loaded, the text of the last XML error is the
-    // loader's.
-    if (!host.isLoading()) {
-        host.getSettings().save();
-    }
-    return EXIT_SUCCESS;
+    return saveSettings(host);
 }
 
 } // namespace
@@ -119,6 +137,6 @@ try {
     }
     return runHost(arguments);
 } catch (const std::exception& exception) {
-    std::cerr << "qorhost: " << exception.what() << '\n';
+    std::cerr << "qorhost: " << toPrintable(exception.what()) << '\n';
     return EXIT_FAILURE;
 }

@@ -1,14 +1,15 @@
-# Runs HOST on DOCUMENT and with a copy of SETTINGS, if these are given, with the commands in the file
-# INPUT, in the empty folder FOLDER, and compares the exit status with STATUS and, where EXPECTED names a file, what is printed with that, times aside.
+# Runs HOST with the commands of the file INPUT in the new directory FOLDER. With DOCUMENT it works on
+# a copy of that file, and with SETTINGS on a copy of those settings. The test fails unless the exit
+# status is STATUS and the output is the content of the file EXPECTED, apart from times.
 file(REMOVE_RECURSE ${FOLDER})
 file(MAKE_DIRECTORY ${FOLDER})
 if(SETTINGS)
     configure_file(${SETTINGS} ${FOLDER}/settings.xml COPYONLY)
 endif()
 if(DOCUMENT)
-    # With its template, if it has one.
-    get_filename_component(folder ${DOCUMENT} DIRECTORY)
-    file(GLOB documents ${folder}/*.xml)
+    # Templates are beside their documents.
+    get_filename_component(directory ${DOCUMENT} DIRECTORY)
+    file(GLOB documents ${directory}/*.xml)
     file(COPY ${documents} DESTINATION ${FOLDER})
     get_filename_component(document ${DOCUMENT} NAME)
 endif()
@@ -18,12 +19,10 @@ execute_process(COMMAND ${HOST} --echo --log host.log --config settings.xml ${do
 file(READ ${FOLDER}/output.txt output)
 file(REMOVE_RECURSE ${FOLDER})
 if(NOT status STREQUAL STATUS OR NOT error STREQUAL "")
-    message(FATAL_ERROR "Ended with ${status} and not ${STATUS}\n${output}${error}")
+    message(FATAL_ERROR "The exit status is ${status} instead of ${STATUS}\n${output}${error}")
 endif()
 string(REGEX REPLACE "[0-9]+-[0-9]+-[0-9]+ [0-9]+:[0-9]+:[0-9]+\\.[0-9]+" "TIME" output "${output}")
-if(EXPECTED)
-    file(READ ${EXPECTED} expected)
-    if(NOT output STREQUAL expected)
-        message(FATAL_ERROR "Printed, and not what ${EXPECTED} holds:\n${output}")
-    endif()
+file(READ ${EXPECTED} expected)
+if(NOT output STREQUAL expected)
+    message(FATAL_ERROR "The output differs from ${EXPECTED}:\n${output}")
 endif()

@@ -1,0 +1,24 @@
+#include "Screen.h"
+
+// The last header defines macros such as `lines` and `columns`.
+#include <curses.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <term.h>
+
+bool hasScreen()
+{
+    constexpr int MIN_COLUMNS = 20;
+    constexpr int MIN_LINES = 5;
+    int error = 0;
+    if (setupterm(nullptr, STDOUT_FILENO, &error) != OK) {
+        return false;
+    }
+    char capability[] = "cup";
+    const char* const moveCursor = tigetstr(capability);
+    winsize size = {};
+    const bool hasSize = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return moveCursor && moveCursor != reinterpret_cast<const char*>(-1) &&
+           (!hasSize || (size.ws_col >= MIN_COLUMNS && size.ws_row >= MIN_LINES));
+}

@@ -1,0 +1,15 @@
+#include "Terminal.h"
+
+bool isInteractive()
+{
+    return false;
+}
+
+bool isOutputTerminal()
+{
+    return false;
+}
+
+void catchInterrupts() {}
+
+void resetInput() {}
