@@ -123,7 +123,7 @@ void Fleet::drawReflections(qor::Image& frame, const TView& view, const Scene& s
             for (int column = 0; column < width && sourceRow >= 0; ++column) {
                 const Pixel pixel = sprite.getData()[sourceRow * width + column];
                 const int x = left + column + shift;
-                const int y = static_cast<int>(Water::getCrest(view, lane + 1, place.x)) + 1 + row;
+                const int y = static_cast<int>(place.waterline) + 1 + row;
                 if (pixel >> 24 > 127 && frame.getSize().testPoint(x, y)) {
                     Pixel& under =
                         frame.getData()[static_cast<std::ptrdiff_t>(y) * frame.getWidth() + x];

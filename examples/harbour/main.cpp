@@ -120,6 +120,7 @@ int runHarbour(const TArguments& arguments)
     }
     for (const std::string& command : arguments.commands) {
         harbour.runLine(command);
+        harbour.waitForScene();
     }
     if (arguments.frameCount > 0) {
         window.run(arguments.frameCount);

@@ -121,6 +121,7 @@ void addBeam(qor::Image& image, TPoint lamp, TPoint end, float width, Pixel ligh
 {
     const float dx = end.x - lamp.x, dy = end.y - lamp.y;
     const float square = std::max(dx * dx + dy * dy, 1.0f);
+    const float slope = width / std::sqrt(square);
     const TPoint middle = {(lamp.x + end.x) / 2.0f, (lamp.y + end.y) / 2.0f};
     const qor::Rectangle area = image.getSize().intersect(
         getBounds(middle, std::fabs(dx) / 2.0f + width, std::fabs(dy) / 2.0f + width));
@@ -131,7 +132,7 @@ void addBeam(qor::Image& image, TPoint lamp, TPoint end, float width, Pixel ligh
             const float px = static_cast<float>(x) + 0.5f - lamp.x;
             const float along = (px * dx + py * dy) / square;
             const float across = (px * dy - py * dx) / square;
-            const float half = width / std::sqrt(square) * (0.05f + along);
+            const float half = slope * (0.05f + along);
             const float inside = 1.0f - across * across / (half * half);
             if (along > 0.0f && along < 1.0f && inside > 0.0f) {
                 const float strength = inside * (1.0f - along) * (1.0f - along);
