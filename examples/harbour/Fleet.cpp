@@ -200,7 +200,7 @@ void Fleet::drawLamps(qor::Image& frame, const TView& view, const TShip& ship,
                                place.waterline - place.size * lamp.y};
         const float radius = place.size * lamp.radius;
         addGlow(frame, center, radius, radius,
-                dim(lamp.light, static_cast<unsigned int>(view.light.night * 150.0f)));
+                dim(lamp.light, static_cast<unsigned int>(view.light.night * 120.0f)));
         addGlow(frame, center, place.size * 3.0f, place.size * 3.0f,
                 dim(lamp.light, static_cast<unsigned int>(view.light.night * 256.0f)));
     }

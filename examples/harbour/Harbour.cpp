@@ -163,6 +163,9 @@ void Harbour::takeScene()
     SceneLoader::TResult result = m_Loader.takeResult();
     if (!result.error.empty()) {
         fail(result.error);
+        if (!m_Life.isIn("console")) {
+            m_Life.sendEvent(Life::CONSOLE);
+        }
         return;
     }
     m_Scene = std::move(result.scene);
@@ -217,6 +220,9 @@ void Harbour::update()
 
 void Harbour::resize(int width, int height)
 {
+    constexpr int SMALLEST = 32;
+    width = std::max(width, SMALLEST);
+    height = std::max(height, SMALLEST);
     if (m_Frame.getWidth() != width || m_Frame.getHeight() != height) {
         m_Frame.create(static_cast<unsigned long>(width), static_cast<unsigned long>(height));
     }

@@ -38,7 +38,7 @@ void drawHills(qor::Image& frame, const TView& view)
         float highest = 0.0f;
         for (int x = 0; x < view.width; ++x) {
             const float place = (static_cast<float>(x) + view.pan * hills.nearness) / view.scale;
-            const float share = place / 1280.0f;
+            const float share = static_cast<float>(x) / static_cast<float>(view.width);
             const float trees = layer == 2 ? 0.16f * smoothNoise(place / 11.0f, 60) : 0.0f;
             const float rise =
                 smoothNoise(place / hills.length + 9.0f * static_cast<float>(layer), 40) + trees;

@@ -74,7 +74,9 @@ void drawLamp(qor::Image& frame, const TView& view)
     const TLight& light = view.light;
     const TPoint center = {light.lampX * static_cast<float>(view.width),
                            static_cast<float>(view.horizon) * (1.0f - 0.8f * light.lampHeight)};
-    const Pixel color = toPixel(light.lamp);
+    // Below the horizon, the sun's glow fades.
+    const float fade = qor::Math::saturate(1.0f + light.lampHeight * 10.0f) * 256.0f;
+    const Pixel color = dim(toPixel(light.lamp), static_cast<unsigned int>(fade));
     const float radius = view.scaled(light.isMoon ? 22.0f : 30.0f);
     addGlow(frame, center, radius * 10.0f, radius * 8.0f, dim(color, light.isMoon ? 40 : 90));
     addGlow(frame, center, radius * 3.0f, radius * 3.0f, dim(color, light.isMoon ? 60 : 110));

@@ -29,6 +29,8 @@ constexpr std::array<THour, 11> HOURS = {{
 
 constexpr float SUNRISE = 5.6f;
 constexpr float SUNSET = 20.2f;
+constexpr float MOONRISE = SUNSET + 0.4f;
+constexpr float MOONSET = SUNRISE - 0.4f;
 
 } // namespace
 
@@ -47,17 +49,17 @@ TLight getLight(float hour)
     light.horizon = mix(makeColor(a.horizon), makeColor(b.horizon), t);
     light.cloud = mix(makeColor(a.cloud), makeColor(b.cloud), t);
     light.ambient = toPixel(mix(makeColor(a.ambient), makeColor(b.ambient), t));
-    light.isMoon = hour < SUNRISE - 0.4f || hour > SUNSET + 0.4f;
-    const float start = light.isMoon ? SUNSET : SUNRISE;
-    const float length = light.isMoon ? SUNRISE + 24.0f - SUNSET : SUNSET - SUNRISE;
-    const float way = (hour < start && light.isMoon ? hour + 24.0f - start : hour - start) / length;
+    const float sunWay = (hour - SUNRISE) / (SUNSET - SUNRISE);
+    const float sunHeight = sine(sunWay / 2.0f);
+    light.night = qor::Math::saturate(0.4f - 2.5f * sunHeight);
+    light.isMoon = hour < MOONSET || hour > MOONRISE;
+    const float moonHour = hour > MOONRISE ? hour : hour + 24.0f;
+    const float way = light.isMoon ? (moonHour - MOONRISE) / (MOONSET + 24.0f - MOONRISE) : sunWay;
     light.lampX = 0.1f + 0.8f * way;
     light.lampHeight = sine(way / 2.0f);
     const TColor low = makeColor(0xFF7A30), high = makeColor(0xFFF6D8);
     light.lamp = light.isMoon ? makeColor(0xD8E2F8)
                               : mix(low, high, qor::Math::saturate(light.lampHeight * 2.2f));
-    const float darkness = light.isMoon ? 1.0f : 0.4f - light.lampHeight * 2.5f;
-    light.night = qor::Math::saturate(darkness);
     return light;
 }
 

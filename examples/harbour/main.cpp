@@ -66,20 +66,21 @@ TArguments readArguments(int count, char** values)
     return arguments;
 }
 
-/// Loads the scene that was asked for, else the user's own, else the one of the program.
+/// Loads the scene that was asked for or else the user's own. If that fails, or does not exist, the
+/// scene of the program follows.
 void loadScene(Harbour& harbour, const TArguments& arguments, const std::string& userDirectory)
 {
-    const std::string ownFile =
+    const std::string userFile =
         userDirectory.empty() ? "" : qor::File::filePath(userDirectory, "scene.xml");
-    if (!arguments.scene.empty()) {
-        harbour.load(arguments.scene, arguments.scene);
-        harbour.waitForScene();
-    } else if (!ownFile.empty() && qor::File::fileExists(ownFile)) {
-        harbour.load(ownFile, ownFile);
+    const std::string file = arguments.scene.empty() ? userFile : arguments.scene;
+    if (!arguments.scene.empty() || qor::File::fileExists(file)) {
+        harbour.load(file, file);
         harbour.waitForScene();
     }
     if (harbour.getScene().getRoutes().empty()) {
-        harbour.load(qor::File::filePath(arguments.art, "scene.xml"), ownFile);
+        // A file that exists, but was not read, must not be overwritten.
+        harbour.load(qor::File::filePath(arguments.art, "scene.xml"),
+                     qor::File::fileExists(userFile) ? "" : userFile);
     }
 }
 
