@@ -199,10 +199,9 @@ void Fleet::drawLamps(qor::Image& frame, const TView& view, const TShip& ship,
         const TPoint center = {place.x + ahead * place.size * lamp.x,
                                place.waterline - place.size * lamp.y};
         const float radius = place.size * lamp.radius;
-        addGlow(frame, center, radius, radius,
-                dim(lamp.light, static_cast<unsigned int>(view.light.night * 120.0f)));
+        addGlow(frame, center, radius, radius, dim(lamp.light, view.atNight(120.0f)));
         addGlow(frame, center, place.size * 3.0f, place.size * 3.0f,
-                dim(lamp.light, static_cast<unsigned int>(view.light.night * 256.0f)));
+                dim(lamp.light, view.atNight(256.0f)));
     }
 }
 

@@ -4,15 +4,11 @@
 #include <array>
 #include <cstddef>
 
-#include <qor/Math.h>
 #include <qor/Matrix.h>
 #include <qor/Vector.h>
 
 namespace
 {
-
-constexpr int TOWN_WIDTH = 620, TOWN_HEIGHT = 118, QUAY_HEIGHT = 14;
-constexpr Pixel LAMP_LIGHT = 0xFFFFC870;
 
 /// Returns a point of a rigged object: turned by a matrix, then seen from the front.
 TPoint project(const float* matrix, float x, float y, float z, TPoint origin)
@@ -61,9 +57,7 @@ void drawHills(qor::Image& frame, const TView& view)
             for (int x = 0; x < view.width; ++x) {
                 const float inside = tops[static_cast<std::size_t>(x)] - height;
                 if (inside > 0.0f) {
-                    row[x] = inside >= 1.0f
-                                 ? color
-                                 : blend(row[x], color, static_cast<unsigned int>(inside * 256.0f));
+                    row[x] = inside >= 1.0f ? color : blend(row[x], color, toAmount(inside));
                 }
             }
         }
@@ -114,14 +108,12 @@ void drawBeams(qor::Image& frame, const TView& view, TPoint lamp)
         const float facing = qor::Vector::dot(direction, TO_VIEWER);
         const float flash = std::max(facing, 0.0f) * std::max(facing, 0.0f);
         const float reach = view.scaled(36.0f + 190.0f * flash * flash * flash);
-        addGlow(frame, lamp, reach, reach,
-                dim(LAMP_LIGHT, static_cast<unsigned int>(view.light.night * 150.0f)));
+        addGlow(frame, lamp, reach, reach, dim(Town::LAMP_LIGHT, view.atNight(150.0f)));
         // The end rises as it comes nearer, and the beam widens.
         const TPoint end =
             project(turn, side * view.scaled(900.0f), view.scaled(60.0f * facing), 0.0f, lamp);
-        addBeam(
-            frame, lamp, end, view.scaled(110.0f * (1.0f + 0.6f * facing)),
-            dim(0xFFF0C8, static_cast<unsigned int>(view.light.night * (150.0f + 80.0f * facing))));
+        addBeam(frame, lamp, end, view.scaled(110.0f * (1.0f + 0.6f * facing)),
+                dim(0xFFF0C8, view.atNight(150.0f + 80.0f * facing)));
     }
 }
 
@@ -157,136 +149,19 @@ void drawLighthouse(qor::Image& frame, const TView& view, TPoint foot)
     band(34, 134, 0xFFFFFF, 60, -0.8f, -0.45f);
     fillPolygon(frame, {at(-17, 134), at(17, 134), at(17, 139), at(-17, 139)}, view.lit(0x3A3E48),
                 256);
-    fillPolygon(
-        frame, {at(-9, 139), at(9, 139), at(9, 154), at(-9, 154)},
-        blend(view.lit(0xA8C8D8), 0xFFFFF0C0, static_cast<unsigned int>(view.light.night * 256.0f)),
-        256);
+    fillPolygon(frame, {at(-9, 139), at(9, 139), at(9, 154), at(-9, 154)},
+                blend(view.lit(0xA8C8D8), 0xFFFFF0C0, view.atNight(256.0f)), 256);
     fillPolygon(frame,
                 {at(-12, 154), at(12, 154), at(5, 164), at(1, 172), at(-1, 172), at(-5, 164)},
                 view.lit(0xC03A34), 256);
     if (view.light.night > 0.0f) {
         addGlow(frame, at(40, 38), view.scaled(18), view.scaled(14),
-                dim(LAMP_LIGHT, static_cast<unsigned int>(view.light.night * 160.0f)));
+                dim(Town::LAMP_LIGHT, view.atNight(160.0f)));
         drawBeams(frame, view, at(0, 147));
     }
 }
 
 } // namespace
-
-Land::Land() : m_Town(TOWN_WIDTH, TOWN_HEIGHT)
-{
-    fillRectangle(m_Town, m_Town.getSize(), 0, 256);
-    buildTown();
-    for (int i = 0; i < TOWN_WIDTH * TOWN_HEIGHT; ++i) {
-        // Without light and without alpha: what the houses leave free.
-        Pixel& pixel = m_Town.getData()[i];
-        pixel = pixel == OPAQUE ? 0 : pixel;
-    }
-}
-
-void Land::buildTown()
-{
-    unsigned int seed = 500;
-    for (int left = 46; left < TOWN_WIDTH - 10; seed += 10) {
-        const int width = 24 + static_cast<int>(noise(seed) * 20.0f);
-        addHouse(left, width, 26 + static_cast<int>(noise(seed + 1) * 36.0f), seed);
-        left += width + (noise(seed + 2) > 0.8f ? 12 : 1);
-    }
-    // A church in the middle of the houses.
-    const float base = TOWN_HEIGHT - QUAY_HEIGHT;
-    fillRectangle(m_Town, qor::Rectangle(300, 34, 318, TOWN_HEIGHT - QUAY_HEIGHT), 0xFFE2D6C2, 256);
-    fillRectangle(m_Town, qor::Rectangle(311, 34, 318, TOWN_HEIGHT - QUAY_HEIGHT), 0xFFBCAE9A, 256);
-    fillPolygon(m_Town, {{297, 35}, {309, 2}, {321, 35}}, 0xFF4E7A78, 256);
-    fillDisc(m_Town, {309, 46}, 5, 0xFFFFF8E0, 256);
-    m_Windows.push_back({{308, 60}, 17.9f});
-    fillPolygon(m_Town,
-                {{0, TOWN_HEIGHT}, {18, base}, {TOWN_WIDTH, base}, {TOWN_WIDTH, TOWN_HEIGHT}},
-                0xFF8A8078, 256);
-    fillRectangle(
-        m_Town,
-        qor::Rectangle(16, TOWN_HEIGHT - QUAY_HEIGHT, TOWN_WIDTH, TOWN_HEIGHT - QUAY_HEIGHT + 3),
-        0xFFB4A898, 256);
-    for (int x = 30; x < TOWN_WIDTH; x += 26) {
-        fillRectangle(m_Town, qor::Rectangle(x, TOWN_HEIGHT - 9, x + 3, TOWN_HEIGHT), 0xFF4A4038,
-                      256);
-    }
-}
-
-void Land::addHouse(int left, int width, int height, unsigned int seed)
-{
-    constexpr std::array<Pixel, 7> WALLS = {0xFFE8D8B8, 0xFFD88A68, 0xFFE0B060, 0xFF9AB0B4,
-                                            0xFFF2EAE0, 0xFFC86A5C, 0xFFA8B884};
-    constexpr std::array<Pixel, 3> ROOFS = {0xFFA8503A, 0xFF7E4438, 0xFF5C5560};
-    const int base = TOWN_HEIGHT - QUAY_HEIGHT, top = base - height;
-    const Pixel wall = WALLS[static_cast<std::size_t>(noise(seed + 3) * WALLS.size())];
-    fillRectangle(m_Town, qor::Rectangle(left, top, left + width, base), wall, 256);
-    fillRectangle(m_Town, qor::Rectangle(left + width - 4, top, left + width, base), 0xFF403028,
-                  60);
-    const auto x = static_cast<float>(left), y = static_cast<float>(top),
-               w = static_cast<float>(width);
-    const Pixel roof = ROOFS[static_cast<std::size_t>(noise(seed + 4) * ROOFS.size())];
-    const float rise = 10.0f + 8.0f * noise(seed + 5), inset = noise(seed + 6) > 0.5f ? 0.5f : 0.2f;
-    fillRectangle(m_Town,
-                  qor::Rectangle(left + width * 2 / 3, top - 16, left + width * 2 / 3 + 4, top),
-                  0xFF6A4A40, 256);
-    fillPolygon(m_Town,
-                {{x - 2, y + 1},
-                 {x + w * inset, y - rise},
-                 {x + w * (1 - inset), y - rise},
-                 {x + w + 2, y + 1}},
-                roof, 256);
-    for (int row = top + 5; row + 9 < base - 9; row += 11) {
-        for (int column = left + 4; column + 5 < left + width; column += 9) {
-            fillRectangle(m_Town, qor::Rectangle(column, row, column + 4, row + 6), 0xFF4A5C6C,
-                          256);
-            const unsigned int key = seed * 31 + static_cast<unsigned int>(row * 640 + column);
-            m_Windows.push_back(
-                {{static_cast<float>(column), static_cast<float>(row)}, 17.6f + 5.0f * noise(key)});
-        }
-    }
-    fillRectangle(m_Town, qor::Rectangle(left + 4, base - 10, left + 9, base), 0xFF5A4034, 256);
-}
-
-void Land::drawTown(qor::Image& frame, const TView& view)
-{
-    const int width = static_cast<int>(view.scaled(TOWN_WIDTH)),
-              height = static_cast<int>(view.scaled(TOWN_HEIGHT));
-    if (width < 1 || height < 1) {
-        return;
-    }
-    if (m_SizedTown.getHeight() != height) {
-        m_SizedTown = resize(m_Town, width, height, false);
-    }
-    qor::Image lit = m_SizedTown;
-    for (int i = 0; i < width * height; ++i) {
-        Pixel& pixel = lit.getData()[i];
-        pixel = pixel >> 24 < 128 ? 0 : view.lit(pixel) | 1;
-    }
-    const int left = view.width - static_cast<int>(view.scaled(TOWN_WIDTH - 40) + view.pan * 0.5f),
-              top = view.horizon - height;
-    frame.blit(lit, lit.getSize(), left, top, qor::Image::AL_CKBLACK, 255, 1);
-    const auto place = [&](TPoint point) {
-        return TPoint{static_cast<float>(left) + view.scaled(point.x),
-                      static_cast<float>(top) + view.scaled(point.y)};
-    };
-    const auto strength = static_cast<unsigned int>(view.light.night * 256.0f);
-    for (std::size_t i = 0; i < m_Windows.size() && strength > 0; ++i) {
-        if (m_Windows[i].hour < 21.4f) {
-            const TPoint a = place(m_Windows[i].place);
-            const TPoint b = {a.x + view.scaled(4), a.y + view.scaled(6)};
-            fillPolygon(frame, {a, {b.x, a.y}, b, {a.x, b.y}}, i % 3 == 0 ? 0xFFFFE0A0 : 0xFFFFC060,
-                        strength);
-            addGlow(frame, a, view.scaled(10), view.scaled(10), dim(0xFFA050, strength / 5));
-        }
-    }
-    for (float x = 34.0f; x < TOWN_WIDTH; x += 78.0f) {
-        const TPoint a = place({x, TOWN_HEIGHT - QUAY_HEIGHT}),
-                     b = place({x + 1.6f, TOWN_HEIGHT - QUAY_HEIGHT - 20});
-        fillPolygon(frame, {a, {b.x, a.y}, b, {a.x, b.y}}, view.lit(0x40342C), 256);
-        addGlow(frame, b, view.scaled(26), view.scaled(24), dim(LAMP_LIGHT, strength * 3 / 8));
-        fillDisc(frame, b, view.scaled(2.5f), blend(view.lit(0xD0D0C0), 0xFFFFF4D0, strength), 256);
-    }
-}
 
 void Land::draw(qor::Image& frame, const TView& view)
 {
@@ -295,6 +170,6 @@ void Land::draw(qor::Image& frame, const TView& view)
     const auto width = static_cast<float>(view.width);
     drawWindmill(frame, view,
                  {width - view.scaled(700) - view.pan * 0.42f, base - view.scaled(22)});
-    drawTown(frame, view);
+    m_Town.draw(frame, view);
     drawLighthouse(frame, view, {view.scaled(170) - view.pan * 0.5f, base});
 }

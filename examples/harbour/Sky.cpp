@@ -65,7 +65,7 @@ void drawStars(qor::Image& frame, const TView& view)
         const float light = strength * twinkle * (0.25f + 0.75f * size * size) * (1.1f - height);
         const float radius = view.scaled(1.0f + 1.3f * size * size * size);
         addGlow(frame, place, radius, radius,
-                dim(i % 5 == 0 ? 0xFFD8B0 : 0xD8E4FF, static_cast<unsigned int>(light * 256.0f)));
+                dim(i % 5 == 0 ? 0xFFD8B0 : 0xD8E4FF, toAmount(light)));
     }
 }
 

@@ -25,6 +25,12 @@ struct TView {
     /// Returns a color of this size under the light of the hour.
     Pixel lit(Pixel pixel) const { return illuminate(pixel, light.ambient) | OPAQUE; }
 
+    /// Returns an amount that grows from 0 by day to `amount` at night.
+    unsigned int atNight(float amount) const
+    {
+        return static_cast<unsigned int>(light.night * amount);
+    }
+
     int width, height, horizon;
     float scale;
     float seconds;

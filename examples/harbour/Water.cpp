@@ -97,8 +97,7 @@ void Water::drawRow(qor::Image& frame, const TView& view, int y, const float* cr
     const int mirrored =
         std::clamp(view.horizon - 1 - (y - view.horizon) * 92 / 100, 0, view.horizon - 1);
     const auto deepness = static_cast<unsigned int>(60.0f + 120.0f * depth);
-    const Pixel deep = illuminate(
-        blend(0xFF1C6E8C, 0xFF0A3E5C, static_cast<unsigned int>(depth * 256.0f)), light.ambient);
+    const Pixel deep = illuminate(blend(0xFF1C6E8C, 0xFF0A3E5C, toAmount(depth)), light.ambient);
     // The path of light below the sun or moon.
     const float pathWidth = view.scaled(24.0f + 200.0f * depth);
     const float pathCenter = light.lampX * static_cast<float>(view.width);
@@ -136,8 +135,6 @@ void Water::drawRow(qor::Image& frame, const TView& view, int y, const float* cr
             const float edge = 1.0f - below / crest;
             pixel = blend(pixel, haze, static_cast<unsigned int>(edge * edge * 90.0f));
         }
-        target[x] = below < 1.0f
-                        ? blend(target[x], pixel, static_cast<unsigned int>(below * 256.0f))
-                        : pixel;
+        target[x] = below < 1.0f ? blend(target[x], pixel, toAmount(below)) : pixel;
     }
 }

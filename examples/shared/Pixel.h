@@ -31,6 +31,12 @@ inline float mix(float a, float b, float amount)
 }
 /// @}
 
+/// Returns a share from 0 to 1 as an amount from 0 to 256.
+inline unsigned int toAmount(float share)
+{
+    return static_cast<unsigned int>(share * 256.0f);
+}
+
 /// Returns a mixture of two pixels; amounts reach from 0 (`under`) to 256 (`over`).
 inline Pixel blend(Pixel under, Pixel over, unsigned int amount)
 {
