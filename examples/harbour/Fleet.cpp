@@ -164,10 +164,10 @@ void Fleet::drawSmoke(qor::Image& frame, const TView& view, const TShip& ship, c
         const float age = fraction(static_cast<float>(i) / COUNT + view.seconds * 0.13f);
         const float sway = noise(static_cast<unsigned int>(i) + 900) - 0.5f;
         const TPoint center = {
-            place.x + place.size * ahead * (funnel - age * (46.0f + 14.0f * sway)),
+            place.x + place.size * ahead * (funnel - age * (62.0f + 24.0f * sway)),
             place.waterline - place.size * (top + age * 46.0f + 10.0f * sway * age)};
         addPuff(frame, center, place.size * (3.5f + 15.0f * age), view.lit(0xB8B4B8),
-                static_cast<unsigned int>((1.0f - age) * (1.0f - age) * 220.0f));
+                static_cast<unsigned int>((1.0f - age) * 190.0f));
     }
 }
 

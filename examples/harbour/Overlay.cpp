@@ -6,6 +6,7 @@
 
 #include <qor/File.h>
 #include <qor/Log.h>
+#include <qor/StringUtil.h>
 
 #include "Harbour.h"
 #include "shared/Text.h"
@@ -15,11 +16,11 @@ namespace
 
 constexpr Pixel PANEL = 0xFF081020;
 constexpr int GLYPH_WIDTH = 16, GLYPH_HEIGHT = 28;
+constexpr unsigned long SHEET_HEIGHT = 28UL * BitmapFont::GLYPH_COUNT;
 
 } // namespace
 
-Overlay::Overlay(const std::string& artDirectory)
-    : m_Glyphs(GLYPH_WIDTH, GLYPH_HEIGHT * BitmapFont::GLYPH_COUNT)
+Overlay::Overlay(const std::string& artDirectory) : m_Glyphs(GLYPH_WIDTH, SHEET_HEIGHT)
 {
     const std::string file = qor::File::filePath(artDirectory, "font.tga");
     if (m_Glyphs.loadTGA(file.c_str()) < 0) {
@@ -45,12 +46,12 @@ void Overlay::makeFonts(const TView& view)
     };
     const qor::Image text = make(std::max(view.height / 45, 9));
     const qor::Image title = make(std::max(view.height / 11, 12));
-    m_Fonts.reset(new TFonts{{text, 0xFFFFFF},
-                             {text, 0xFFD890},
-                             {text, 0xFF8878},
-                             {text, 0x000000},
-                             {title, 0xFFF4DC},
-                             {title, 0x102038}});
+    m_Fonts = std::make_unique<TFonts>(TFonts{{text, 0xFFFFFF},
+                                              {text, 0xFFD890},
+                                              {text, 0xFF8878},
+                                              {text, 0x000000},
+                                              {title, 0xFFF4DC},
+                                              {title, 0x102038}});
     m_Height = view.height;
 }
 
@@ -87,7 +88,7 @@ void Overlay::drawStatus(qor::Image& frame, const TView& view, Harbour& harbour)
                        formatHour(harbour.getHour());
     m_Rate += 0.05f * (harbour.getRate() - m_Rate);
     if (settings.getBoolean("show/rate") && m_Rate > 1.0f) {
-        text += "  " + std::to_string(static_cast<int>(m_Rate + 0.5f)) + " frames/s";
+        text += "  " + qor::StringUtil::toString(m_Rate, 0) + " frames/s";
     }
     drawText(frame, font, text + (harbour.isChanged() ? "  (changed)" : ""), 8, top + 4);
     int x = view.width;

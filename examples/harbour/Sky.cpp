@@ -11,6 +11,7 @@ namespace
 {
 
 constexpr unsigned int TEXTURE_SIZE = 256;
+constexpr std::size_t TEXEL_COUNT = 65536;
 
 float getCloudNoise(unsigned int x, unsigned int y)
 {
@@ -90,9 +91,9 @@ void drawLamp(qor::Image& frame, const TView& view)
 
 } // namespace
 
-Sky::Sky(const std::string& artDirectory) : m_Clouds(TEXTURE_SIZE * TEXTURE_SIZE)
+Sky::Sky(const std::string& artDirectory) : m_Clouds(TEXEL_COUNT)
 {
-    for (unsigned int i = 0; i < TEXTURE_SIZE * TEXTURE_SIZE; ++i) {
+    for (unsigned int i = 0; i < TEXEL_COUNT; ++i) {
         const float value = getCloudNoise(i % TEXTURE_SIZE, i / TEXTURE_SIZE);
         m_Clouds[i] = static_cast<unsigned char>(qor::Math::saturate(value) * 255.0f);
     }

@@ -118,7 +118,8 @@ void Town::draw(qor::Image& frame, const TView& view)
                     dim(0xFFA050, toAmount(share / 5.0f)));
         }
     }
-    for (float x = 34.0f; x < WIDTH; x += 78.0f) {
+    for (int column = 34; column < WIDTH; column += 78) {
+        const auto x = static_cast<float>(column);
         const TPoint a = place({x, HEIGHT - QUAY_HEIGHT}),
                      b = place({x + 1.6f, HEIGHT - QUAY_HEIGHT - 20});
         fillPolygon(frame, {a, {b.x, a.y}, b, {a.x, b.y}}, view.lit(0x40342C), 256);

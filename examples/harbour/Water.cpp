@@ -77,63 +77,84 @@ void Water::drawBand(qor::Image& frame, const TView& view, int band) const
     }
 }
 
-void Water::drawRow(qor::Image& frame, const TView& view, int y, const float* crests) const
+/// What the pixels of a row have in common.
+struct Water::TRow {
+    TRow(const TView& view, int y);
+
+    /// Returns a pixel with the sparks of light that the crest of a wave shows.
+    Pixel sparkle(Pixel pixel, int wave, int x) const
+    {
+        constexpr int GLITTER = 150, FOAM = 215; // sums of waves from which they are seen
+        const float aside = (static_cast<float>(x) - pathCenter) / pathWidth;
+        const float nearness = 1.0f - aside * aside;
+        if (wave > GLITTER && nearness > 0.0f) {
+            const float amount = nearness * strength * static_cast<float>(wave - GLITTER);
+            return addLight(pixel, dim(lamp, static_cast<unsigned int>(amount)));
+        }
+        return wave > FOAM ? addLight(pixel, dim(haze, static_cast<unsigned int>(wave - FOAM) / 3))
+                           : pixel;
+    }
+
+    unsigned int phases[3], steps[3]; ///< of three waves, at the left edge and from pixel to pixel
+    int mirrored;                     ///< the row of the mirrored picture
+    int ripple;                       ///< how far waves shift it, times 128
+    unsigned int deepness;            ///< how much of the water's own color is seen
+    Pixel deep, lamp, haze;
+    float pathCenter, pathWidth, strength; ///< of the path of light below the sun or moon
+    float foamHeight;                      ///< of the bright edge of a band
+};
+
+Water::TRow::TRow(const TView& view, int y)
 {
+    constexpr float LENGTHS[3] = {230.0f, -171.0f, 87.0f}, SPEEDS[3] = {0.21f, -0.28f, 0.43f},
+                    DEPTHS[3] = {14.3f, 19.7f, 30.1f};
     const TLight& light = view.light;
     const float depth =
         static_cast<float>(y - view.horizon) / static_cast<float>(view.height - view.horizon);
+    // Waves are longer, and stronger, the nearer the row is.
     const float distance = 1.0f / (depth + 0.18f);
-    // Three waves cross each row; they are longer, and stronger, the nearer the row is.
     const float middle = static_cast<float>(view.width) / 2.0f - view.pan;
-    unsigned int phases[3], steps[3];
-    constexpr float LENGTHS[3] = {230.0f, -171.0f, 87.0f}, SPEEDS[3] = {0.21f, -0.28f, 0.43f},
-                    DEPTHS[3] = {14.3f, 19.7f, 30.1f};
     for (int i = 0; i < 3; ++i) {
         const float step = distance / view.scaled(LENGTHS[i]);
         phases[i] = toPhase(view.seconds * SPEEDS[i] + distance * DEPTHS[i] - middle * step);
         steps[i] = toPhase(step);
     }
-    const auto ripple = static_cast<int>(view.scaled(2.0f + 34.0f * depth) * 0.7f * 128.0f);
-    const int mirrored =
-        std::clamp(view.horizon - 1 - (y - view.horizon) * 92 / 100, 0, view.horizon - 1);
-    const auto deepness = static_cast<unsigned int>(60.0f + 120.0f * depth);
-    const Pixel deep = illuminate(blend(0xFF1C6E8C, 0xFF0A3E5C, toAmount(depth)), light.ambient);
-    // The path of light below the sun or moon.
-    const float pathWidth = view.scaled(24.0f + 200.0f * depth);
-    const float pathCenter = light.lampX * static_cast<float>(view.width);
-    const float strength =
-        qor::Math::saturate(light.lampHeight * 6.0f + 0.3f) * (light.isMoon ? 0.6f : 1.0f);
-    const Pixel lamp = toPixel(mix(light.lamp, makeColor(0xFFFFF4), 0.35f));
-    const Pixel haze = toPixel(light.horizon);
-    const float row = static_cast<float>(y);
+    mirrored = view.horizon - 1 - (y - view.horizon) * 92 / 100;
+    ripple = static_cast<int>(view.scaled(2.0f + 34.0f * depth) * 0.7f * 128.0f);
+    deepness = static_cast<unsigned int>(60.0f + 120.0f * depth);
+    deep = illuminate(blend(0xFF1C6E8C, 0xFF0A3E5C, toAmount(depth)), light.ambient);
+    lamp = toPixel(mix(light.lamp, makeColor(0xFFFFF4), 0.35f));
+    haze = toPixel(light.horizon);
+    pathCenter = light.lampX * static_cast<float>(view.width);
+    pathWidth = view.scaled(24.0f + 200.0f * depth);
+    strength = qor::Math::saturate(light.lampHeight * 6.0f + 0.3f) * (light.isMoon ? 0.65f : 1.05f);
+    foamHeight = depth > 0.05f ? view.scaled(14.0f) * (0.3f + depth) : 0.0f;
+}
+
+void Water::drawRow(qor::Image& frame, const TView& view, int y, const float* crests) const
+{
+    constexpr int HIGHEST = 3 * 128; // sum of three waves
+    TRow row(view, y);
     Pixel* const target = frame.getData() + static_cast<std::ptrdiff_t>(y) * view.width;
     for (int x = 0; x < view.width; ++x) {
-        const int wave = getWave(phases[0]) + getWave(phases[1]) + getWave(phases[2]);
+        const int wave = getWave(row.phases[0]) + getWave(row.phases[1]) + getWave(row.phases[2]);
         for (int i = 0; i < 3; ++i) {
-            phases[i] += steps[i];
+            row.phases[i] += row.steps[i];
         }
-        const float below = row + 1.0f - crests[x];
+        const float below = static_cast<float>(y) + 1.0f - crests[x];
         if (below <= 0.0f) {
             continue;
         }
-        const int shift = wave * ripple >> 15;
-        const int sourceY = std::clamp(mirrored + shift, 0, view.horizon - 1);
-        const int sourceX = std::clamp(x + (shift >> 1), 0, view.width - 1);
-        Pixel pixel =
+        const int shift = wave * row.ripple / 32768;
+        const int sourceY = std::clamp(row.mirrored + shift, 0, view.horizon - 1);
+        const int sourceX = std::clamp(x + shift / 2, 0, view.width - 1);
+        const Pixel mirrored =
             m_Mirror.getData()[static_cast<std::ptrdiff_t>(sourceY) * view.width + sourceX];
-        pixel = blend(pixel, deep, deepness + static_cast<unsigned int>((128 * 3 - wave) >> 4));
-        const float aside = (static_cast<float>(x) - pathCenter) / pathWidth;
-        const float glitter = 1.0f - aside * aside;
-        if (wave > 150 && glitter > 0.0f) {
-            const float amount = glitter * strength * static_cast<float>(wave - 150) * 1.1f;
-            pixel = addLight(pixel, dim(lamp, static_cast<unsigned int>(amount)));
-        } else if (wave > 215) {
-            pixel = addLight(pixel, dim(haze, static_cast<unsigned int>(wave - 215) / 3));
-        }
-        const float crest = view.scaled(14.0f) * (0.3f + depth);
-        if (below < crest && depth > 0.05f) {
-            const float edge = 1.0f - below / crest;
-            pixel = blend(pixel, haze, static_cast<unsigned int>(edge * edge * 90.0f));
+        const unsigned int shadow = static_cast<unsigned int>(HIGHEST - wave) / 16;
+        Pixel pixel = row.sparkle(blend(mirrored, row.deep, row.deepness + shadow), wave, x);
+        if (below < row.foamHeight) {
+            const float edge = 1.0f - below / row.foamHeight;
+            pixel = blend(pixel, row.haze, static_cast<unsigned int>(edge * edge * 90.0f));
         }
         target[x] = below < 1.0f ? blend(target[x], pixel, toAmount(below)) : pixel;
     }
