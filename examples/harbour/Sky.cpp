@@ -142,10 +142,17 @@ void Sky::drawClouds(qor::Image& frame, const TView& view) const
         const auto fade = static_cast<unsigned int>(qor::Math::saturate(elevation * 5.0f) *
                                                     (view.light.isMoon ? 120.0f : 240.0f));
         Pixel* const row = frame.getData() + static_cast<std::ptrdiff_t>(y) * view.width;
-        for (int x = 0; x < view.width; ++x, u += du) {
-            const unsigned int density = getDensity(u, v);
-            if (density > THRESHOLD) {
-                const unsigned int thickness = std::min((density - THRESHOLD) >> 5, 256u);
+        // The texture is so enlarged that each second pixel may be the mean of its neighbors.
+        unsigned int density = getDensity(u, v);
+        for (int x = 0; x < view.width; ++x) {
+            unsigned int shown = density;
+            if (x % 2 != 0) {
+                u += 2 * du;
+                density = getDensity(u, v);
+                shown = (shown + density) / 2;
+            }
+            if (shown > THRESHOLD) {
+                const unsigned int thickness = std::min((shown - THRESHOLD) >> 5, 256u);
                 const Pixel shade = blend(bright, dark, thickness * thickness >> 9);
                 row[x] = blend(row[x], shade, thickness * fade >> 8);
             }

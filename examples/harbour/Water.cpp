@@ -85,9 +85,12 @@ struct Water::TRow {
     Pixel sparkle(Pixel pixel, int wave, int x) const
     {
         constexpr int GLITTER = 150, FOAM = 215; // sums of waves from which they are seen
+        if (wave <= GLITTER) {
+            return pixel;
+        }
         const float aside = (static_cast<float>(x) - pathCenter) / pathWidth;
         const float nearness = 1.0f - aside * aside;
-        if (wave > GLITTER && nearness > 0.0f) {
+        if (nearness > 0.0f) {
             const float amount = nearness * strength * static_cast<float>(wave - GLITTER);
             return addLight(pixel, dim(lamp, static_cast<unsigned int>(amount)));
         }

@@ -23,7 +23,7 @@ Window::Window(Harbour& harbour) : m_Harbour(harbour)
     }
     SDL_StartTextInput();
     table.addListener(this);
-    parameterChanged("window/fullscreen");
+    applySetting("window/fullscreen");
 }
 
 Window::~Window()
@@ -34,6 +34,11 @@ Window::~Window()
 }
 
 void Window::parameterChanged(const std::string& name)
+{
+    applySetting(name);
+}
+
+void Window::applySetting(const std::string& name)
 {
     const qor::Configuration& table = m_Harbour.getSettings().getTable();
     const bool fillsScreen = table.getBoolean("window/fullscreen");

@@ -29,6 +29,7 @@ private:
     };
 
     void parameterChanged(const std::string& name) override;
+    void applySetting(const std::string& name);
     void handleEvents();
     void handleKey(const SDL_Keysym& key);
     void drawFrame();

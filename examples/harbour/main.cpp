@@ -23,44 +23,56 @@ constexpr const char* USAGE =
     "  --time HOUR        begin at an hour of the day, from 0 to 24\n"
     "  --screenshot FILE  write the last frame to a TGA file and print its checksums\n"
     "  --run COMMAND      run a command of the console first\n"
+    "  --stats            print the milliseconds a frame at the end\n"
     "  --art DIRECTORY    where the pictures are\n"
     "  --help             print this text\n";
 
 struct TArguments {
-    bool isValid = true, wantsHelp = false;
+    bool isValid = true, wantsHelp = false, wantsStats = false;
     int frameCount = 0;
     float hour = -1.0f;
     std::string screenshot, scene, art = QORHARBOUR_ART;
     std::vector<std::string> commands;
 };
 
+/// Stores the value of an option.
+/// @return whether the option exists and takes the value
+bool readOption(TArguments& arguments, const std::string& name, const std::string& value)
+{
+    if (name == "--frames") {
+        arguments.frameCount = qor::StringUtil::stringToInt(value);
+        return arguments.frameCount > 0;
+    }
+    if (name == "--time") {
+        arguments.hour = qor::StringUtil::stringToFloat(value);
+        return arguments.hour >= 0.0f && arguments.hour < 24.0f;
+    }
+    if (name == "--run") {
+        arguments.commands.push_back(value);
+        return true;
+    }
+    if (name != "--screenshot" && name != "--art") {
+        return false;
+    }
+    (name == "--art" ? arguments.art : arguments.screenshot) = value;
+    return true;
+}
+
 TArguments readArguments(int count, char** values)
 {
     TArguments arguments;
     for (int i = 1; i < count; ++i) {
-        const std::string name = values[i], value = i + 1 < count ? values[i + 1] : "";
+        const std::string name = values[i];
         if (name == "--help") {
             arguments.wantsHelp = true;
-        } else if (name.empty() || name.front() != '-') {
-            arguments.isValid = arguments.isValid && arguments.scene.empty();
+        } else if (name == "--stats") {
+            arguments.wantsStats = true;
+        } else if (!name.empty() && name.front() != '-' && arguments.scene.empty()) {
             arguments.scene = name;
-        } else if (++i >= count) {
-            arguments.isValid = false;
-        } else if (name == "--frames") {
-            arguments.frameCount = qor::StringUtil::stringToInt(value);
-            arguments.isValid = arguments.isValid && arguments.frameCount > 0;
-        } else if (name == "--time") {
-            arguments.hour = qor::StringUtil::stringToFloat(value);
-            arguments.isValid =
-                arguments.isValid && arguments.hour >= 0.0f && arguments.hour < 24.0f;
-        } else if (name == "--screenshot") {
-            arguments.screenshot = value;
-        } else if (name == "--art") {
-            arguments.art = value;
-        } else if (name == "--run") {
-            arguments.commands.push_back(value);
         } else {
-            arguments.isValid = false;
+            ++i;
+            arguments.isValid =
+                arguments.isValid && i < count && readOption(arguments, name, values[i]);
         }
     }
     return arguments;
@@ -127,6 +139,9 @@ int runHarbour(const TArguments& arguments)
         window.run(arguments.frameCount);
     } else {
         window.run();
+    }
+    if (arguments.wantsStats) {
+        harbour.runLine("stats");
     }
     const bool isWritten =
         arguments.screenshot.empty() || harbour.takeScreenshot(arguments.screenshot);
