@@ -129,6 +129,10 @@ void Window::present(const qor::Image& frame) const
 
 void Window::run()
 {
+    const std::string driver = SDL_GetCurrentVideoDriver();
+    if (driver == "dummy" || driver == "offscreen") {
+        throw std::runtime_error("There is no display; see --frames");
+    }
     using Clock = std::chrono::steady_clock;
     constexpr std::chrono::duration<double> STEP(Harbour::STEP), LONGEST(0.25);
     Clock::time_point last = Clock::now();

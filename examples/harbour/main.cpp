@@ -45,7 +45,8 @@ bool readOption(TArguments& arguments, const std::string& name, const std::strin
     }
     if (name == "--time") {
         arguments.hour = qor::StringUtil::stringToFloat(value);
-        return arguments.hour >= 0.0f && arguments.hour < 24.0f;
+        return value.find_first_not_of("0123456789.") == std::string::npos && !value.empty() &&
+               arguments.hour < 24.0f;
     }
     if (name == "--run") {
         arguments.commands.push_back(value);
