@@ -2,5 +2,5 @@
 
 class Host;
 
-/// Adds the commands that hold the document against a template, and that tell checksums.
+/// Adds the commands that validate the document and compute checksums.
 void addCheckCommands(Host& host);

@@ -2,6 +2,5 @@
 
 class Host;
 
-/// Adds the commands that load, show, change and save the document. Paths are those of
-/// qor::XMLElement; `/` is the root itself.
+/// Adds the commands that load, show, change and save the document. Paths are those of ElementPath.
 void addDocumentCommands(Host& host);

@@ -2,5 +2,5 @@
 
 class Host;
 
-/// Adds the commands that have to do with the host itself.
+/// Adds the commands that describe the host and leave it.
 void addGeneralCommands(Host& host);

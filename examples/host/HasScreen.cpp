@@ -17,8 +17,9 @@ bool hasScreen()
     }
     char capability[] = "cup";
     const char* const moveCursor = tigetstr(capability);
+    const bool canMoveCursor = moveCursor && moveCursor != reinterpret_cast<const char*>(-1);
+    del_curterm(cur_term);
     winsize size = {};
     const bool hasSize = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-    return moveCursor && moveCursor != reinterpret_cast<const char*>(-1) &&
-           (!hasSize || (size.ws_col >= MIN_COLUMNS && size.ws_row >= MIN_LINES));
+    return canMoveCursor && (!hasSize || (size.ws_col >= MIN_COLUMNS && size.ws_row >= MIN_LINES));
 }

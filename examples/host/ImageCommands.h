@@ -2,6 +2,6 @@
 
 class Host;
 
-/// Adds the commands that load, show, change and save images. Images have names and live as long as
-/// the session.
+/// Adds the commands that load, show, change and save images. Each image has a name and exists
+/// until the end of the session.
 void addImageCommands(Host& host);

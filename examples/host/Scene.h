@@ -2,8 +2,8 @@
 
 #include <qor/Image.h>
 
-/// Draws a coloured knot in space, lit from the upper left.
-/// @param width, height size of the image, at least 1
-/// @param angle how far the knot has turned, in radians
-/// @return the image; what the knot leaves free is black with alpha 0
+/// Draws a colored knot in space. The light comes from the upper left.
+/// @param width, height the size of the image in pixels, at least 1
+/// @param angle the rotation of the knot in radians
+/// @return the image; its background is black with alpha 0
 qor::Image renderScene(int width, int height, float angle);

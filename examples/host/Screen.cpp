@@ -149,6 +149,8 @@ public:
     explicit Screen(Host& host) : m_Host(host)
     {
         cbreak();
+        // Ctrl-C must not discard the lines that were entered before it.
+        intrflush(nullptr, FALSE);
         noecho();
         nonl();
         if (has_colors()) {
@@ -172,6 +174,7 @@ public:
                 signals.waitForInput(m_Host.isLoading() ? &PROGRESS_INTERVAL : nullptr);
             if (receivedSignal == SIGINT) {
                 receivedSignal = 0;
+                readKeys();
                 m_Host.getStates().quit();
                 continue;
             }

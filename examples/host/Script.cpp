@@ -39,6 +39,9 @@ public:
         }
     }
 
+    /// Returns whether the input ended with unsaved changes.
+    bool hasLostChanges() const { return m_HasLostChanges; }
+
 private:
     void runLine(std::string line)
     {
@@ -97,10 +100,6 @@ private:
         m_Output.flush();
     }
 
-public:
-    bool hasLostChanges() const { return m_HasLostChanges; }
-
-private:
     Host& m_Host;
     std::ostream& m_Output;
     const bool m_Echoes;

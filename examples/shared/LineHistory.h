@@ -11,7 +11,7 @@ public:
     /// @param maxLines how many lines are kept; the oldest one is dropped first
     explicit LineHistory(std::size_t maxLines = 500) : m_MaxLines(maxLines) {}
 
-    /// Appends an entered line and moves behind the newest one. An empty line and a repetition of
+    /// Appends an entered line and ends the browsing. An empty line and a repetition of
     /// the newest line are not stored.
     void add(const std::string& line);
 

@@ -15,8 +15,11 @@ namespace qor
 /// a zero byte in it names nothing. Links are followed.
 ///
 /// @code
-/// const std::string folder = qor::File::getUserDataDirectory("myhost", true);
-/// const std::string file = qor::File::filePath(folder, "settings.xml");
+/// const std::string directory = qor::File::getUserDataDirectory("myhost", true);
+/// if (directory.empty()) {
+///     return; // such as in a new account without ~/.local/share
+/// }
+/// const std::string file = qor::File::filePath(directory, "settings.xml");
 /// if (qor::File::fileExists(file)) {
 ///     qor::Log::info("Settings of %u bytes", qor::File::fileSize(file));
 /// }

@@ -18,6 +18,7 @@ execute_process(COMMAND ${HOST} --echo --log host.log --config settings.xml ${do
     OUTPUT_FILE output.txt ERROR_VARIABLE error RESULT_VARIABLE status)
 file(READ ${FOLDER}/output.txt output)
 file(REMOVE_RECURSE ${FOLDER})
+string(REPLACE "\r\n" "\n" output "${output}")
 if(NOT status STREQUAL STATUS OR NOT error STREQUAL "")
     message(FATAL_ERROR "The exit status is ${status} instead of ${STATUS}\n${output}${error}")
 endif()
