@@ -80,7 +80,7 @@ void Overlay::drawNames(qor::Image& frame, const TView& view, Harbour& harbour) 
 
 void Overlay::drawStatus(qor::Image& frame, const TView& view, Harbour& harbour)
 {
-    qor::Configuration& settings = harbour.getSettings().getTable();
+    const qor::Configuration& settings = harbour.getSettings().getTable();
     const BitmapFont& font = m_Fonts->white;
     const int lineHeight = font.getHeight() + 8, top = view.height - lineHeight;
     fillRectangle(frame, qor::Rectangle(0, top, view.width, view.height), PANEL, 140);
