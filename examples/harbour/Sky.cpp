@@ -97,7 +97,11 @@ Sky::Sky(const std::string& artDirectory) : m_Clouds(TEXEL_COUNT)
         const float value = getCloudNoise(i % TEXTURE_SIZE, i / TEXTURE_SIZE);
         m_Clouds[i] = static_cast<unsigned char>(qor::Math::saturate(value) * 255.0f);
     }
-    m_Gulls.loadTGA(qor::File::filePath(artDirectory, "gulls.tga").c_str());
+    const std::string gulls = qor::File::filePath(artDirectory, "gulls.tga");
+    if (m_Gulls.loadTGA(gulls.c_str()) < 0) {
+        m_Gulls.reset();
+        qor::Log::error("Cannot load '" + gulls + "'; the sky has no gulls");
+    }
 }
 
 void Sky::draw(qor::Image& frame, const TView& view) const
