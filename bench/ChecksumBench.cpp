@@ -24,8 +24,8 @@
 #include <openssl/md5.h>
 #endif
 
-// Checksums of data beside other libraries, all fed at once. A tree is fed beside the same texts
-// from a list, which is as little as a walk can do, and beside their bytes in one piece.
+// Compares checksums of data in one call with those of other libraries. Compares the checksum of an
+// XML tree with two lower bounds: the same texts from a list, and the same bytes in one call.
 
 namespace
 {
@@ -134,7 +134,7 @@ void addData(const std::string& work, const char* contestant, TResult (*function
     }
 }
 
-/// All texts of a tree, in the order in which they are fed.
+/// Records the texts of a tree in the order in which they are added.
 class TextList : public qor::Checksum
 {
 public:

@@ -45,7 +45,8 @@ bool isSame(const Image& a, const Image& b)
     return std::equal(a.getData(), a.getData() + a.getWidth() * a.getHeight(), b.getData());
 }
 
-/// Adds a contestant with a target of its own, which in the end has to be as the first one's.
+/// Adds a contestant with its own copy of the target. After the transfer it has to equal the target
+/// of the first contestant.
 template<typename TMake>
 void addTransfer(std::vector<TContestant>& contestants, Shared& first, const Image& target,
                  const char* name, TMake make)
@@ -102,11 +103,12 @@ void contestPlain(const std::string& name, int width, int height, int x, int y)
     compare("copy/" + name, contestants);
 }
 
-/// Which pixels of a sprite pass.
+/// The pixels of a sprite that pass the test: none, the left half, all, or a random half.
 enum class Share { NONE, HALF, ALL, NOISE };
 
-/// A sprite of opaque pixels on black ones without alpha, so that the colour key and an alpha
-/// threshold agree, in cells of 2 by 2, so that it doesn't matter which one of them is sampled.
+/// Returns a sprite whose pixels are either opaque and not black, or black with alpha 0. So the
+/// color key and an alpha threshold select the same pixels. Cells of 2 by 2 pixels are equal,
+/// because the contestants read different pixels of a cell at step 2.
 Shared makeSprite(int size, Share share)
 {
     const Shared sprite = makeNoise(size, size);
@@ -124,7 +126,7 @@ Shared makeSprite(int size, Share share)
     return sprite;
 }
 
-/// Puts a sprite onto an image of its size, by the pixel test and at the step.
+/// Copies a sprite onto an image of its size, with a pixel test and a step.
 void contestKeyed(const std::string& name, int size, Share share, int alphaLevel, int step)
 {
     const Shared sprite = makeSprite(size, share);
@@ -179,7 +181,7 @@ void contestFlip(const std::string& name, int width, int height)
                              {"qortk", [=] { image->flipVertical(); }, isRight}});
 }
 
-/// Files of the program, gone at its end.
+/// A directory for files, which is removed by the destructor.
 class Files
 {
 public:
@@ -188,7 +190,7 @@ public:
 
     std::string path(const std::string& name) const { return (m_Folder / name).string(); }
 
-    /// The pixel data of a TGA file.
+    /// Returns the pixel data of a TGA file, without its header.
     std::string pixels(const std::string& name) const
     {
         std::ifstream file(path(name), std::ios::binary);
@@ -201,7 +203,7 @@ private:
 };
 
 #ifdef HAVE_STB
-/// The pixels as stb_image_write takes them, red first, as many channels as the depth has.
+/// Returns the pixels in the format of stb_image_write: one byte per channel, red first.
 std::vector<unsigned char> toBytes(const Image& image, int depth)
 {
     std::vector<unsigned char> bytes;

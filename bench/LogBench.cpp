@@ -15,8 +15,8 @@
 #include <spdlog/spdlog.h>
 #endif
 
-// Compares records that pass and records that are filtered out, from one thread and from several,
-// with a logger that also passes each record to the system at once, and with the bare system call.
+// Compares logging with a logger that also flushes each record, and with bare calls of write(). The
+// records pass the level or are filtered out, and come from one thread or several.
 
 namespace
 {

@@ -16,8 +16,8 @@
 #include "qor/Matrix.h"
 #include "qor/Vector.h"
 
-// Matrices and vectors beside libraries whose operations are inlined. Those of qortk that multiply
-// are calls into a shared library.
+// Compares matrices and vectors with libraries whose operations are inlined. The operations of
+// qortk that multiply are calls into a shared library.
 
 namespace
 {
@@ -27,7 +27,8 @@ constexpr int STRIDE = 16; ///< floats from one operand to the next
 
 using Floats = std::vector<float>;
 
-/// Operands of all works: matrices near the identity, whose first elements serve as vectors too.
+/// Returns COUNT matrices that differ little from the identity matrix. Their first three elements
+/// are also the vector operands.
 Floats makeOperands(unsigned int seed)
 {
     std::mt19937 random(seed);
@@ -48,12 +49,12 @@ bool isNear(const Floats& a, const Floats& b)
                       [](float x, float y) { return std::abs(x - y) < 1e-5f; });
 }
 
-/// Gathers contestants whose results have to be those of the first. All put them into the same
-/// place, so that its distance from the operands is the same for all.
+/// Collects contestants whose results have to equal those of the first one. All write to the same
+/// array, because its distance in memory from the operands affects the time.
 class Contest
 {
 public:
-    /// @param operation takes two operands and the place of the result
+    /// @param operation a function of two operands and a pointer to the result
     template<typename TOperation>
     Contest& add(const char* name, TOperation operation)
     {
@@ -113,7 +114,7 @@ void put(const glm::mat4& matrix, float* out)
     std::copy_n(glm::value_ptr(matrix), 16, out);
 }
 
-/// An operand from `A`, by columns.
+/// Returns a matrix of `A` in column-major order.
 const float* columnsOf(const float* a)
 {
     static const Floats COLUMNS = [] {
@@ -128,8 +129,9 @@ const float* columnsOf(const float* a)
 
 void addGlm(Contest& product, Contest& point, Contest& rotation)
 {
-    // Its matrices are stored by columns. Taken by rows they are transposed: so is the product of
-    // the factors in reverse order, and so is the rotation by the opposite angle.
+    // The matrices of glm are in column-major order, so memory in row-major order is read as the
+    // transposed matrix. The product of transposed matrices has the reverse order, and the
+    // transposed rotation has the opposite angle.
     product.add("glm",
                 [](auto a, auto b, auto out) { put(glm::make_mat4(b) * glm::make_mat4(a), out); });
     point.add("glm", [](auto a, auto b, auto out) {

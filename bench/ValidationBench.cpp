@@ -13,13 +13,14 @@
 #include <libxml/xmlschemas.h>
 #endif
 
-// A document in memory against what describes it, which is read ahead. The template and the schema
-// say the same: which children there are, how many of each, how long their texts may be.
+// Compares the validation of documents in memory. The template and the schema are parsed
+// beforehand. Both limit the names, the numbers of children and the lengths of values in the same
+// way.
 
 namespace
 {
 
-/// A leaf of a record or a group, with the greatest length of its text.
+/// A leaf of a record or a group, with the maximum length of its value.
 struct TField {
     const char* name;
     int maxLength;

@@ -21,8 +21,8 @@ constexpr std::size_t LARGE = 20u << 20;
 struct TSource {
     const char* name;
     std::string text;
-    int batch;      ///< documents per timed step: one small document is over too soon to time
-    int iterations; ///< fixed, as what is done around a step may take far longer than the step
+    int batch;      ///< documents per timed step; more than one for small documents
+    int iterations; ///< fixed, because the untimed preparation may take far longer than a step
 };
 
 const std::vector<TSource>& sources()
@@ -35,11 +35,11 @@ const std::vector<TSource>& sources()
     return list;
 }
 
-/// Whether a step finds the heap as the one before left it, with the option --used-heap.
+/// Whether steps reuse freed memory of earlier steps (option --used-heap).
 bool usesHeapAgain = false;
 
-/// Gives freed memory back, so that each step meets the heap of a fresh program. Otherwise a result
-/// depends on the order in which the steps before it freed theirs.
+/// Returns freed memory to the system, so that each step starts with a heap like that of a new
+/// process. Otherwise the results would depend on earlier steps.
 void trimHeap()
 {
 #if defined(__GLIBC__)
@@ -49,7 +49,7 @@ void trimHeap()
 #endif
 }
 
-/// Times one action on each document of a batch, and nothing around it.
+/// Times an action on each document of a batch, without the time of the preparation.
 template<typename TDocument, typename TPrepare, typename TAction>
 void timeBatch(benchmark::State& state, const TSource& source, TPrepare prepare, TAction action)
 {

@@ -1,4 +1,4 @@
-// Paints a sprite, sets copies of it on a turning spiral, and writes the picture to a file.
+// Paints a sprite, copies it to the points of a spiral, and saves the picture.
 #include <cmath>
 #include <iostream>
 
@@ -50,9 +50,9 @@ int main()
         const float arm[3] = {static_cast<float>(6 * i), 0.0f, 0.0f};
         float point[3];
         qor::Matrix::makeRotateZ(static_cast<float>(i) * 0.45f, turn);
-        qor::Matrix::multiply(move, turn, place); // turns first, then moves
+        qor::Matrix::multiply(move, turn, place); // the right factor is applied first
         qor::Matrix::multiplyV(place, arm, point);
-        // All but the black pixels; what lies outside the picture is cut off.
+        // Copies the pixels that are not black, and clips them to the picture.
         written += picture.blit(ball, ball.getSize(), static_cast<int>(point[0]),
                                 static_cast<int>(point[1]), qor::Image::AL_CKBLACK, 255, 1);
     }

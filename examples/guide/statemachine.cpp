@@ -1,4 +1,4 @@
-// A ferry: under way, it is either cruising or slowed down by fog; moored, it waits.
+// The states of a ferry. It is moored or under way; under way, it is cruising or slow.
 #include <iostream>
 #include <string>
 
@@ -7,7 +7,7 @@
 
 enum Event : unsigned int { CAST_OFF, MOOR, FOG, CLEAR, HORN };
 
-/// A state that tells what happens to it, and on one event asks for another state.
+/// A state that prints its entries and exits. One event leads to another state.
 class Stage : public qor::State
 {
 public:
@@ -47,7 +47,7 @@ static void send(qor::StateMachine& ferry, Event event, const char* name)
 int main()
 {
     qor::StateMachine ferry;
-    // What is constructed first is where its parent begins.
+    // The first child that is constructed is the initial state of its parent.
     Stage moored(ferry, ferry, "moored", CAST_OFF, "under way");
     Stage underWay(ferry, ferry, "under way", MOOR, "moored");
     Stage cruising(ferry, underWay, "cruising", FOG, "slow");
@@ -58,6 +58,6 @@ int main()
     send(ferry, CAST_OFF, "cast off");
     send(ferry, FOG, "fog");
     send(ferry, HORN, "horn");
-    send(ferry, MOOR, "moor"); // handled by the state around the current one
+    send(ferry, MOOR, "moor"); // handled by the parent of the current state
     std::cout << "The ferry is " << ferry.getCurrentState()->getName() << ".\n";
 }

@@ -54,7 +54,7 @@ std::string readMD5(qor::Checksum& checksum)
     return checksum.getChecksumHex();
 }
 
-/// Returns the common CRC-32: the one's complement of a checksum that started with all bits set.
+/// Returns the CRC-32 of zip archives: the complement of a checksum that started with all bits set.
 std::string readCRC32(qor::Checksum& checksum)
 {
     const unsigned int crc = ~checksum.getChecksumInteger();

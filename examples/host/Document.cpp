@@ -48,7 +48,7 @@ std::string Document::save(const TSaveOptions& options, int& size)
     return error;
 }
 
-/// Returns why the document must not be saved to a file; empty if it may.
+/// Returns an error message if saving to a file must be refused, else an empty text.
 std::string Document::refuse(const std::string& filename, bool replaces) const
 {
     if (filename.empty()) {
@@ -64,7 +64,7 @@ std::string Document::refuse(const std::string& filename, bool replaces) const
     return replaces || !qor::File::fileExists(filename) ? "" : refuseToReplace(filename);
 }
 
-/// Returns why replacing a file would lose its content; empty if it would not.
+/// Returns an error message if saving would lose content of an existing file, else an empty text.
 std::string Document::refuseToReplace(const std::string& filename) const
 {
     const std::string refusal = "Cannot save over " + quote(filename) + ": ";

@@ -15,14 +15,14 @@
 namespace
 {
 
-/// Returns whether an element is a comment, of which only the name is saved.
+/// Returns whether an element is a comment. Values and children of comments are not saved.
 bool isComment(const qor::XMLElement& element)
 {
     const std::string name = element.getName();
     return !name.empty() && name.front() == '!';
 }
 
-/// The base of the commands that replace the document.
+/// The base class of the commands that replace the document.
 class DropCommand : public Command
 {
 public:
@@ -142,7 +142,8 @@ private:
     }
 };
 
-// The readers return an element's value; without an element, the default value in the same form.
+// Each of the following functions returns an element's value, or if `element` is null, the default
+// value, as a text of one type.
 
 std::string readText(const Host&, const qor::XMLElement* element, const std::string& defaultValue)
 {
@@ -286,7 +287,7 @@ private:
         const ElementPath path(tokens[1]);
         qor::XMLElement* const parent = path.findParent(document.getRoot());
         qor::XMLElement* const child = parent ? path.find(document.getRoot()) : nullptr;
-        // An empty name could be any element.
+        // An empty name without a number is refused, because it matches every element.
         if (!child || (path.getName().empty() && !path.hasNumber())) {
             return fail("Cannot delete " + quote(tokens[1]) + ": the element does not exist");
         }

@@ -68,8 +68,8 @@ private:
         printColumns(description.getUsage(), description.help, 26);
     }
 
-    /// Prints a text to the right of a heading, or below a heading that is too long, without
-    /// breaking words at the end of the output's lines.
+    /// Prints a text to the right of a heading, or below it if the heading is too long. Lines are
+    /// broken between words.
     void printColumns(const std::string& heading, const std::string& text, std::size_t column)
     {
         const auto width = static_cast<std::size_t>(std::max(m_Host.getWidth() - 1, 20));

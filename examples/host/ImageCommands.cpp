@@ -40,7 +40,7 @@ std::string describe(const std::string& name, const qor::Image& image)
            std::to_string(image.getHeight()) + " pixels";
 }
 
-/// The base of the commands for images, which share the images.
+/// The base class of the image commands. All of them share one gallery.
 class ImageCommand : public Command
 {
 public:
@@ -95,7 +95,8 @@ protected:
         return true;
     }
 
-    /// Returns the text of a negative result; the first reason is that of -1.
+    /// Returns the text of a negative result: the first reason for -1, the second for -2, and so
+    /// on.
     template<std::size_t COUNT>
     static const char* getReason(const std::array<const char*, COUNT>& reasons, int result)
     {

@@ -37,8 +37,8 @@ void storeSignal(int number)
     receivedSignal = number;
 }
 
-/// Blocks signals except while waiting for input, so that none interrupts the drawing. The
-/// destructor raises a signal that ends the program again.
+/// Blocks signals except while waiting for input, so that no signal interrupts the drawing. If a
+/// signal to end the program was received, the destructor raises it again with its former action.
 class SignalGuard
 {
 public:
@@ -66,14 +66,14 @@ public:
             sigaction(ENDING_SIGNALS[i], &m_FormerActions[i], nullptr);
         }
         if (receivedSignal != 0) {
-            // The parent process sees that a signal ended the program.
+            // The signal ends the program, so the parent process receives it as the exit status.
             std::raise(receivedSignal);
         }
         sigprocmask(SIG_SETMASK, &m_FormerMask, nullptr);
     }
 
     /// Waits for input, a signal or the end of the time limit, which may be null.
-    /// @return whether there is input or its end
+    /// @return whether standard input can be read or has ended
     bool waitForInput(const timespec* timeLimit) const
     {
         fd_set input;
@@ -184,7 +184,7 @@ public:
             const bool hasRead = readKeys();
             m_Host.update();
             if (hasInput && !hasRead) {
-                // The terminal has gone.
+                // The input has ended: the terminal was closed.
                 return;
             }
         }

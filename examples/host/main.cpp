@@ -77,7 +77,8 @@ bool begin(Host& host, const TArguments& arguments)
     return (filename.empty() || host.loadDocument(filename)) && hasSettings;
 }
 
-/// Saves the settings of an interactive session, such as the recent document.
+/// Saves the settings after an interactive session, because they contain the recent document.
+/// @return the exit status
 int saveSettings(Host& host)
 {
     // While a document is being loaded, the last XML error belongs to the loader.

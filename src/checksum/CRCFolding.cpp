@@ -11,7 +11,7 @@ namespace qor
 namespace
 {
 
-// __builtin_cpu_supports also checks that the system saves the vectors.
+// __builtin_cpu_supports also checks that the operating system saves the vector registers.
 
 bool has128()
 {

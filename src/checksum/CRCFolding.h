@@ -13,11 +13,11 @@ namespace qor
 /// CRCFolding.cpp has the list of implementations, NoCRCFolding.cpp an empty one for other
 /// processors and compilers.
 struct TCRCFolding {
-    static constexpr std::size_t UNIT = 16;
+    static constexpr std::size_t UNIT = 16; ///< folding adds only multiples of this size
 
-    int vectorBits;
-    std::size_t minSize;
-    bool (*isSupported)(); ///< whether this processor and system can run it
+    int vectorBits;        ///< width of the vectors
+    std::size_t minSize;   ///< minimum size of data in bytes
+    bool (*isSupported)(); ///< returns whether the processor and the operating system support it
 
     /// Adds data to a register, except the last `size` % `UNIT` bytes.
     /// @param value the register before the data
@@ -26,7 +26,7 @@ struct TCRCFolding {
     std::uint32_t (*fold)(std::uint32_t value, const unsigned char* data, std::size_t size);
 };
 
-/// The implementations that the library was compiled with, whatever this processor can run.
+/// The implementations in the library, including those that this processor cannot run.
 struct TCRCFoldings {
     const TCRCFolding* const* first;
     const TCRCFolding* const* last;
@@ -37,7 +37,7 @@ struct TCRCFoldings {
 
 TCRCFoldings getCRCFoldings();
 
-/// @return the fastest implementation for this size on this processor; null if there is none
+/// Returns the fastest implementation for this size on this processor; null if there is none.
 const TCRCFolding* chooseCRCFolding(std::size_t size);
 
 } // namespace qor

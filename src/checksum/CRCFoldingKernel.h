@@ -5,9 +5,9 @@
 #include "checksum/CRCFolding.h"
 #include "checksum/CRCTables.h"
 
-// Folding for all vector widths. Each file that includes this one is compiled for other
-// instructions. Everything here has internal linkage, so that the linker cannot share a function
-// between them.
+// Folding for all vector widths. Each file that includes this one is compiled for a different
+// instruction set. Everything here has internal linkage: otherwise the linker would keep one copy
+// of each function, and processors without its instructions would run it.
 
 namespace qor
 {
@@ -17,13 +17,14 @@ namespace
 
 constexpr std::size_t LANE_COUNT = 4, MAX_WIDTH = 64, PART_SIZE = TCRCFolding::UNIT;
 
-/// Factors that move 16 bytes to a later place in the data.
+/// The factors for the low and the high half of 16 bytes. Multiplied by them, the bytes leave the
+/// same value in a CRC register as before, but at a later position in the data.
 struct TFoldConstants {
     long long first, second;
 };
 
-/// @return x to the power of `exponent`, shifted by one bit: the product of two reflected numbers
-///         is one bit too low
+/// Returns x^exponent modulo the polynomial, reflected and shifted left by one bit. The shift makes
+/// up for the reflected product of two 64-bit numbers, which has 127 bits and is one bit too low.
 constexpr long long powerOfX(std::size_t exponent)
 {
     std::uint32_t value = 0x80000000;
@@ -38,7 +39,8 @@ struct TFoldConstantTable {
     constexpr TFoldConstantTable() : entries()
     {
         for (std::size_t i = 1; i <= LANE_COUNT * MAX_WIDTH / PART_SIZE; ++i) {
-            // The first half is 64 bits further away, and a product ends 32 bits after its half.
+            // The low half moves by `bits` + 64, the high half by `bits`. In a lane of 64 bits, a
+            // reflected factor of 32 bits counts x^32 times, so both exponents are smaller by 32.
             const std::size_t bits = i * PART_SIZE * 8;
             entries[i] = {powerOfX(bits + 32), powerOfX(bits - 32)};
         }
@@ -49,13 +51,14 @@ struct TFoldConstantTable {
 
 constexpr TFoldConstantTable FOLD_CONSTANTS;
 
-/// @return the quotient of x^64 and the polynomial, for Barrett reduction
+/// Returns the quotient of x^64 and the polynomial, reflected, for Barrett reduction. This is a
+/// long division: `value` is its remainder.
 constexpr long long barrettQuotient()
 {
     std::uint32_t value = 0x80000000;
     long long quotient = 0;
     for (int i = -31; i <= 32; ++i) {
-        // The bit that leaves the register is where the polynomial is subtracted.
+        // multiplyByX() subtracts the polynomial if this bit is set.
         if ((value & 1) != 0) {
             quotient |= 1LL << i;
         }
@@ -91,7 +94,8 @@ struct TVector128 {
     }
     static Type add(Type a, Type b) { return _mm_xor_si128(a, b); }
 
-    /// Moves the bytes by the distance of the constants and adds them to the target.
+    /// Folds bytes into a vector that is later in the data, by the distance of the constants.
+    /// Returns the sum; as everywhere here, addition is XOR.
     static Type foldInto(Type target, Type bytes, Type constants)
     {
         const Type first = _mm_clmulepi64_si128(bytes, constants, 0x00);
@@ -100,7 +104,7 @@ struct TVector128 {
     }
 };
 
-/// Adds all vectors at the place of the last one.
+/// Folds consecutive vectors into the last one.
 template<typename TVector, std::size_t COUNT>
 typename TVector::Type combine(const typename TVector::Type (&vectors)[COUNT])
 {
@@ -118,17 +122,18 @@ __m128i multiplyLow32(__m128i value, long long factor)
     return _mm_clmulepi64_si128(low, _mm_set_epi64x(0, factor), 0x00);
 }
 
-/// @return the register after these 16 bytes, which is empty before them
+/// Reduces 16 bytes modulo the polynomial.
+/// @return the register after these bytes, starting from 0
 std::uint32_t reduce(__m128i bytes)
 {
     constexpr long long BEYOND_HALF = foldConstants(PART_SIZE).second, X_64 = powerOfX(64);
     constexpr long long QUOTIENT = barrettQuotient();
     constexpr long long WHOLE_POLYNOMIAL = static_cast<long long>(POLYNOMIAL) << 1 | 1;
-    // From 128 bits to 96, then to 64. The register's width of 32 bits is part of the factors.
+    // Folds 128 bits to 96, then to 64. The factors also append the 32 zero bits of a CRC.
     __m128i sum = _mm_clmulepi64_si128(bytes, _mm_set_epi64x(0, BEYOND_HALF), 0x00);
     sum = _mm_xor_si128(sum, _mm_srli_si128(bytes, 8));
     sum = _mm_xor_si128(_mm_srli_si128(sum, 4), multiplyLow32(sum, X_64));
-    // Barrett reduction to 32.
+    // Barrett reduction from 64 bits to 32.
     const __m128i product = multiplyLow32(multiplyLow32(sum, QUOTIENT), WHOLE_POLYNOMIAL);
     const __m128i remainder = _mm_srli_si128(_mm_xor_si128(sum, product), 4);
     return static_cast<std::uint32_t>(_mm_cvtsi128_si32(remainder));
@@ -142,7 +147,7 @@ std::uint32_t fold(std::uint32_t value, const unsigned char* data, std::size_t s
     const unsigned char* const end = data + size;
     const auto left = [&] { return static_cast<std::size_t>(end - data); };
 
-    // Several lanes, since each product takes several cycles.
+    // The products of the lanes are independent, which hides their latency of several cycles.
     Type lanes[LANE_COUNT] = {TVector::add(TVector::load(data), TVector::fromRegister(value)),
                               TVector::load(data + WIDTH), TVector::load(data + 2 * WIDTH),
                               TVector::load(data + 3 * WIDTH)};

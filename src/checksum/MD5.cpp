@@ -107,6 +107,7 @@ void MD5::addRaw(const unsigned char* data, unsigned int length)
     m_BitCount[0] += length << 3;
     m_BitCount[1] += (length >> 29) + (m_BitCount[0] < oldBits ? 1 : 0);
 
+    // The number of bytes that m_Block holds, modulo its size.
     const unsigned int buffered = oldBits >> 3 & (BLOCK_SIZE - 1);
     if (buffered > 0) {
         const unsigned int size = std::min(length, BLOCK_SIZE - buffered);

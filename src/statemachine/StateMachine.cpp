@@ -20,7 +20,8 @@ std::size_t countUpwards(State* state)
 }
 
 /// Returns the innermost state that encloses `source` and either encloses or is `target`; null if
-/// there is none. Both paths are cut to the same length, then climbed in step until they meet.
+/// there is none. This is the lowest common ancestor of the source's parent and the target: both
+/// are moved up to the same level, then together until they are equal.
 State* findCommonAncestor(State* source, State* target)
 {
     State* ancestor = source->getParentState();
@@ -41,9 +42,10 @@ State* findCommonAncestor(State* source, State* target)
 
 /// The states to enter on the way from an enclosing state down to a target, outermost first.
 ///
-/// States are linked upwards only, and a list of any length would need the heap. So the path is
-/// collected in pieces, each by one walk up from the target. The first piece is collected before
-/// any handler runs: handlers that assign states change only what lies more than PIECE levels away.
+/// States have links only to their parents, and an array of any length would need the heap. So the
+/// path is collected in pieces of up to PIECE states, each by one walk up from the target. The
+/// first piece is collected before any handler runs. Handlers that assign states can change only
+/// the pieces after it.
 class EntryPath
 {
 public:
@@ -121,8 +123,7 @@ StateMachine::StateMachine() : State(this, nullptr, "root"), m_CurrentState(this
     registerState(this);
 }
 
-// Copying leaves out m_IsChanging and m_IsStarting: they belong to the calls that are running on
-// one machine.
+// m_IsChanging and m_IsStarting are not copied, because they describe running calls of one machine.
 
 StateMachine::StateMachine(const StateMachine& other)
     : State(other), m_CurrentState(other.m_CurrentState), m_PendingState(other.m_PendingState),

@@ -20,7 +20,8 @@ namespace qor
 namespace
 {
 
-constexpr std::size_t MAX_SIZE = std::numeric_limits<int>::max(); // of a position in a result
+/// The maximum size of a document: results of load() and parse() are positions of type int.
+constexpr std::size_t MAX_SIZE = std::numeric_limits<int>::max();
 
 /// Compares a text with a name of the same size. For short names, this is faster than a call of
 /// std::memcmp.
@@ -207,9 +208,8 @@ private:
         return 0;
     }
 
-    /// Reads the rest of a child that has a text and no children, as most elements do. It is
-    /// created with its value, in one step.
-    /// @return false if the child has other content, with the position unchanged
+    /// Fast path for the most common elements: reads the rest of a child that has only text.
+    /// @return false if the child has other content; the position is unchanged then
     bool readLeaf(XMLElement& parent)
     {
         const char* const text = m_Position;
@@ -227,7 +227,8 @@ private:
         return true;
     }
 
-    /// Returns whether the end tag with a name is at `tag`, which is at a `<` or at the end.
+    /// Returns whether an end tag with this name begins at `tag`.
+    /// @param tag the position of a `<`, or the end of the text
     bool isEndTag(const char* tag, std::string_view name) const
     {
         // A name that was read contains no `>`, so the `>` after the name ends the tag.

@@ -6,7 +6,7 @@
 namespace
 {
 
-/// A host that looks after every character whether its console is as it should be.
+/// Types characters into a console and checks the state of the console after each one.
 struct THost : qor::ConsoleCommand {
     explicit THost(int maxLines) : most(static_cast<unsigned int>(maxLines)), console(maxLines)
     {
@@ -44,7 +44,8 @@ struct THost : qor::ConsoleCommand {
         require(added > 0 && added <= kept ? echo.at(0) == before : echo.empty());
     }
 
-    /// Types the words again, one by one in quotes where they may be.
+    /// Types the words of the last command again, in quotation marks unless they contain one, and
+    /// checks that the console splits the line into the same words.
     void typeWords()
     {
         type('\r');
@@ -63,7 +64,7 @@ struct THost : qor::ConsoleCommand {
     {
         require(tokens[0] == "any" || (tokens[0] == "few" && tokens.size() - 2 < 2));
         words = tokens;
-        // Some lines go on, and are run anew, from within. Two characters stand for the codes.
+        // The first two calls type their last word into the console: `~` is Enter, `^` deletes.
         for (const char character : ++calls < 3 ? tokens.back() : "") {
             type(character == '~' ? '\r' : character == '^' ? '\n' : character);
         }

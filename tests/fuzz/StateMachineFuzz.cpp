@@ -10,11 +10,14 @@ using qor::StateMachine;
 namespace
 {
 
-/// What is done with a machine, from its states' handlers as well.
+/// Runs the actions of the input on a state machine, also from handlers, and records the states
+/// that should be entered.
 struct TPlay {
     State* pick(unsigned int number) { return states[number % states.size()]; }
 
-    /// @return whether that handles an event. It may throw a number.
+    /// Runs the next action of the input.
+    /// @return the result of an event handler that runs this action
+    /// @throws unsigned int if the action is to throw
     bool act()
     {
         const unsigned int byte = input.takeByte(), action = byte % 8, number = byte / 8;
@@ -60,17 +63,18 @@ struct TPlay {
     FuzzInput input;
     StateMachine* machine;
     std::vector<State*> states{nullptr};
-    std::vector<const State*> entered{nullptr}; ///< and not left, innermost last
-    std::vector<const State*> resumed{}; ///< the same after an entry in which start() was called
+    std::vector<const State*> entered{nullptr}; ///< entered states, innermost last
+    std::vector<const State*>
+        resumed{}; ///< `entered` as it was when the last entry handler was called
     int left = 0;
     int starts = 0;
     bool isStarting = false;
-    int changes = 0; ///< how many handlers are entering or leaving
+    int changes = 0; ///< number of running entry and exit handlers
 };
 
 TPlay* play;
 
-/// A state, or with StateMachine a machine.
+/// A state or, if TBase is StateMachine, the machine. Its handlers run actions of the input.
 template<typename TBase>
 struct TActor : TBase {
     using TBase::TBase;
@@ -127,7 +131,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             play->act();
         } catch (unsigned int) {
         }
-        // The current state and those around it, and no others, are entered.
+        // Exactly the current state and its ancestors are entered.
         State* state = machine.getCurrentState();
         for (std::size_t i = play->entered.size() - 1; i > 0; --i) {
             require(state == play->entered[i]);
