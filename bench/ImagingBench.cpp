@@ -18,7 +18,7 @@
 #include <stb/stb_image_write.h>
 #endif
 
-#include "Contest.h"
+#include "Comparison.h"
 #include "ImagingPeers.h"
 #include "qor/Image.h"
 
@@ -58,7 +58,7 @@ void addTransfer(std::vector<TContestant>& contestants, Shared& first, const Ima
 }
 
 /// Copies one image onto another of its size.
-void contestPlain(const std::string& name, int width, int height, int x, int y)
+void comparePlainCopies(const std::string& name, int width, int height, int x, int y)
 {
     const Shared source = makeNoise(width, height);
     Image target(*source);
@@ -127,7 +127,7 @@ Shared makeSprite(int size, Share share)
 }
 
 /// Copies a sprite onto an image of its size, with a pixel test and a step.
-void contestKeyed(const std::string& name, int size, Share share, int alphaLevel, int step)
+void compareKeyedCopies(const std::string& name, int size, Share share, int alphaLevel, int step)
 {
     const Shared sprite = makeSprite(size, share);
     Image target(*sprite);
@@ -164,10 +164,10 @@ void contestKeyed(const std::string& name, int size, Share share, int alphaLevel
     compare(name, contestants);
 }
 
-void contestFlip(const std::string& name, int width, int height)
+void compareFlips(const std::string& name, int width, int height)
 {
     const Shared image = makeNoise(width, height), byHand = std::make_shared<Image>(*image);
-    const auto isRight = [=] { return isSame(*image, *byHand); };
+    const auto isCorrect = [=] { return isSame(*image, *byHand); };
     compare("flip/" + name, {{"swap_ranges",
                               [=] {
                                   std::uint32_t* const pixels = byHand->getData();
@@ -178,17 +178,17 @@ void contestFlip(const std::string& name, int width, int height)
                                   }
                               },
                               [] { return true; }},
-                             {"qortk", [=] { image->flipVertical(); }, isRight}});
+                             {"qortk", [=] { image->flipVertical(); }, isCorrect}});
 }
 
 /// A directory for files, which is removed by the destructor.
-class Files
+class TemporaryDirectory
 {
 public:
-    Files() { std::filesystem::create_directories(m_Folder); }
-    ~Files() { std::filesystem::remove_all(m_Folder); }
+    TemporaryDirectory() { std::filesystem::create_directories(m_Directory); }
+    ~TemporaryDirectory() { std::filesystem::remove_all(m_Directory); }
 
-    std::string path(const std::string& name) const { return (m_Folder / name).string(); }
+    std::string path(const std::string& name) const { return (m_Directory / name).string(); }
 
     /// Returns the pixel data of a TGA file, without its header.
     std::string pixels(const std::string& name) const
@@ -199,7 +199,7 @@ public:
     }
 
 private:
-    std::filesystem::path m_Folder = std::filesystem::temp_directory_path() / "qortk-bench";
+    std::filesystem::path m_Directory = std::filesystem::temp_directory_path() / "qortk-bench";
 };
 
 #ifdef HAVE_STB
@@ -218,7 +218,7 @@ std::vector<unsigned char> toBytes(const Image& image, int depth)
 }
 #endif
 
-void contestFiles(const Files& files, int width, int height, int depth)
+void compareFiles(const TemporaryDirectory& files, int width, int height, int depth)
 {
     const Shared image = makeNoise(width, height), loaded = std::make_shared<Image>();
     const std::string name = "tga-" + std::to_string(depth) + "-bits", own = files.path(name);
@@ -259,24 +259,24 @@ int main(int argumentCount, char** argumentValues)
         int width, height;
     } sizes[] = {{"64", 64, 64}, {"256", 256, 256}, {"512", 512, 512}, {"1920x1080", 1920, 1080}};
     for (const auto& size : sizes) {
-        contestPlain(size.name, size.width, size.height, 0, 0);
-        contestPlain(std::string(size.name) + "-clipped", size.width, size.height, -size.width / 4,
-                     size.height / 4);
-        contestFlip(size.name, size.width, size.height);
+        comparePlainCopies(size.name, size.width, size.height, 0, 0);
+        comparePlainCopies(std::string(size.name) + "-clipped", size.width, size.height,
+                           -size.width / 4, size.height / 4);
+        compareFlips(size.name, size.width, size.height);
     }
     const std::pair<const char*, Share> shares[] = {
         {"0%", Share::NONE}, {"50%", Share::HALF}, {"100%", Share::ALL}, {"noise", Share::NOISE}};
     for (const auto& [name, share] : shares) {
         for (const int size : {64, 512}) {
             const std::string source = std::to_string(size) + "-" + name;
-            contestKeyed("colour-key/" + source, size, share, Image::AL_CKBLACK, 1);
-            contestKeyed("alpha-threshold/" + source, size, share, 128, 1);
-            contestKeyed("step-2/" + source, size, share, Image::AL_CKBLACK, 2);
+            compareKeyedCopies("colour-key/" + source, size, share, Image::AL_CKBLACK, 1);
+            compareKeyedCopies("alpha-threshold/" + source, size, share, 128, 1);
+            compareKeyedCopies("step-2/" + source, size, share, Image::AL_CKBLACK, 2);
         }
     }
-    const Files files;
+    const TemporaryDirectory files;
     for (const int depth : {8, 24, 32}) {
-        contestFiles(files, 1024, 768, depth);
+        compareFiles(files, 1024, 768, depth);
     }
     return runComparisons(argumentCount, argumentValues);
 }

@@ -93,7 +93,7 @@ public:
         m_Document.parse(source.text);
         m_Template.parse(templateOf(source));
     }
-    bool isFitting() const { return m_Document.validate(&m_Template); }
+    bool isValid() const { return m_Document.validate(&m_Template); }
 
 private:
     qor::XMLElement m_Document;
@@ -152,7 +152,7 @@ public:
         xmlSchemaFree(m_Schema);
         xmlFreeDoc(m_Document);
     }
-    bool isFitting() const { return xmlSchemaValidateDoc(m_Context, m_Document) == 0; }
+    bool isValid() const { return xmlSchemaValidateDoc(m_Context, m_Document) == 0; }
 
 private:
     xmlDoc* m_Document;
@@ -165,7 +165,7 @@ private:
 template<typename TValidation>
 void add(const TSource& source)
 {
-    if (!TValidation(source).isFitting()) {
+    if (!TValidation(source).isValid()) {
         std::cerr << TValidation::NAME << " refuses " << source.name << '\n';
         std::exit(1);
     }
@@ -173,7 +173,7 @@ void add(const TSource& source)
     benchmark::RegisterBenchmark(name.c_str(), [source](benchmark::State& state) {
         const TValidation validation(source);
         for (auto _ : state) {
-            benchmark::DoNotOptimize(validation.isFitting());
+            benchmark::DoNotOptimize(validation.isValid());
         }
     });
 }

@@ -36,14 +36,14 @@ const std::vector<TSource>& sources()
 }
 
 /// Whether steps reuse freed memory of earlier steps (option --used-heap).
-bool usesHeapAgain = false;
+bool reusesHeap = false;
 
 /// Returns freed memory to the system, so that each step starts with a heap like that of a new
 /// process. Otherwise the results would depend on earlier steps.
 void trimHeap()
 {
 #if defined(__GLIBC__)
-    if (!usesHeapAgain) {
+    if (!reusesHeap) {
         malloc_trim(0);
     }
 #endif
@@ -160,7 +160,7 @@ int main(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);
     if (argc > 1 && std::string(argv[argc - 1]) == "--used-heap") {
-        usesHeapAgain = true;
+        reusesHeap = true;
         --argc;
     }
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {

@@ -48,11 +48,11 @@ private:
 
 int main()
 {
-    const std::string folder = qor::File::standardizePath("survey\\");
+    const std::string directory = qor::File::standardizePath("survey\\");
     qor::Log::open("survey.log", false);
-    qor::File::createDirectory(folder);
-    std::ofstream(qor::File::filePath(folder, "north.txt")) << "pier";
-    std::ofstream(qor::File::filePath(folder, "south.txt")) << "lighthouse";
+    qor::File::createDirectory(directory);
+    std::ofstream(qor::File::filePath(directory, "north.txt")) << "pier";
+    std::ofstream(qor::File::filePath(directory, "south.txt")) << "lighthouse";
 
     Survey survey({"survey/north.txt", "survey/south.txt", "survey/west.txt"});
     qor::Thread thread;

@@ -8,11 +8,11 @@
 enum Event : unsigned int { CAST_OFF, MOOR, FOG, CLEAR, HORN };
 
 /// A state that prints its entries and exits. One event leads to another state.
-class Stage : public qor::State
+class FerryState : public qor::State
 {
 public:
-    Stage(qor::StateMachine& ferry, State& parent, const std::string& name, Event event,
-          const std::string& next)
+    FerryState(qor::StateMachine& ferry, State& parent, const std::string& name, Event event,
+               const std::string& next)
         : State(&ferry, &parent, name), m_Event(event), m_Next(next)
     {
     }
@@ -48,10 +48,10 @@ int main()
 {
     qor::StateMachine ferry;
     // The first child that is constructed is the initial state of its parent.
-    Stage moored(ferry, ferry, "moored", CAST_OFF, "under way");
-    Stage underWay(ferry, ferry, "under way", MOOR, "moored");
-    Stage cruising(ferry, underWay, "cruising", FOG, "slow");
-    Stage slow(ferry, underWay, "slow", CLEAR, "cruising");
+    FerryState moored(ferry, ferry, "moored", CAST_OFF, "under way");
+    FerryState underWay(ferry, ferry, "under way", MOOR, "moored");
+    FerryState cruising(ferry, underWay, "cruising", FOG, "slow");
+    FerryState slow(ferry, underWay, "slow", CLEAR, "cruising");
 
     std::cout << "start\n";
     ferry.start();

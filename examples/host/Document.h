@@ -15,7 +15,7 @@ public:
     struct TSaveOptions {
         std::string filename; ///< empty: the document's file
         bool isFormatted = true;
-        bool replaces = false; ///< save even if content of the file is lost
+        bool allowsLoss = false; ///< save even if content of the file is lost
     };
 
     qor::XMLElement& getRoot() { return m_Root; }
@@ -46,8 +46,8 @@ public:
     std::string save(const TSaveOptions& options, int& size);
 
 private:
-    std::string refuse(const std::string& filename, bool replaces) const;
-    std::string refuseToReplace(const std::string& filename) const;
+    std::string getRefusal(const std::string& filename, bool allowsLoss) const;
+    std::string getReplacementRefusal(const std::string& filename) const;
     bool isOwnFile(const std::string& filename) const;
 
     qor::XMLElement m_Root{"document"};

@@ -23,17 +23,17 @@ bool isComment(const qor::XMLElement& element)
 }
 
 /// The base class of the commands that replace the document.
-class DropCommand : public Command
+class ReplaceDocumentCommand : public Command
 {
 public:
     /// @param asks whether it asks before unsaved changes are lost
-    DropCommand(Host& host, const TDescription& description, bool asks)
+    ReplaceDocumentCommand(Host& host, const TDescription& description, bool asks)
         : Command(host, description), m_Asks(asks)
     {
     }
 
 protected:
-    bool drop(const std::string& command, const HostStateMachine::Action& action)
+    bool replaceDocument(const std::string& command, const HostStateMachine::Action& action)
     {
         return m_Asks ? m_Host.getStates().dropDocument(command, action) : action();
     }
@@ -42,10 +42,10 @@ private:
     const bool m_Asks;
 };
 
-class NewCommand : public DropCommand
+class NewCommand : public ReplaceDocumentCommand
 {
 public:
-    using DropCommand::DropCommand;
+    using ReplaceDocumentCommand::ReplaceDocumentCommand;
 
 private:
     bool run(const std::vector<std::string>& tokens) override
@@ -57,17 +57,17 @@ private:
         if (!ElementPath::isElementName(name)) {
             return fail("Cannot start a document: " + quote(name) + " is not an element name");
         }
-        return drop("new", [&host = m_Host, name] {
+        return replaceDocument("new", [&host = m_Host, name] {
             host.getDocument().create(name);
             return true;
         });
     }
 };
 
-class LoadCommand : public DropCommand
+class LoadCommand : public ReplaceDocumentCommand
 {
 public:
-    using DropCommand::DropCommand;
+    using ReplaceDocumentCommand::ReplaceDocumentCommand;
 
 private:
     bool run(const std::vector<std::string>& tokens) override
@@ -80,15 +80,16 @@ private:
         if (filename.empty()) {
             return fail("Cannot load the recent document: there is none. Use 'load FILE'");
         }
-        return drop("load", [&host = m_Host, filename] { return host.loadDocument(filename); });
+        return replaceDocument("load",
+                               [&host = m_Host, filename] { return host.loadDocument(filename); });
     }
 };
 
 class SaveCommand : public Command
 {
 public:
-    SaveCommand(Host& host, const TDescription& description, bool isFormatted, bool replaces)
-        : Command(host, description), m_Options{"", isFormatted, replaces}
+    SaveCommand(Host& host, const TDescription& description, bool isFormatted, bool allowsLoss)
+        : Command(host, description), m_Options{"", isFormatted, allowsLoss}
     {
     }
 
@@ -175,10 +176,10 @@ std::string readBoolean(const Host&, const qor::XMLElement* element,
 class ReadCommand : public Command
 {
 public:
-    using TReader = std::string (*)(const Host& host, const qor::XMLElement* element,
-                                    const std::string& defaultValue);
+    using Reader = std::string (*)(const Host& host, const qor::XMLElement* element,
+                                   const std::string& defaultValue);
 
-    ReadCommand(Host& host, const TDescription& description, TReader reader)
+    ReadCommand(Host& host, const TDescription& description, Reader reader)
         : Command(host, description), m_Reader(reader)
     {
     }
@@ -196,7 +197,7 @@ private:
         return true;
     }
 
-    const TReader m_Reader;
+    const Reader m_Reader;
 };
 
 class PutCommand : public Command

@@ -155,7 +155,7 @@ public:
     /// HostStateMachine::quit asks first.
     /// @{
     bool isQuitting() const { return m_IsQuitting; }
-    void leave() { m_IsQuitting = true; }
+    void endSession() { m_IsQuitting = true; }
     /// @}
 
     /// @}
@@ -171,11 +171,11 @@ private:
 
     /// Closes the log. As the first member it is destroyed last, after the loader's thread has
     /// ended.
-    struct TLogCloser {
-        ~TLogCloser() { qor::Log::close(); }
+    struct LogCloser {
+        ~LogCloser() { qor::Log::close(); }
     };
 
-    const TLogCloser m_LogCloser;
+    const LogCloser m_LogCloser;
     const Mode m_Mode;
     int m_Width = 80;
     Document m_Document;

@@ -32,8 +32,8 @@ TVector getKnotPoint(float angle)
 }
 
 /// A point of the knot's center line and two directions perpendicular to the line.
-struct TSection {
-    explicit TSection(float angle) : center(getKnotPoint(angle))
+struct Section {
+    explicit Section(float angle) : center(getKnotPoint(angle))
     {
         constexpr float STEP = 0.01f;
         constexpr float UPWARD[3] = {0.0f, 0.0f, 1.0f};
@@ -210,7 +210,7 @@ qor::Image renderScene(int width, int height, float angle)
     const int circleCount = 16 + std::min(width, height);
     for (int i = 0; i < lineCount; ++i) {
         const float position = FULL_TURN * static_cast<float>(i) / static_cast<float>(lineCount);
-        const TSection section(position);
+        const Section section(position);
         const TColor color = getRainbowColor(position);
         for (int j = 0; j < circleCount; ++j) {
             const TVector normal = section.getNormal(FULL_TURN * static_cast<float>(j) /

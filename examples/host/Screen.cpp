@@ -44,14 +44,14 @@ class SignalGuard
 public:
     SignalGuard()
     {
-        sigset_t held;
-        sigemptyset(&held);
-        sigaddset(&held, SIGTSTP);
-        sigaddset(&held, SIGWINCH);
+        sigset_t blocked;
+        sigemptyset(&blocked);
+        sigaddset(&blocked, SIGTSTP);
+        sigaddset(&blocked, SIGWINCH);
         for (const int number : ENDING_SIGNALS) {
-            sigaddset(&held, number);
+            sigaddset(&blocked, number);
         }
-        sigprocmask(SIG_BLOCK, &held, &m_FormerMask);
+        sigprocmask(SIG_BLOCK, &blocked, &m_FormerMask);
         for (std::size_t i = 0; i < ENDING_SIGNALS.size(); ++i) {
             catchUnlessIgnored(ENDING_SIGNALS[i], m_FormerActions[i]);
         }
@@ -104,7 +104,7 @@ private:
     std::array<struct sigaction, ENDING_SIGNALS.size()> m_FormerActions;
 };
 
-struct TTerminalCloser {
+struct TerminalCloser {
     void operator()(SCREEN* terminal) const
     {
         endwin();
@@ -112,12 +112,12 @@ struct TTerminalCloser {
     }
 };
 
-struct TWindowCloser {
+struct WindowCloser {
     void operator()(WINDOW* window) const { delwin(window); }
 };
 
-using TTerminal = std::unique_ptr<SCREEN, TTerminalCloser>;
-using TWindow = std::unique_ptr<WINDOW, TWindowCloser>;
+using TerminalPointer = std::unique_ptr<SCREEN, TerminalCloser>;
+using WindowPointer = std::unique_ptr<WINDOW, WindowCloser>;
 
 /// Allocates curses' color pairs for one drawing.
 class ColorPairs
@@ -393,8 +393,8 @@ private:
     Host& m_Host;
     LineEditor m_Editor;
     ColorPairs m_Pairs;
-    TWindow m_Output;
-    TWindow m_Input;
+    WindowPointer m_Output;
+    WindowPointer m_Input;
     int m_SkippedRows = 0; ///< how many rows are below the visible ones
 };
 
@@ -405,7 +405,7 @@ bool runScreen(Host& host)
     // curses and wcwidth need the locale's character set. The library ignores the locale.
     std::setlocale(LC_ALL, "");
     const SignalGuard signals;
-    const TTerminal terminal(newterm(nullptr, stdout, stdin));
+    const TerminalPointer terminal(newterm(nullptr, stdout, stdin));
     if (!terminal) {
         return false;
     }

@@ -37,7 +37,7 @@ public:
     }
 
     /// Returns whether the text ends inside an element.
-    bool isCutShort() const { return m_Depth > 0; }
+    bool isTruncated() const { return m_Depth > 0; }
 
     /// Returns the position at which the last construct begins.
     std::size_t getPosition() const { return m_Begin; }
@@ -158,7 +158,7 @@ std::string findUnsupported(const std::string& source, std::size_t end)
         return describeLine(scanner.getPosition()) + " has " + found +
                ", which saving does not keep";
     }
-    if (scanner.isCutShort()) {
+    if (scanner.isTruncated()) {
         return "the text ends in " + describeLine(end) + ", before the end of its root element";
     }
     const std::size_t rest = source.find_first_not_of(BLANKS, end);

@@ -18,12 +18,12 @@ public:
     /// Moves to the line before the current one. The oldest line stays current.
     /// @param typed the line that is being typed; moveToNewer() returns it after the newest line
     /// @return the line to show; `typed` if there is no line
-    const std::string& showOlder(const std::string& typed);
+    const std::string& moveToOlder(const std::string& typed);
 
     /// Moves to the line after the current one.
     /// @param typed the line that is being typed
     /// @return the line to show; after the newest line, the one that was being typed
-    const std::string& showNewer(const std::string& typed);
+    const std::string& moveToNewer(const std::string& typed);
 
 private:
     const std::size_t m_MaxLines;

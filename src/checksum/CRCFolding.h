@@ -27,15 +27,15 @@ struct TCRCFolding {
 };
 
 /// The implementations in the library, including those that this processor cannot run.
-struct TCRCFoldings {
+struct TCRCFoldingList {
     const TCRCFolding* const* first;
-    const TCRCFolding* const* last;
+    const TCRCFolding* const* pastLast;
 
     const TCRCFolding* const* begin() const { return first; }
-    const TCRCFolding* const* end() const { return last; }
+    const TCRCFolding* const* end() const { return pastLast; }
 };
 
-TCRCFoldings getCRCFoldings();
+TCRCFoldingList getCRCFoldings();
 
 /// Returns the fastest implementation for this size on this processor; null if there is none.
 const TCRCFolding* chooseCRCFolding(std::size_t size);

@@ -15,12 +15,12 @@ namespace qor
 namespace
 {
 
-constexpr std::size_t LANE_COUNT = 4, MAX_WIDTH = 64, PART_SIZE = TCRCFolding::UNIT;
+constexpr std::size_t LANE_COUNT = 4, MAX_VECTOR_SIZE = 64, PART_SIZE = TCRCFolding::UNIT;
 
 /// The factors for the low and the high half of 16 bytes. Multiplied by them, the bytes leave the
 /// same value in a CRC register as before, but at a later position in the data.
 struct TFoldConstants {
-    long long first, second;
+    long long low, high;
 };
 
 /// Returns x^exponent modulo the polynomial, reflected and shifted left by one bit. The shift makes
@@ -35,10 +35,10 @@ constexpr long long powerOfX(std::size_t exponent)
 }
 
 /// Factors by distance, in units of 16 bytes.
-struct TFoldConstantTable {
-    constexpr TFoldConstantTable() : entries()
+struct FoldConstantTable {
+    constexpr FoldConstantTable() : entries()
     {
-        for (std::size_t i = 1; i <= LANE_COUNT * MAX_WIDTH / PART_SIZE; ++i) {
+        for (std::size_t i = 1; i <= LANE_COUNT * MAX_VECTOR_SIZE / PART_SIZE; ++i) {
             // The low half moves by `bits` + 64, the high half by `bits`. In a lane of 64 bits, a
             // reflected factor of 32 bits counts x^32 times, so both exponents are smaller by 32.
             const std::size_t bits = i * PART_SIZE * 8;
@@ -46,10 +46,10 @@ struct TFoldConstantTable {
         }
     }
 
-    TFoldConstants entries[LANE_COUNT * MAX_WIDTH / PART_SIZE + 1];
+    TFoldConstants entries[LANE_COUNT * MAX_VECTOR_SIZE / PART_SIZE + 1];
 };
 
-constexpr TFoldConstantTable FOLD_CONSTANTS;
+constexpr FoldConstantTable FOLD_CONSTANTS;
 
 /// Returns the quotient of x^64 and the polynomial, reflected, for Barrett reduction. This is a
 /// long division: `value` is its remainder.
@@ -73,7 +73,7 @@ constexpr TFoldConstants foldConstants(std::size_t distance)
 }
 
 /// The operations on vectors of 128 bits. Wider ones repeat them for each 128 bits.
-struct TVector128 {
+struct Vector128 {
     using Type = __m128i;
 
     static Type load(const unsigned char* data)
@@ -86,7 +86,7 @@ struct TVector128 {
     }
     static Type fromConstants(TFoldConstants constants)
     {
-        return _mm_set_epi64x(constants.second, constants.first);
+        return _mm_set_epi64x(constants.high, constants.low);
     }
     static Type fromRegister(std::uint32_t value)
     {
@@ -106,7 +106,7 @@ struct TVector128 {
 
 /// Folds consecutive vectors into the last one.
 template<typename TVector, std::size_t COUNT>
-typename TVector::Type combine(const typename TVector::Type (&vectors)[COUNT])
+typename TVector::Type foldAll(const typename TVector::Type (&vectors)[COUNT])
 {
     typename TVector::Type sum = vectors[COUNT - 1];
     for (std::size_t i = 0; i + 1 < COUNT; ++i) {
@@ -126,11 +126,11 @@ __m128i multiplyLow32(__m128i value, long long factor)
 /// @return the register after these bytes, starting from 0
 std::uint32_t reduce(__m128i bytes)
 {
-    constexpr long long BEYOND_HALF = foldConstants(PART_SIZE).second, X_64 = powerOfX(64);
+    constexpr long long X_96 = powerOfX(96), X_64 = powerOfX(64);
     constexpr long long QUOTIENT = barrettQuotient();
     constexpr long long WHOLE_POLYNOMIAL = static_cast<long long>(POLYNOMIAL) << 1 | 1;
     // Folds 128 bits to 96, then to 64. The factors also append the 32 zero bits of a CRC.
-    __m128i sum = _mm_clmulepi64_si128(bytes, _mm_set_epi64x(0, BEYOND_HALF), 0x00);
+    __m128i sum = _mm_clmulepi64_si128(bytes, _mm_set_epi64x(0, X_96), 0x00);
     sum = _mm_xor_si128(sum, _mm_srli_si128(bytes, 8));
     sum = _mm_xor_si128(_mm_srli_si128(sum, 4), multiplyLow32(sum, X_64));
     // Barrett reduction from 64 bits to 32.
@@ -145,34 +145,34 @@ std::uint32_t fold(std::uint32_t value, const unsigned char* data, std::size_t s
     using Type = typename TVector::Type;
     constexpr std::size_t WIDTH = sizeof(Type), BLOCK = LANE_COUNT * WIDTH;
     const unsigned char* const end = data + size;
-    const auto left = [&] { return static_cast<std::size_t>(end - data); };
+    const auto remaining = [&] { return static_cast<std::size_t>(end - data); };
 
     // The products of the lanes are independent, which hides their latency of several cycles.
     Type lanes[LANE_COUNT] = {TVector::add(TVector::load(data), TVector::fromRegister(value)),
                               TVector::load(data + WIDTH), TVector::load(data + 2 * WIDTH),
                               TVector::load(data + 3 * WIDTH)};
-    const Type overBlock = TVector::fromConstants(foldConstants(BLOCK));
-    for (data += BLOCK; left() >= BLOCK; data += BLOCK) {
+    const Type blockConstants = TVector::fromConstants(foldConstants(BLOCK));
+    for (data += BLOCK; remaining() >= BLOCK; data += BLOCK) {
         for (std::size_t i = 0; i < LANE_COUNT; ++i) {
-            lanes[i] = TVector::foldInto(TVector::load(data + i * WIDTH), lanes[i], overBlock);
+            lanes[i] = TVector::foldInto(TVector::load(data + i * WIDTH), lanes[i], blockConstants);
         }
     }
-    Type sum = combine<TVector>(lanes);
-    const Type overVector = TVector::fromConstants(foldConstants(WIDTH));
-    for (; left() >= WIDTH; data += WIDTH) {
-        sum = TVector::foldInto(TVector::load(data), sum, overVector);
+    Type sum = foldAll<TVector>(lanes);
+    const Type vectorConstants = TVector::fromConstants(foldConstants(WIDTH));
+    for (; remaining() >= WIDTH; data += WIDTH) {
+        sum = TVector::foldInto(TVector::load(data), sum, vectorConstants);
     }
 
     unsigned char bytes[WIDTH];
     TVector::store(bytes, sum);
     __m128i parts[WIDTH / PART_SIZE];
     for (std::size_t i = 0; i < WIDTH / PART_SIZE; ++i) {
-        parts[i] = TVector128::load(bytes + i * PART_SIZE);
+        parts[i] = Vector128::load(bytes + i * PART_SIZE);
     }
-    const __m128i overPart = TVector128::fromConstants(foldConstants(PART_SIZE));
-    __m128i last = combine<TVector128>(parts);
-    for (; left() >= PART_SIZE; data += PART_SIZE) {
-        last = TVector128::foldInto(TVector128::load(data), last, overPart);
+    const __m128i partConstants = Vector128::fromConstants(foldConstants(PART_SIZE));
+    __m128i last = foldAll<Vector128>(parts);
+    for (; remaining() >= PART_SIZE; data += PART_SIZE) {
+        last = Vector128::foldInto(Vector128::load(data), last, partConstants);
     }
     return reduce(last);
 }

@@ -164,8 +164,8 @@ void Console::getOutput(std::vector<std::string>& lines, int lineCount, int skip
     const std::size_t available = m_Output.size() - skipped;
     const std::size_t count = std::min(available, static_cast<std::size_t>(lineCount));
     lines.reserve(count);
-    for (std::size_t age = available; age > available - count; --age) {
-        lines.push_back(m_Output[(m_OldestOutput + age - 1) % m_Output.size()]);
+    for (std::size_t position = available; position > available - count; --position) {
+        lines.push_back(m_Output[(m_OldestOutput + position - 1) % m_Output.size()]);
     }
 }
 

@@ -71,12 +71,12 @@ void Color::clip(const float* in, float low, float high, float* out)
 
 void Color::normalize(const float* in, float* out)
 {
-    float largest = 0.0f;
+    float maximum = 0.0f;
     for (int i = 0; i < CHANNELS; ++i) {
-        largest = in[i] > largest ? in[i] : largest;
+        maximum = in[i] > maximum ? in[i] : maximum;
     }
     for (int i = 0; i < CHANNELS; ++i) {
-        out[i] = in[i] > 0.0f ? in[i] / largest : 0.0f;
+        out[i] = in[i] > 0.0f ? in[i] / maximum : 0.0f;
     }
     // These comparisons keep NaN; std::min and std::max would depend on the order of arguments.
     const float alpha = in[ALPHA] > 1.0f ? 1.0f : in[ALPHA];

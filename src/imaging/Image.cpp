@@ -26,7 +26,7 @@ int toSize(unsigned long size)
 /// Returns whether the range of `length` pixels from `begin` lies within 0 to `size`, which must
 /// not be negative. `size - length` cannot overflow, because a negative `length` is rejected
 /// before.
-bool contains(int size, int begin, int length)
+bool isRangeInside(int size, int begin, int length)
 {
     return begin >= 0 && length >= 0 && begin <= size - length;
 }
@@ -34,8 +34,8 @@ bool contains(int size, int begin, int length)
 /// Returns whether an image has pixels for a whole area. Images with pixels have positive sizes.
 bool hasArea(const Image& image, const Rectangle& area, int width, int height)
 {
-    return image.getData() && contains(image.getWidth(), area.getLeft(), width) &&
-           contains(image.getHeight(), area.getTop(), height);
+    return image.getData() && isRangeInside(image.getWidth(), area.getLeft(), width) &&
+           isRangeInside(image.getHeight(), area.getTop(), height);
 }
 
 /// The two areas of a transfer between images, clipped to the target. Both have the size of

@@ -24,7 +24,7 @@ std::uint32_t loadPixel(const unsigned char* source)
 }
 
 /// Tests the black color key. Returns ALL_BITS if the pixel is black and so fails, else 0.
-struct TColorKey {
+struct ColorKeyTest {
     std::uint32_t operator()(std::uint32_t pixel) const
     {
         return (pixel & COLOR_BITS) == 0 ? ALL_BITS : 0;
@@ -32,7 +32,7 @@ struct TColorKey {
 };
 
 /// Tests an alpha threshold. Returns ALL_BITS if the alpha is below the level, else 0.
-struct TAlphaTest {
+struct AlphaTest {
     int level;
 
     std::uint32_t operator()(std::uint32_t pixel) const
@@ -86,13 +86,13 @@ QORTK_TARGET_CLONES int transferRows(const void* source, void* target,
 template<typename TTest>
 int transferKeyed(const void* source, void* target, const TKeyedTransfer& transfer, TTest test)
 {
-    using One = std::integral_constant<std::ptrdiff_t, PIXEL_SIZE>;
-    using Two = std::integral_constant<std::ptrdiff_t, 2 * PIXEL_SIZE>;
-    if (transfer.step == One()) {
-        return transferRows(source, target, transfer, One(), test);
+    using OnePixel = std::integral_constant<std::ptrdiff_t, PIXEL_SIZE>;
+    using TwoPixels = std::integral_constant<std::ptrdiff_t, 2 * PIXEL_SIZE>;
+    if (transfer.step == OnePixel()) {
+        return transferRows(source, target, transfer, OnePixel(), test);
     }
-    if (transfer.step == Two()) {
-        return transferRows(source, target, transfer, Two(), test);
+    if (transfer.step == TwoPixels()) {
+        return transferRows(source, target, transfer, TwoPixels(), test);
     }
     return transferRows(source, target, transfer, transfer.step, test);
 }
@@ -101,13 +101,13 @@ int transferKeyed(const void* source, void* target, const TKeyedTransfer& transf
 
 int transferByColorKey(const void* source, void* target, const TKeyedTransfer& transfer)
 {
-    return transferKeyed(source, target, transfer, TColorKey());
+    return transferKeyed(source, target, transfer, ColorKeyTest());
 }
 
 int transferByAlpha(const void* source, void* target, const TKeyedTransfer& transfer,
                     int alphaLevel)
 {
-    return transferKeyed(source, target, transfer, TAlphaTest{alphaLevel});
+    return transferKeyed(source, target, transfer, AlphaTest{alphaLevel});
 }
 
 } // namespace qor

@@ -80,9 +80,9 @@ private:
 /// @return `end` if the byte does not occur
 inline const char* findByte(const char* begin, const char* end, char byte)
 {
-    constexpr int SHORT_DISTANCE = 4;
+    constexpr int MAX_WORDS = 4;
     for (int words = 0; end - begin >= ByteWord::SIZE; ++words) {
-        if (words == SHORT_DISTANCE) {
+        if (words == MAX_WORDS) {
             const void* const found =
                 std::memchr(begin, byte, static_cast<std::size_t>(end - begin));
             return found ? static_cast<const char*>(found) : end;

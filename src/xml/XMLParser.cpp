@@ -25,7 +25,7 @@ constexpr std::size_t MAX_SIZE = std::numeric_limits<int>::max();
 
 /// Compares a text with a name of the same size. For short names, this is faster than a call of
 /// std::memcmp.
-bool isSame(const char* text, std::string_view name)
+bool equalsName(const char* text, std::string_view name)
 {
     const char* other = name.data();
     const char* const end = other + name.size();
@@ -233,7 +233,7 @@ private:
     {
         // A name that was read contains no `>`, so the `>` after the name ends the tag.
         return static_cast<std::size_t>(m_End - tag) >= name.size() + END_TAG_MARKS &&
-               tag[1] == '/' && tag[name.size() + 2] == '>' && isSame(tag + 2, name);
+               tag[1] == '/' && tag[name.size() + 2] == '>' && equalsName(tag + 2, name);
     }
 
     /// Reads the text of a tag, from the position after its `<` to its `>` or the end of the text.

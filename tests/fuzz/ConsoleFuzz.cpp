@@ -7,8 +7,9 @@ namespace
 {
 
 /// Types characters into a console and checks the state of the console after each one.
-struct THost : qor::ConsoleCommand {
-    explicit THost(int maxLines) : most(static_cast<unsigned int>(maxLines)), console(maxLines)
+struct TypingHost : qor::ConsoleCommand {
+    explicit TypingHost(int maxLines)
+        : maxCount(static_cast<unsigned int>(maxLines)), console(maxLines)
     {
         console.addCommand("any", "", 0, -1, this);
         console.addCommand("few", "", 1, 2, this);
@@ -36,7 +37,7 @@ struct THost : qor::ConsoleCommand {
         require(calls > callsBefore || console.getCommandLineModCount() == changes + change);
 
         const unsigned int added = console.getOutputModCount() - printed;
-        const unsigned int kept = std::min(console.getOutputModCount(), most);
+        const unsigned int kept = std::min(console.getOutputModCount(), maxCount);
         require((added > 0) == (character == '\r' && !before.empty()));
         require(console.getOutputLenght() == static_cast<int>(kept));
         std::vector<std::string> echo;
@@ -71,7 +72,7 @@ struct THost : qor::ConsoleCommand {
         return true;
     }
 
-    const unsigned int most;
+    const unsigned int maxCount;
     qor::Console console;
     std::vector<std::string> words; ///< of the last command
     int calls = 0;
@@ -84,7 +85,7 @@ struct THost : qor::ConsoleCommand {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     FuzzInput input(data, size);
-    THost host(input.takeByte() % 16 - 1);
+    TypingHost host(input.takeByte() % 16 - 1);
     while (!input.isEmpty()) {
         host.type(static_cast<char>(input.takeByte()));
     }

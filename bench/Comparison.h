@@ -12,7 +12,7 @@
 struct TContestant {
     std::string name;
     std::function<void()> run;
-    std::function<bool()> isRight; ///< called once, after the first run
+    std::function<bool()> isCorrect; ///< called once, after the first run
 };
 
 /// Runs each contestant once, checks its result, and registers its benchmark. A wrong result ends
@@ -22,7 +22,7 @@ inline void compare(const std::string& work, const std::vector<TContestant>& con
 {
     for (const TContestant& contestant : contestants) {
         contestant.run();
-        if (!contestant.isRight()) {
+        if (!contestant.isCorrect()) {
             std::cerr << work << ": " << contestant.name << " does something else\n";
             std::exit(EXIT_FAILURE);
         }
