@@ -119,7 +119,7 @@ void registerData(const std::string& work, const char* contestant,
     for (const TSize& size : SIZES) {
         const TBytes data = randomBytes(size.bytes);
         if (!(function(data) == reference(data))) {
-            std::cerr << contestant << " differs on " << size.name << '\n';
+            std::cerr << contestant << " has a different result for " << size.name << '\n';
             std::exit(1);
         }
         benchmark::RegisterBenchmark((work + '/' + size.name + '/' + contestant).c_str(),

@@ -23,7 +23,7 @@ inline void compare(const std::string& work, const std::vector<TContestant>& con
     for (const TContestant& contestant : contestants) {
         contestant.run();
         if (!contestant.isCorrect()) {
-            std::cerr << work << ": " << contestant.name << " does something else\n";
+            std::cerr << work << ": " << contestant.name << " has a different result\n";
             std::exit(EXIT_FAILURE);
         }
         const std::function<void()> run = contestant.run;

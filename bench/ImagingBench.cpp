@@ -22,7 +22,7 @@
 #include "ImagingPeers.h"
 #include "qor/Image.h"
 
-// Transfers between images, flipping, and TGA files, beside other libraries.
+// Compares transfers between images, flipping, and TGA files with other libraries.
 
 namespace
 {
@@ -269,7 +269,7 @@ int main(int argumentCount, char** argumentValues)
     for (const auto& [name, share] : shares) {
         for (const int size : {64, 512}) {
             const std::string source = std::to_string(size) + "-" + name;
-            compareKeyedCopies("colour-key/" + source, size, share, Image::AL_CKBLACK, 1);
+            compareKeyedCopies("color-key/" + source, size, share, Image::AL_CKBLACK, 1);
             compareKeyedCopies("alpha-threshold/" + source, size, share, 128, 1);
             compareKeyedCopies("step-2/" + source, size, share, Image::AL_CKBLACK, 2);
         }

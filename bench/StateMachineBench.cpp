@@ -65,7 +65,7 @@ void sendAll(benchmark::State& state, long countPerEvent, TSend send)
     }
     if (counts.entries + counts.exits + counts.events !=
         countPerEvent * static_cast<long>(state.iterations())) {
-        state.SkipWithError("other handlers were called than meant");
+        state.SkipWithError("the wrong handlers were called");
     }
 }
 

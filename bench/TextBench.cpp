@@ -162,7 +162,7 @@ void writeTimeStamps(benchmark::State& state, TWrite writeTimeStamp)
     const std::vector<std::int64_t> list = timeStamps();
     for (const std::int64_t timeStamp : list) {
         if (writeTimeStamp(timeStamp) != qor::StringUtil::timeStampToString(timeStamp, true)) {
-            state.SkipWithError("another text");
+            state.SkipWithError("the text is different");
         }
     }
     for (auto _ : state) {

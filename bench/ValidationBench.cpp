@@ -166,7 +166,7 @@ template<typename TValidation>
 void add(const TSource& source)
 {
     if (!TValidation(source).isValid()) {
-        std::cerr << TValidation::NAME << " refuses " << source.name << '\n';
+        std::cerr << TValidation::NAME << " rejects " << source.name << '\n';
         std::exit(1);
     }
     const std::string name = std::string("validate/") + source.name + '/' + TValidation::NAME;

@@ -88,7 +88,7 @@ void checkContent(const TSource& source)
     TDocument copied;
     copied.copy(document);
     if (content != expected || rewritten.describe() != expected || copied.describe() != expected) {
-        std::cerr << TDocument::NAME << " differs on " << source.name << '\n';
+        std::cerr << TDocument::NAME << " has a different result for " << source.name << '\n';
         std::exit(1);
     }
 }

@@ -38,8 +38,8 @@ int main()
     qor::Console console(100); // keeps the newest 100 lines of output
     Sum sum(console);
     console.addCommand("sum", "NUMBER... Add numbers", 1, -1, &sum); // at least one parameter
-    std::string player = "nobody";
-    console.addVariable("player", "who plays", qor::Console::VT_STRING, 0, 0, &player);
+    std::string player = "unknown";
+    console.addVariable("player", "name of the player", qor::Console::VT_STRING, 0, 0, &player);
 
     type(console, "sum 20 21x\n 1.5\r"); // the line feed deletes the x
     type(console, "set player \"Ada L\"\r");

@@ -63,5 +63,5 @@ int main()
     const int loaded = reloaded.loadTGA("spiral.tga");
     std::cout << (written > 20000 ? "Many" : "Few") << " pixels set, " << saved << " saved, "
               << loaded << " loaded\n"
-              << "A file that is not there: " << reloaded.loadTGA("nothing.tga") << '\n';
+              << "Missing file: " << reloaded.loadTGA("nothing.tga") << '\n';
 }

@@ -20,7 +20,7 @@ public:
 protected:
     void onEntry(State* source) override
     {
-        std::cout << "  into " << getName() << " from " << source->getName() << '\n';
+        std::cout << "  enters " << getName() << " from " << source->getName() << '\n';
     }
     bool onEvent(unsigned int event) override
     {
@@ -28,7 +28,7 @@ protected:
     }
     void onExit(State* target) override
     {
-        std::cout << "  out of " << getName() << " for " << target->getName() << '\n';
+        std::cout << "  exits " << getName() << " to " << target->getName() << '\n';
     }
 
 private:
@@ -40,7 +40,7 @@ static void send(qor::StateMachine& ferry, Event event, const char* name)
 {
     std::cout << name << '\n';
     if (!ferry.sendEvent(event)) {
-        std::cout << "  handled by nobody\n";
+        std::cout << "  not handled\n";
     }
 }
 

@@ -6,7 +6,7 @@
 
 static const char* const HARBOUR =
     "<harbour>"
-    "  <!-- Two of them are in. -->"
+    "  <!-- Two ships are moored. -->"
     "  <ship><name>Aurora &amp; Bella</name><length>24.5</length></ship>"
     "  <ship><name>Cormorant</name></ship>"
     "</harbour>";

@@ -78,7 +78,8 @@ private:
             return false;
         }
         if (filename.empty()) {
-            return fail("Cannot load the recent document: there is none. Use 'load FILE'");
+            return fail("Cannot load the recent document: no document was loaded or saved before. "
+                        "Use 'load FILE'");
         }
         return replaceDocument("load",
                                [&host = m_Host, filename] { return host.loadDocument(filename); });
@@ -310,7 +311,8 @@ void addFileCommands(Host& host)
     host.addCommand<NewCommand>({"new", "NAME", "Start an empty document", 1, 1}, true);
     host.addCommand<NewCommand>(
         {"new!", "NAME", "Start an empty document and drop unsaved changes", 1, 1}, false);
-    host.addCommand<LoadCommand>({"load", "[FILE]", "Load a file, or the recent one", 0, 1}, true);
+    host.addCommand<LoadCommand>({"load", "[FILE]", "Load a file, or the recent document", 0, 1},
+                                 true);
     host.addCommand<LoadCommand>({"load!", "[FILE]", "Load and drop unsaved changes", 0, 1}, false);
     host.addCommand<SaveCommand>({"save", "[FILE]", "Save with one element per line", 0, 1}, true,
                                  false);
@@ -337,7 +339,7 @@ void addElementCommands(Host& host)
         {"boolean", "PATH [DEFAULT]", "Show a value as true or false", 1, 2}, readBoolean);
     host.addCommand<PutCommand>(
         {"put", "PATH VALUE...", "Set a value and create missing elements", 2, -1});
-    host.addCommand<EditCommand>({"edit", "PATH", "Enter a value on a line of its own", 1, 1});
+    host.addCommand<EditCommand>({"edit", "PATH", "Enter a value on a separate line", 1, 1});
     host.addCommand<AddCommand>({"add", "PATH [VALUE...]", "Append an element", 1, -1});
     host.addCommand<DeleteCommand>({"delete", "PATH", "Delete an element", 1, 1}, false);
     host.addCommand<DeleteCommand>(

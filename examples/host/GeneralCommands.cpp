@@ -127,10 +127,11 @@ void addGeneralCommands(Host& host)
     host.beginGroup("General");
     host.addCommand<HelpCommand>(
         {"help", "[COMMAND]", "List the commands, or describe a command or a group", 0, 1});
-    host.addCommand<StateCommand>({"state", "", "Show the state that takes the lines", 0, 0});
+    host.addCommand<StateCommand>({"state", "", "Show the state that handles typed lines", 0, 0});
     for (const std::string name : {"quit", "exit"}) {
-        host.addCommand<QuitCommand>({name, "", "Leave; unsaved changes are not lost", 0, 0}, true);
-        host.addCommand<QuitCommand>({name + "!", "", "Leave and drop unsaved changes", 0, 0},
+        host.addCommand<QuitCommand>(
+            {name, "", "Quit, but ask first if there are unsaved changes", 0, 0}, true);
+        host.addCommand<QuitCommand>({name + "!", "", "Quit and drop unsaved changes", 0, 0},
                                      false);
     }
 }

@@ -279,7 +279,8 @@ private:
         const qor::Rectangle part(left, top, left + width, top + height);
         const qor::Rectangle inside = source->getSize().intersect(part);
         if (inside.getWidth() != width || inside.getHeight() != height) {
-            return fail("The part exceeds " + describe(tokens[1], *source));
+            return fail("Cannot copy from " + quote(tokens[1]) +
+                        ": the part exceeds the image. Usage: " + getDescription().getUsage());
         }
         blit(*source, part, *target, x, y, test);
         return true;
