@@ -13,7 +13,7 @@ std::string flatRecords(std::size_t size);
 /// Returns long paragraphs with an entity every few words, with about `size` bytes in total.
 std::string textWithEntities(std::size_t size);
 
-/// Returns a configuration of about 4 KB, in groups.
+/// A configuration of about 4 KB, in groups.
 std::string configuration();
 
 } // namespace documents

@@ -19,11 +19,11 @@
 #pragma GCC diagnostic pop
 #endif
 
-// Two states below the root, each with one leaf. Each state handles four events. The events are:
+// Two states under the root with a leaf each. Each state handles four events of its own:
 //   handled  the third event of the leaf
 //   bubbles  the third event of the root, which leaf and middle decline
 //   switch   the fourth event of the leaf: to the other leaf, through two exits and two entries
-// Each handler increases a counter, so that the compiler cannot remove it.
+// Handlers count, so that none of them can be left out.
 
 namespace
 {

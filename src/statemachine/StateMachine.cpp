@@ -20,8 +20,7 @@ std::size_t countUpwards(State* state)
 }
 
 /// Returns the innermost state that encloses `source` and either encloses or is `target`; null if
-/// there is none. This is the lowest common ancestor of the source's parent and the target: both
-/// are moved up to the same level, then together until they are equal.
+/// there is none. Both paths are cut to the same length, then climbed in step until they meet.
 State* findCommonAncestor(State* source, State* target)
 {
     State* ancestor = source->getParentState();
@@ -42,10 +41,9 @@ State* findCommonAncestor(State* source, State* target)
 
 /// The states to enter on the way from an enclosing state down to a target, outermost first.
 ///
-/// States have links only to their parents, and an array of any length would need the heap. So the
-/// path is collected in pieces of up to PIECE states, each by one walk up from the target. The
-/// first piece is collected before any handler runs. Handlers that assign states can change only
-/// the pieces after it.
+/// States are linked upwards only, and a list of any length would need the heap. So the path is
+/// collected in pieces, each by one walk up from the target. The first piece is collected before
+/// any handler runs: handlers that assign states change only what lies more than PIECE levels away.
 class EntryPath
 {
 public:

@@ -208,8 +208,9 @@ private:
         return 0;
     }
 
-    /// Fast path for the most common elements: reads the rest of a child that has only text.
-    /// @return false if the child has other content; the position is unchanged then
+    /// Reads the rest of a child that has a text and no children, as most elements do. It is
+    /// created with its value, in one step.
+    /// @return false if the child has other content, with the position unchanged
     bool readLeaf(XMLElement& parent)
     {
         const char* const text = m_Position;
