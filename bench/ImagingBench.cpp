@@ -182,11 +182,11 @@ void compareFlips(const std::string& name, int width, int height)
 }
 
 /// A directory for files, which is removed by the destructor.
-class TemporaryDirectory
+class Files
 {
 public:
-    TemporaryDirectory() { std::filesystem::create_directories(m_Directory); }
-    ~TemporaryDirectory() { std::filesystem::remove_all(m_Directory); }
+    Files() { std::filesystem::create_directories(m_Directory); }
+    ~Files() { std::filesystem::remove_all(m_Directory); }
 
     std::string path(const std::string& name) const { return (m_Directory / name).string(); }
 
@@ -218,7 +218,7 @@ std::vector<unsigned char> toBytes(const Image& image, int depth)
 }
 #endif
 
-void compareFiles(const TemporaryDirectory& files, int width, int height, int depth)
+void contestFiles(const Files& files, int width, int height, int depth)
 {
     const Shared image = makeNoise(width, height), loaded = std::make_shared<Image>();
     const std::string name = "tga-" + std::to_string(depth) + "-bits", own = files.path(name);
@@ -274,9 +274,9 @@ int main(int argumentCount, char** argumentValues)
             compareKeyedCopies("step-2/" + source, size, share, Image::AL_CKBLACK, 2);
         }
     }
-    const TemporaryDirectory files;
+    const Files files;
     for (const int depth : {8, 24, 32}) {
-        compareFiles(files, 1024, 768, depth);
+        contestFiles(files, 1024, 768, depth);
     }
     return runComparisons(argumentCount, argumentValues);
 }
