@@ -162,8 +162,10 @@ void pingPong(benchmark::State& state)
     TEvent ping, pong;
     bool isEnding = false;
     std::thread partner([&] {
-        for (ping.wait(); !isEnding; ping.wait()) {
+        ping.wait();
+        while (!isEnding) {
             pong.signal();
+            ping.wait();
         }
     });
     for (auto _ : state) {
