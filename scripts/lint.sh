@@ -18,6 +18,9 @@ left_out=(
     unreadVariable      # takes a guard, which works by being there, for a value
     unusedStructMember  # does not see a structured binding, nor a vector's elements
     useStlAlgorithm     # a loop of three lines reads as well
+    # Does not see that the loop changes the condition, nor that the pointer is returned as a reference.
+    knownConditionTrueFalse:src/xml/TextFile.cpp
+    constVariable:src/xml/XMLElement.cpp
     # Does not see that a call changes what a reference to const refers to.
     duplicateExpression:examples/host/Script.cpp
 )

@@ -1,5 +1,7 @@
 #include "Screen.h"
 
+#include <cstdint>
+
 // The last header defines macros such as `lines` and `columns`.
 #include <curses.h>
 #include <sys/ioctl.h>
@@ -17,7 +19,7 @@ bool hasScreen()
     }
     char capability[] = "cup";
     const char* const moveCursor = tigetstr(capability);
-    const bool canMoveCursor = moveCursor && moveCursor != reinterpret_cast<const char*>(-1);
+    const bool canMoveCursor = moveCursor && reinterpret_cast<std::intptr_t>(moveCursor) != -1;
     del_curterm(cur_term);
     winsize size = {};
     const bool hasSize = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;

@@ -32,7 +32,7 @@ std::string readFile(const std::string& filename, qor::XMLElement& root)
     if (type != std::filesystem::file_type::regular) {
         return failure + (error ? error.message() : "it is not a regular file");
     }
-    const std::string loadError = loadElement(filename, root);
+    std::string loadError = loadElement(filename, root);
     if (!loadError.empty()) {
         return loadError;
     }

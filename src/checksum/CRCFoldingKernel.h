@@ -12,6 +12,7 @@
 namespace qor
 {
 
+// NOLINTBEGIN(misc-definitions-in-headers): one copy for each instruction set is intended.
 namespace
 {
 
@@ -178,5 +179,6 @@ std::uint32_t fold(std::uint32_t value, const unsigned char* data, std::size_t s
 }
 
 } // namespace
+// NOLINTEND(misc-definitions-in-headers)
 
 } // namespace qor

@@ -52,7 +52,7 @@ public:
     }
 
 private:
-    char m_Text[32]; ///< enough for a sign, 12 digits of the year and 15 characters
+    char m_Text[32] = {}; ///< enough for a sign, 12 digits of the year and 15 characters
     char* m_Begin = m_Text + sizeof m_Text;
 };
 

@@ -118,9 +118,8 @@ std::optional<float> convertExactly(const TDecimal& decimal)
 /// @param number the characters of one that is either
 bool isUnderflow(std::string_view number, const TDecimal& decimal)
 {
-    const auto significant =
-        number.begin() + static_cast<std::ptrdiff_t>(number.find_first_of("123456789"));
-    const std::ptrdiff_t zeros = std::count(number.begin(), significant, '0');
+    const char* const significant = number.data() + number.find_first_of("123456789");
+    const std::ptrdiff_t zeros = std::count(number.data(), significant, '0');
     return decimal.digitCount - zeros + decimal.exponent < 0;
 }
 

@@ -49,7 +49,7 @@ const char* getEnvironmentVariable(const char* name)
 
 std::string getUserDataDirectory()
 {
-    const std::string dataHome = getVariable("XDG_DATA_HOME");
+    std::string dataHome = getVariable("XDG_DATA_HOME");
     if (!dataHome.empty() && dataHome.front() == '/') {
         return dataHome;
     }

@@ -30,7 +30,8 @@ std::string getSearchPath()
     }
     std::string path(confstr(_CS_PATH, nullptr, 0), '\0');
     confstr(_CS_PATH, path.data(), path.size());
-    return path.c_str();
+    path.pop_back(); // the terminating zero
+    return path;
 }
 
 bool isExecutable(const std::string& file)

@@ -73,8 +73,9 @@ std::string resolveLinks(std::string path)
         if (size == 0 || size == buffer.size() || isKernelLink(path)) {
             break;
         }
-        const std::string target(buffer.data(), size);
-        path = target.front() == '/' ? target : splitPath(path).directory + target;
+        const bool isAbsolute = buffer.front() == '/';
+        path = isAbsolute ? "" : splitPath(path).directory;
+        path.append(buffer.data(), size);
     }
     return "";
 }
