@@ -17,7 +17,9 @@ struct TDate {
 /// Converts days since the start of 1970 to a date of the proleptic Gregorian calendar.
 ///
 /// This is civil-from-days (H. Hinnant, "chrono-Compatible Low-Level Date Algorithms", 2013). Years
-/// begin on the 1st of March, so that the leap day is the last one, and eras have 400 years.
+/// begin on the 1st of March, so that the leap day is the last one. An era has 400 years. The
+/// divisors 1460, 36524 and 146096 count the leap days of 4, 100 and 400 years. Without these leap
+/// days, each year has 365 days.
 TDate civilFromDays(std::int64_t daysSince1970)
 {
     constexpr std::int64_t DAYS_PER_ERA = 146097, DAYS_BEFORE_1970 = 719468;
@@ -52,7 +54,7 @@ public:
     }
 
 private:
-    char m_Text[32]; ///< enough for a sign, 12 digits of the year and 15 characters
+    char m_Text[32]; ///< fits a sign, 12 digits of the year and 15 other characters
     char* m_Begin = m_Text + sizeof m_Text;
 };
 

@@ -18,11 +18,12 @@ namespace qor
 namespace
 {
 
-constexpr std::size_t MESSAGE_SIZE = 1024; ///< of a formatted message, with its zero byte
-constexpr std::size_t TIMESTAMP_SIZE = 32; ///< fits a year of as many digits as an int can have
-constexpr std::size_t FRAME_SIZE = TIMESTAMP_SIZE + 16; ///< all of a line except the message
+constexpr std::size_t MESSAGE_SIZE = 1024; ///< maximum of a formatted message with its zero byte
+constexpr std::size_t TIMESTAMP_SIZE = 32; ///< maximum, for a year of any `int` value
+constexpr std::size_t FRAME_SIZE = TIMESTAMP_SIZE + 16; ///< maximum of a line without its message
 
-/// Whether the system has accepted only a part of the file's last line. Guarded by the log's mutex.
+/// Whether the last line of the file has no line feed, because a write failed. Guarded by the log's
+/// mutex.
 bool isLastLineIncomplete = false;
 
 class MutexHolder
@@ -37,7 +38,8 @@ private:
     Mutex& m_Mutex;
 };
 
-/// A line to write. Its size is known before, and only long lines use the heap.
+/// A line to write. The constructor allocates memory only for long lines. The appended text must
+/// not exceed the size that was passed to it.
 class LineBuffer
 {
 public:
@@ -67,13 +69,13 @@ struct TTimestampCache {
     std::array<char, TIMESTAMP_SIZE> text = {};
 };
 
-/// Each thread formats the text once per second.
+/// Returns the text for a second. Each thread formats it at most once per second.
 const TTimestampCache& getTimestamp(std::int64_t second, Mutex& logMutex)
 {
     thread_local TTimestampCache cache;
     if (cache.second != second) {
-        // A fork waits for the log's mutex. Without it, a child process could find the lock that
-        // the C library takes for the time zone locked forever.
+        // The C library locks its time zone data. A fork in another thread waits for the log's
+        // mutex, so a child process never gets a copy of that lock in the locked state.
         const MutexHolder holder(logMutex);
         const platform::TLocalTime time = platform::getLocalTime(second);
         const int size =
@@ -85,7 +87,7 @@ const TTimestampCache& getTimestamp(std::int64_t second, Mutex& logMutex)
     return cache;
 }
 
-/// Appends everything that precedes the message.
+/// Appends the prefix, the timestamp and the blanks between them and the message.
 void writePrefix(LineBuffer& line, char prefix, Mutex& logMutex)
 {
     const platform::TWallClock now = platform::getWallClock();

@@ -18,6 +18,7 @@ namespace qor
 namespace
 {
 
+/// Returns the number at the start of a text; 0 if there is no number or it is out of range.
 unsigned int readUnsigned(std::string_view digits)
 {
     unsigned int number = 0;
@@ -25,7 +26,8 @@ unsigned int readUnsigned(std::string_view digits)
     return number;
 }
 
-/// Reads the low eight bits of a decimal number of any length and drops it from the text.
+/// Removes a decimal number of any length from the start of a text.
+/// @return the low eight bits of the number; nothing if the text does not begin with a number
 std::optional<unsigned int> takeVersionField(std::string_view& text)
 {
     text = withoutLeadingSpace(text);
@@ -108,7 +110,7 @@ std::string StringUtil::trim(const std::string& text)
 std::string StringUtil::toString(float number, int precision)
 {
     constexpr int DEFAULT_PRECISION = 6;
-    // No float has more digits after the point; all others are zeros.
+    // The digits of a float after the 149th are zeros.
     constexpr int MAX_EXACT_PRECISION = 149;
 
     const int digits = precision < 0 ? DEFAULT_PRECISION : precision;

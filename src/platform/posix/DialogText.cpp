@@ -57,7 +57,7 @@ std::string_view encodeMarkup(std::string_view character, char former)
     case '\n':
         return "<br>";
     case ' ':
-        // Adjacent blanks would become one, and those at the beginning of a line none.
+        // Rich text collapses adjacent blanks and drops those at the beginning of a line.
         return former == ' ' || former == '\n' ? "&nbsp;" : " ";
     default:
         return character;

@@ -68,7 +68,7 @@ bool copyExtendedAttributes(int from, int to)
     const bool isCopied = std::all_of(wanted->begin(), wanted->end(), [&](const std::string& name) {
         return copyAttribute(from, to, name);
     });
-    // A new file may get attributes from its directory.
+    // A new file may have inherited other attributes from its directory.
     return isCopied && std::all_of(found->begin(), found->end(), [&](const std::string& name) {
                return std::count(wanted->begin(), wanted->end(), name) > 0 ||
                       fremovexattr(to, name.c_str()) == 0;

@@ -27,8 +27,8 @@ extern "C" void afterForkInParent()
     pthread_mutex_unlock(&processMutex);
 }
 
-/// The child process's only thread has another id than the owner of the locks, so that the system
-/// would refuse to unlock them.
+/// Initializes the locks again instead of releasing them: the system refuses to unlock them,
+/// because the id of the child's only thread differs from that of their owner.
 extern "C" void afterForkInChild()
 {
     for (TLock* lock = firstForkSafe; lock; lock = lock->nextForkSafe) {

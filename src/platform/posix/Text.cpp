@@ -14,14 +14,14 @@ namespace qor::platform
 namespace
 {
 
-/// Returns a locale with the numbers of the "C" locale and all else as in the host's locale at the
-/// first call. It is created once for the process and kept: creating one for each text would leak
-/// memory in some systems' libraries.
-/// @return null if there is no memory for it
+/// Returns a locale with the numbers of the "C" locale. All other categories are those of the
+/// host's locale at the first call. The locale exists until the process ends, because creating one
+/// for each text would leak memory on some systems.
+/// @return null if there is not enough memory
 locale_t getClassicNumbersLocale()
 {
-    // Constant-initialized. A static object with a constructor call would leave a forked child
-    // process waiting for it if another thread of the parent was inside.
+    // Constant-initialized: the initialization of a static object by a call takes a lock, which
+    // would remain locked in a child process that another thread forks at that moment.
     static std::atomic<locale_t> classic = nullptr;
     if (const locale_t existing = classic.load(std::memory_order_acquire)) {
         return existing;

@@ -44,7 +44,7 @@ bool startThread(TThread& thread, void (*work)(void* argument), void* argument)
     auto copy = std::make_unique<TWork>(TWork{work, argument});
     thread.isJoinable = pthread_create(&thread.thread, nullptr, runThread, copy.get()) == 0;
     if (thread.isJoinable) {
-        // The new thread owns it.
+        // The new thread owns the record.
         static_cast<void>(copy.release());
     }
     return thread.isJoinable;

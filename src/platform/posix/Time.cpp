@@ -31,7 +31,7 @@ TLocalTime getLocalTime(std::int64_t second)
 {
     const std::time_t time = static_cast<std::time_t>(second);
     std::tm local = {};
-    // Only tzset() is required to notice a changed time zone.
+    // POSIX requires tzset() to read a changed time zone, but does not require it of localtime_r().
     tzset();
     localtime_r(&time, &local);
     constexpr int FIRST_YEAR = 1900;
