@@ -25,12 +25,13 @@ TDate civilFromDays(std::int64_t daysSince1970)
     constexpr std::int64_t DAYS_PER_ERA = 146097, DAYS_BEFORE_1970 = 719468;
     const std::int64_t days = daysSince1970 + DAYS_BEFORE_1970;
     const std::int64_t era = (days >= 0 ? days : days - (DAYS_PER_ERA - 1)) / DAYS_PER_ERA;
-    const unsigned int day = static_cast<unsigned int>(days - era * DAYS_PER_ERA);
-    const unsigned int year = (day - day / 1460 + day / 36524 - day / 146096) / 365;
-    const unsigned int dayOfYear = day - (365 * year + year / 4 - year / 100);
+    const unsigned int dayOfEra = static_cast<unsigned int>(days - era * DAYS_PER_ERA);
+    const unsigned int yearOfEra =
+        (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+    const unsigned int dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
     const unsigned int monthFromMarch = (5 * dayOfYear + 2) / 153;
     const unsigned int month = monthFromMarch < 10 ? monthFromMarch + 3 : monthFromMarch - 9;
-    return {year + era * 400 + (month <= 2 ? 1 : 0), month,
+    return {yearOfEra + era * 400 + (month <= 2 ? 1 : 0), month,
             dayOfYear - (153 * monthFromMarch + 2) / 5 + 1};
 }
 
@@ -71,12 +72,12 @@ std::string StringUtil::timeStampToString(std::int64_t timeStamp, bool withDate)
     }
 
     BackwardWriter text;
-    const unsigned int second = static_cast<unsigned int>(remainder);
-    text.putTwoDigits(second % 60);
+    const unsigned int secondOfDay = static_cast<unsigned int>(remainder);
+    text.putTwoDigits(secondOfDay % 60);
     text.put(':');
-    text.putTwoDigits(second / 60 % 60);
+    text.putTwoDigits(secondOfDay / 60 % 60);
     text.put(':');
-    text.putTwoDigits(second / 3600);
+    text.putTwoDigits(secondOfDay / 3600);
     if (!withDate) {
         return text.getText();
     }

@@ -31,8 +31,8 @@ unsigned int readUnsigned(std::string_view digits)
 std::optional<unsigned int> takeVersionField(std::string_view& text)
 {
     text = withoutLeadingSpace(text);
-    const bool negative = !text.empty() && text.front() == '-';
-    if (negative || (!text.empty() && text.front() == '+')) {
+    const bool isNegative = !text.empty() && text.front() == '-';
+    if (isNegative || (!text.empty() && text.front() == '+')) {
         text.remove_prefix(1);
     }
     if (text.empty() || !isDigit(text.front())) {
@@ -43,11 +43,11 @@ std::optional<unsigned int> takeVersionField(std::string_view& text)
         field = (field * 10 + static_cast<unsigned int>(text.front() - '0')) & 0xFF;
         text.remove_prefix(1);
     }
-    return (negative ? 0 - field : field) & 0xFF;
+    return (isNegative ? 0 - field : field) & 0xFF;
 }
 
 template<typename TNumber>
-std::string decimalText(TNumber number)
+std::string toDecimalText(TNumber number)
 {
     char digits[std::numeric_limits<TNumber>::digits10 + 2];
     const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, number);
@@ -125,12 +125,12 @@ std::string StringUtil::toString(float number, int precision)
 
 std::string StringUtil::toString(int number)
 {
-    return decimalText(number);
+    return toDecimalText(number);
 }
 
 std::string StringUtil::toString(unsigned int number)
 {
-    return decimalText(number);
+    return toDecimalText(number);
 }
 
 } // namespace qor

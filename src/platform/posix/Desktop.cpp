@@ -22,7 +22,7 @@ bool isSet(const char* variable)
 }
 
 /// Puts a blank before a leading sign, so that a program does not read the text as an option.
-std::string withoutLeadingSign(const std::string& text)
+std::string withProtectedSign(const std::string& text)
 {
     const bool hasSign = !text.empty() && (text.front() == '-' || text.front() == '+');
     return hasSign ? " " + text : text;
@@ -38,12 +38,12 @@ std::vector<Program> getDialogs(const char* text, const char* captionText)
         TArguments{"zenity", "--error", "--no-markup", "--title=" + caption, "--text=" + plain});
     dialogs.emplace_back(TArguments{"kdialog", "--title=" + caption,
                                     "--error=" + makeDialogText(text, TextFormat::RICH_TEXT)});
-    dialogs.emplace_back(TArguments{"Xdialog", "--title", withoutLeadingSign(caption), "--msgbox",
-                                    withoutLeadingSign(makeDialogText(text, TextFormat::ESCAPED)),
+    dialogs.emplace_back(TArguments{"Xdialog", "--title", withProtectedSign(caption), "--msgbox",
+                                    withProtectedSign(makeDialogText(text, TextFormat::ESCAPED)),
                                     "0", "0"});
     // By default, the exit status of xmessage for its first button is 101 instead of 0.
     dialogs.emplace_back(TArguments{"xmessage", "-center", "-buttons", "OK:0", "-title",
-                                    withoutLeadingSign(caption), withoutLeadingSign(plain)});
+                                    withProtectedSign(caption), withProtectedSign(plain)});
     return dialogs;
 }
 

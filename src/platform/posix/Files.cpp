@@ -119,8 +119,8 @@ OutputFile::OutputFile(const std::string& path, Kind kind) : m_Handle(INVALID_DE
     if (!isValidPath(path)) {
         return;
     }
-    const int appending = kind == Kind::BINARY ? 0 : O_APPEND;
-    FileDescriptor file(openNonBlocking(path.c_str(), O_WRONLY | O_CREAT | appending));
+    const int appendFlag = kind == Kind::BINARY ? 0 : O_APPEND;
+    FileDescriptor file(openNonBlocking(path.c_str(), O_WRONLY | O_CREAT | appendFlag));
     if (!file.isOpen()) {
         return;
     }

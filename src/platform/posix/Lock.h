@@ -10,7 +10,7 @@ namespace qor::platform
 struct TLock {
     pthread_mutex_t mutex;
     bool isForkSafe = false;
-    TLock* nextForkSafe = nullptr;
+    TLock* nextForkSafeLock = nullptr;
 };
 
 /// Initializes a lock's mutex, which no thread holds then. Its former state does not matter.
@@ -18,7 +18,7 @@ struct TLock {
 bool initialize(TLock& lock);
 
 /// Removes a lock from the list that `makeForkSafe` builds. Has no effect on other locks.
-void removeForkSafe(TLock& lock);
+void unregisterForkSafeLock(TLock& lock);
 
 /// Guards data that all threads of the process share. No thread holds it while the process forks,
 /// so the guarded data is consistent in the child process.

@@ -87,14 +87,14 @@ void closeDescriptors()
 /// Connects the standard streams to /dev/null. Needs a free descriptor.
 void disconnectStandardStreams()
 {
-    const int null = open("/dev/null", O_RDWR);
+    const int nullDevice = open("/dev/null", O_RDWR);
     for (int descriptor = 0; descriptor <= STDERR_FILENO; ++descriptor) {
-        if (dup2(null, descriptor) < 0) {
+        if (dup2(nullDevice, descriptor) < 0) {
             close(descriptor);
         }
     }
-    if (null > STDERR_FILENO) {
-        close(null);
+    if (nullDevice > STDERR_FILENO) {
+        close(nullDevice);
     }
 }
 

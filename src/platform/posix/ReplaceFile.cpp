@@ -145,12 +145,12 @@ private:
 /// @return false if the system does not permit it
 bool copyOwnerAndAttributes(int from, int to)
 {
-    struct stat wanted, found;
-    if (fstat(from, &wanted) != 0 || fstat(to, &found) != 0) {
+    struct stat source, current;
+    if (fstat(from, &source) != 0 || fstat(to, &current) != 0) {
         return false;
     }
-    const bool isOwned = wanted.st_uid == found.st_uid && wanted.st_gid == found.st_gid;
-    return (isOwned || fchown(to, wanted.st_uid, wanted.st_gid) == 0) &&
+    const bool hasSameOwner = source.st_uid == current.st_uid && source.st_gid == current.st_gid;
+    return (hasSameOwner || fchown(to, source.st_uid, source.st_gid) == 0) &&
            copyExtendedAttributes(from, to);
 }
 
@@ -160,15 +160,15 @@ bool copyOwnerAndAttributes(int from, int to)
 bool copyPermissions(int from, int to)
 {
     constexpr mode_t PERMISSIONS = 07777;
-    struct stat wanted, found;
-    if (fstat(from, &wanted) != 0 || fstat(to, &found) != 0) {
+    struct stat source, current;
+    if (fstat(from, &source) != 0 || fstat(to, &current) != 0) {
         return false;
     }
-    if (wanted.st_mode == found.st_mode) {
+    if (source.st_mode == current.st_mode) {
         return true;
     }
-    return fchmod(to, wanted.st_mode & PERMISSIONS) == 0 && fstat(to, &found) == 0 &&
-           wanted.st_mode == found.st_mode;
+    return fchmod(to, source.st_mode & PERMISSIONS) == 0 && fstat(to, &current) == 0 &&
+           source.st_mode == current.st_mode;
 }
 
 enum class Outcome {

@@ -43,10 +43,10 @@ locale_t getClassicNumbersLocale()
 }
 
 /// Makes the calling thread format numbers as in the "C" locale until the end of the scope.
-class ClassicNumbers
+class ScopedClassicNumbers
 {
 public:
-    ClassicNumbers()
+    ScopedClassicNumbers()
     {
         // Most hosts set no locale with other numbers.
         if (std::strcmp(nl_langinfo(RADIXCHAR), ".") == 0 && *nl_langinfo(THOUSEP) == '\0') {
@@ -57,10 +57,10 @@ public:
         }
     }
 
-    ClassicNumbers(const ClassicNumbers&) = delete;
-    ClassicNumbers& operator=(const ClassicNumbers&) = delete;
+    ScopedClassicNumbers(const ScopedClassicNumbers&) = delete;
+    ScopedClassicNumbers& operator=(const ScopedClassicNumbers&) = delete;
 
-    ~ClassicNumbers()
+    ~ScopedClassicNumbers()
     {
         if (m_Previous) {
             uselocale(m_Previous);
@@ -88,7 +88,7 @@ private:
 
 int formatText(char* buffer, std::size_t size, const char* format, va_list arguments)
 {
-    const ClassicNumbers numbers;
+    const ScopedClassicNumbers numbers;
     return std::vsnprintf(buffer, size, format, arguments);
 }
 
