@@ -77,7 +77,7 @@ public:
         virtual void parameterChanged(const std::string& name) = 0;
     };
 
-    /// Constructs an empty table. It becomes the instance if there is none.
+    /// Constructs an empty table. It becomes the instance if there is no instance.
     /// @param version the version of the host's parameters, which is stored with them
     explicit Configuration(unsigned int version);
 
@@ -320,7 +320,7 @@ private:
     void notify(const std::string& name) const;
 
     unsigned int m_Version;
-    std::string m_FileName; ///< the file that was loaded last; empty if none was
+    std::string m_FileName; ///< the file that was loaded last; empty before the first load
     std::vector<TParameter> m_Parameters;
     std::unordered_map<std::string, int> m_ParameterIndex; ///< by name
     std::list<Listener*> m_Listeners;

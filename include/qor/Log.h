@@ -41,7 +41,7 @@ class OutputFile;
 /// and rename the file while the log is open. Child processes do not inherit the file descriptor.
 ///
 /// @warning Messages are written unchanged, except that they end at a zero byte. A line feed in a
-/// message starts a new line, which can look like a record of its own, and a control character can
+/// message starts a new line, which can look like another record, and a control character can
 /// change what a terminal shows. Remove both from text of unknown origin before you log it.
 ///
 /// **Thread safety**: any thread may call `error`, `info`, `debug` and `setLevel`; lines do not

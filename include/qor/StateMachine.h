@@ -27,21 +27,22 @@ namespace qor
 /// - setCurrentState() only records its target, as transition() does.
 /// - sendEvent() delivers its event, but carries out no transition.
 /// - start() enters the initial states at once, except inside another start(), where it has no
-///   effect. Then the interrupted transition continues. Called from onExit(), it is followed by the
-///   exit of the parent of the exited state; called from onEntry(), by the entry of the next state
-///   on the path. At the end, the initial children of the current state are entered. start() may
-///   have changed the current state.
+///   effect. Then the interrupted transition continues: with the exit of the parent of the exited
+///   state if onExit() has called start(), or with the entry of the next state on the path if
+///   onEntry() has called it. At its end, the transition enters the initial children of the current
+///   state, which start() may have changed.
 /// - A transition that is recorded during a running transition is discarded when the running one
 ///   ends. Until then, onExit() receives its target. A transition that is recorded during start(),
 ///   without a running transition, remains recorded for the next event.
 /// - An assignment to a state changes its parent at once. A running transition exits the new
-///   parents, until there is no parent. It enters the states that were on its path when it began,
-///   but below the first 32 of them it follows the new parents.
+///   parents, up to the common ancestor or, if that is not among them, to the top. It enters the
+///   states that were on its path when it began; only more than 32 levels further down, it enters
+///   those that are on the path by then.
 ///
 /// The machine thus recurses without limit only if `onEvent` sends events without limit.
 ///
 /// **Ownership**: the host owns the states; see State. A copy of a machine has the same states as
-/// its source, and the same root: that of the source.
+/// its source, including the root state, which is the source itself.
 ///
 /// **Error handling**: registering a state and copying a machine throw `std::bad_alloc` if there is
 /// not enough memory. No other operation fails. If a handler throws, the transition ends in the
@@ -51,7 +52,8 @@ namespace qor
 /// thread at a time. Handlers run on the stack of the call.
 ///
 /// **Complexity**: events and transitions allocate nothing. A transition takes time proportional to
-/// the depth of the states, plus one walk along the path for each 32 levels entered.
+/// the depth of the states. If it enters more than 32 levels, it also walks the path once for each
+/// 32 of them.
 ///
 /// @code
 /// enum Event { COIN, PUSH };

@@ -13,7 +13,7 @@ namespace platform
 struct TThread;
 }
 
-/// Runs a task on a thread of its own.
+/// Runs a task on a new thread.
 ///
 /// An object is either idle or started. A new object is idle. A successful `start` makes it
 /// started, and `wait` makes it idle again. An object whose task has ended remains started until

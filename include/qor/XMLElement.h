@@ -197,7 +197,7 @@ public:
 
     /// Replaces the value by the text of a number in fixed notation with six digits after the
     /// point.
-    /// @param number the number, written with the precision of its own type
+    /// @param number the number, not converted to another floating-point type
     /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     void setValue(float number);
 
@@ -339,7 +339,7 @@ public:
 
     /// Returns the description of the last failure of load(), parse(), save() or validate() on any
     /// element in the process. A success does not change it.
-    /// @return a copy; empty if none of the calls has failed
+    /// @return a copy; empty before the first failure
     /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] static std::string getLastError();
 

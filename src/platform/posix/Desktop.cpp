@@ -47,7 +47,7 @@ std::vector<Program> getDialogs(const char* text, const char* captionText)
     return dialogs;
 }
 
-/// Returns whether the user may have seen the dialog or not. The exit status of a program is 1 if
+/// Returns whether a status does not show if the user has seen the dialog. The exit status is 1 if
 /// the dialog was closed without its button. For some programs, it is also 1 if there is no
 /// display.
 bool isUncertain(int status)

@@ -18,7 +18,7 @@ namespace
 
 using TNames = std::vector<std::string>;
 
-/// The system's own limit for a list of names and for a value.
+/// The system's limit for a list of names and for a value.
 constexpr std::size_t MAX_SIZE = 65536;
 
 /// Returns the names of a file's attributes; nothing if they cannot be read.

@@ -15,7 +15,7 @@ constexpr int INVALID_DESCRIPTOR = -1;
 /// Permissions of a new file, before the process's file mode creation mask is applied.
 constexpr mode_t FILE_MODE = 0666;
 
-/// Owns a file descriptor, or none.
+/// Owns at most one file descriptor.
 class FileDescriptor
 {
 public:
