@@ -189,6 +189,12 @@ def run(command, seconds=None, memory=None, **options):
         return "time", ""
 
 
+def read_environment(test):
+    """Returns the environment variables of a test that ctest lists."""
+    values = {entry["name"]: entry["value"] for entry in test["properties"]}
+    return dict(variable.split("=", 1) for variable in values.get("ENVIRONMENT", []))
+
+
 class Build:
     """A build of the copy with or without sanitizers, and of the library with one mutation."""
 
@@ -214,8 +220,8 @@ class Build:
             if file.startswith("src/"):
                 self.compiling[file] = entry
         status, listed = run(["ctest", "--show-only=json-v1"], cwd=self.directory)
-        self.scripts = [test["command"] for test in json.loads(listed)["tests"]
-                        if re.match("Host|.*Replay$", test["name"])]
+        self.scripts = [(test["name"], test["command"], read_environment(test))
+                        for test in json.loads(listed)["tests"] if re.match("Host|.*Replay$", test["name"])]
 
     def select_tests(self, directory):
         """Returns the test programs for a directory, the most thorough ones first."""
@@ -271,15 +277,16 @@ class Build:
         environment = dict(os.environ, LD_LIBRARY_PATH=str(worker), TMPDIR=str(temporary),
                            TZ="Pacific/Chatham", ASAN_OPTIONS="hard_rss_limit_mb=8192")
         commands = [(test, [self.directory / "tests" / test, "--gtest_brief=1", "--gtest_fail_fast",
-                            "--gtest_filter=-" + TOO_SLOW]) for test in tests]
-        for script in self.scripts:
+                            "--gtest_filter=-" + TOO_SLOW], {}) for test in tests]
+        for name, script, variables in self.scripts:
             command = [re.sub("^-DFOLDER=.*", "-DFOLDER=%s/host" % temporary, part) for part in script]
-            commands.append((command[1].split("/")[-1], command))
-        for name, command in commands:
+            commands.append((name, command, variables))
+        for name, command, variables in commands:
             shutil.rmtree(temporary, ignore_errors=True)
             temporary.mkdir()
             status, output = run(command, TIME_LIMIT * (3 if self.sanitizer else 1),
-                                 0 if self.sanitizer else MEMORY_LIMIT, cwd=temporary, env=environment)
+                                 0 if self.sanitizer else MEMORY_LIMIT, cwd=temporary,
+                                 env={**environment, **variables})
             # The exit status is not sufficient: a forked child process may report the failure, and a mutation may
             # end the program before all tests have run.
             is_incomplete = name in tests and "  PASSED  " not in output
