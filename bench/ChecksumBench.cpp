@@ -24,8 +24,8 @@
 #include <openssl/md5.h>
 #endif
 
-// Checksums of data beside other libraries, all fed at once. A tree is fed beside the same texts
-// from a list, which is as little as a walk can do, and beside their bytes in one piece.
+// Compares checksums of data in one call with those of other libraries. Compares the checksum of an
+// XML tree with two lower bounds: the same texts from a list, and the same bytes in one call.
 
 namespace
 {
@@ -113,13 +113,13 @@ TDigest digestByOpenssl(const TBytes& data)
 #endif
 
 template<typename TResult>
-void addData(const std::string& work, const char* contestant, TResult (*function)(const TBytes&),
-             TResult (*own)(const TBytes&))
+void registerData(const std::string& work, const char* contestant,
+                  TResult (*function)(const TBytes&), TResult (*reference)(const TBytes&))
 {
     for (const TSize& size : SIZES) {
         const TBytes data = randomBytes(size.bytes);
-        if (!(function(data) == own(data))) {
-            std::cerr << contestant << " differs on " << size.name << '\n';
+        if (!(function(data) == reference(data))) {
+            std::cerr << contestant << " has a different result for " << size.name << '\n';
             std::exit(1);
         }
         benchmark::RegisterBenchmark((work + '/' + size.name + '/' + contestant).c_str(),
@@ -134,7 +134,7 @@ void addData(const std::string& work, const char* contestant, TResult (*function
     }
 }
 
-/// All texts of a tree, in the order in which they are fed.
+/// Records the texts of a tree in the order in which they are added.
 class TextList : public qor::Checksum
 {
 public:
@@ -149,7 +149,7 @@ public:
 };
 
 template<typename TChecksum>
-void addTree(const std::string& work, const qor::XMLElement& tree)
+void registerTree(const std::string& work, const qor::XMLElement& tree)
 {
     TextList list;
     tree.calculateChecksum(list);
@@ -180,24 +180,24 @@ void addTree(const std::string& work, const qor::XMLElement& tree)
 int main(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);
-    addData("CRC-32", "qortk", crcByQortk, crcByQortk);
+    registerData("CRC-32", "qortk", crcByQortk, crcByQortk);
 #ifdef HAVE_ZLIB
-    addData("CRC-32", "zlib", crcByZlib, crcByQortk);
+    registerData("CRC-32", "zlib", crcByZlib, crcByQortk);
 #endif
 #ifdef HAVE_ISAL
-    addData("CRC-32", "ISA-L", crcByIsal, crcByQortk);
+    registerData("CRC-32", "ISA-L", crcByIsal, crcByQortk);
 #endif
 #ifdef HAVE_LIBDEFLATE
-    addData("CRC-32", "libdeflate", crcByLibdeflate, crcByQortk);
+    registerData("CRC-32", "libdeflate", crcByLibdeflate, crcByQortk);
 #endif
-    addData("MD5", "qortk", digestByQortk, digestByQortk);
+    registerData("MD5", "qortk", digestByQortk, digestByQortk);
 #ifdef HAVE_OPENSSL
-    addData("MD5", "OpenSSL", digestByOpenssl, digestByQortk);
+    registerData("MD5", "OpenSSL", digestByOpenssl, digestByQortk);
 #endif
     qor::XMLElement tree("");
     tree.parse(documents::flatRecords(1u << 20));
-    addTree<qor::CRC32>("tree CRC-32", tree);
-    addTree<qor::MD5>("tree MD5", tree);
+    registerTree<qor::CRC32>("tree CRC-32", tree);
+    registerTree<qor::MD5>("tree MD5", tree);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }

@@ -20,15 +20,15 @@
 #include <pugixml.hpp>
 #endif
 
-// A table of parameters: one value by name, and all values to and from XML text, beside a property
-// tree and beside an XML library with a path per value.
+// Compares reading and writing one value by name, and saving and loading all values as XML, with a
+// property tree, maps, and an XML library that looks up one path per value.
 
 namespace
 {
 
 enum class Shape { FLAT, GROUPS };
 
-/// @return names of parameters, all in one place or ten in a group
+/// @return names of parameters, all on one level or in groups of ten
 std::vector<std::string> makeNames(std::size_t count, Shape shape)
 {
     constexpr std::size_t GROUP_SIZE = 10;
@@ -41,7 +41,8 @@ std::vector<std::string> makeNames(std::size_t count, Shape shape)
     return names;
 }
 
-/// Gives the names in an order of its own, so that no contestant finds them one after the other.
+/// Returns the names in a fixed order other than that of creation, so that accesses are not
+/// sequential in memory.
 class Walk
 {
 public:
@@ -128,7 +129,8 @@ void setInMap(benchmark::State& state)
     }
 }
 
-/// The XML work alone: the elements are found once, and then only made to text and back.
+/// Lower bounds of saving and loading: the XML work without the configuration. The elements exist
+/// already, and are only copied, written and parsed.
 void saveElements(benchmark::State& state, Shape shape)
 {
     const auto table = makeTable(makeNames(1000, shape));
@@ -189,7 +191,7 @@ void registerWork(const std::string& contestant, void (*save)(benchmark::State&,
     }
 }
 
-/// Each number of parameters is a work of its own.
+/// Registers the access to tables of different sizes as separate works.
 void registerAccess(const std::string& contestant, void (*get)(benchmark::State&),
                     void (*set)(benchmark::State&))
 {

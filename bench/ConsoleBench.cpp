@@ -7,8 +7,8 @@
 
 #include "qor/qor.h"
 
-// A typed command line through the console, beside the least that any console must do: collect the
-// characters, keep the line for the output, split it at blanks and quotes, look the command up.
+// Compares a typed command line with the minimum that a console has to do: append the characters to
+// a line, keep the line as output, split it at blanks and quotation marks, and look up the command.
 
 namespace
 {

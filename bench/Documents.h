@@ -2,14 +2,15 @@
 
 #include <string>
 
-/// The texts that the contestants work on, made anew in each run and always the same.
+/// Generates the input texts of the benchmarks. The random numbers have a fixed seed, so every run
+/// has the same texts.
 namespace documents
 {
 
-/// Records of six short fields, formatted, about `size` bytes.
+/// Returns formatted records of six short fields, with about `size` bytes in total.
 std::string flatRecords(std::size_t size);
 
-/// Paragraphs of a page each, with an entity every few words, about `size` bytes.
+/// Returns long paragraphs with an entity every few words, with about `size` bytes in total.
 std::string textWithEntities(std::size_t size);
 
 /// A configuration of about 4 KB, in groups.

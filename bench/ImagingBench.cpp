@@ -18,11 +18,11 @@
 #include <stb/stb_image_write.h>
 #endif
 
-#include "Contest.h"
+#include "Comparison.h"
 #include "ImagingPeers.h"
 #include "qor/Image.h"
 
-// Transfers between images, flipping, and TGA files, beside other libraries.
+// Compares transfers between images, flipping, and TGA files with other libraries.
 
 namespace
 {
@@ -45,7 +45,8 @@ bool isSame(const Image& a, const Image& b)
     return std::equal(a.getData(), a.getData() + a.getWidth() * a.getHeight(), b.getData());
 }
 
-/// Adds a contestant with a target of its own, which in the end has to be as the first one's.
+/// Adds a contestant with its own copy of the target. After the transfer it has to equal the target
+/// of the first contestant.
 template<typename TMake>
 void addTransfer(std::vector<TContestant>& contestants, Shared& first, const Image& target,
                  const char* name, TMake make)
@@ -57,7 +58,7 @@ void addTransfer(std::vector<TContestant>& contestants, Shared& first, const Ima
 }
 
 /// Copies one image onto another of its size.
-void contestPlain(const std::string& name, int width, int height, int x, int y)
+void comparePlainCopies(const std::string& name, int width, int height, int x, int y)
 {
     const Shared source = makeNoise(width, height);
     Image target(*source);
@@ -102,11 +103,12 @@ void contestPlain(const std::string& name, int width, int height, int x, int y)
     compare("copy/" + name, contestants);
 }
 
-/// Which pixels of a sprite pass.
+/// The pixels of a sprite that pass the test: none, the left half, all, or a random half.
 enum class Share { NONE, HALF, ALL, NOISE };
 
-/// A sprite of opaque pixels on black ones without alpha, so that the colour key and an alpha
-/// threshold agree, in cells of 2 by 2, so that it doesn't matter which one of them is sampled.
+/// Returns a sprite whose pixels are either opaque and not black, or black with alpha 0. So the
+/// color key and an alpha threshold select the same pixels. Cells of 2 by 2 pixels are equal,
+/// because the contestants read different pixels of a cell at step 2.
 Shared makeSprite(int size, Share share)
 {
     const Shared sprite = makeNoise(size, size);
@@ -124,8 +126,8 @@ Shared makeSprite(int size, Share share)
     return sprite;
 }
 
-/// Puts a sprite onto an image of its size, by the pixel test and at the step.
-void contestKeyed(const std::string& name, int size, Share share, int alphaLevel, int step)
+/// Copies a sprite onto an image of its size, with a pixel test and a step.
+void compareKeyedCopies(const std::string& name, int size, Share share, int alphaLevel, int step)
 {
     const Shared sprite = makeSprite(size, share);
     Image target(*sprite);
@@ -162,10 +164,10 @@ void contestKeyed(const std::string& name, int size, Share share, int alphaLevel
     compare(name, contestants);
 }
 
-void contestFlip(const std::string& name, int width, int height)
+void compareFlips(const std::string& name, int width, int height)
 {
     const Shared image = makeNoise(width, height), byHand = std::make_shared<Image>(*image);
-    const auto isRight = [=] { return isSame(*image, *byHand); };
+    const auto isCorrect = [=] { return isSame(*image, *byHand); };
     compare("flip/" + name, {{"swap_ranges",
                               [=] {
                                   std::uint32_t* const pixels = byHand->getData();
@@ -176,19 +178,19 @@ void contestFlip(const std::string& name, int width, int height)
                                   }
                               },
                               [] { return true; }},
-                             {"qortk", [=] { image->flipVertical(); }, isRight}});
+                             {"qortk", [=] { image->flipVertical(); }, isCorrect}});
 }
 
-/// Files of the program, gone at its end.
+/// A directory for files, which is removed by the destructor.
 class Files
 {
 public:
-    Files() { std::filesystem::create_directories(m_Folder); }
-    ~Files() { std::filesystem::remove_all(m_Folder); }
+    Files() { std::filesystem::create_directories(m_Directory); }
+    ~Files() { std::filesystem::remove_all(m_Directory); }
 
-    std::string path(const std::string& name) const { return (m_Folder / name).string(); }
+    std::string path(const std::string& name) const { return (m_Directory / name).string(); }
 
-    /// The pixel data of a TGA file.
+    /// Returns the pixel data of a TGA file, without its header.
     std::string pixels(const std::string& name) const
     {
         std::ifstream file(path(name), std::ios::binary);
@@ -197,11 +199,11 @@ public:
     }
 
 private:
-    std::filesystem::path m_Folder = std::filesystem::temp_directory_path() / "qortk-bench";
+    std::filesystem::path m_Directory = std::filesystem::temp_directory_path() / "qortk-bench";
 };
 
 #ifdef HAVE_STB
-/// The pixels as stb_image_write takes them, red first, as many channels as the depth has.
+/// Returns the pixels in the format of stb_image_write: one byte per channel, red first.
 std::vector<unsigned char> toBytes(const Image& image, int depth)
 {
     std::vector<unsigned char> bytes;
@@ -257,19 +259,19 @@ int main(int argumentCount, char** argumentValues)
         int width, height;
     } sizes[] = {{"64", 64, 64}, {"256", 256, 256}, {"512", 512, 512}, {"1920x1080", 1920, 1080}};
     for (const auto& size : sizes) {
-        contestPlain(size.name, size.width, size.height, 0, 0);
-        contestPlain(std::string(size.name) + "-clipped", size.width, size.height, -size.width / 4,
-                     size.height / 4);
-        contestFlip(size.name, size.width, size.height);
+        comparePlainCopies(size.name, size.width, size.height, 0, 0);
+        comparePlainCopies(std::string(size.name) + "-clipped", size.width, size.height,
+                           -size.width / 4, size.height / 4);
+        compareFlips(size.name, size.width, size.height);
     }
     const std::pair<const char*, Share> shares[] = {
         {"0%", Share::NONE}, {"50%", Share::HALF}, {"100%", Share::ALL}, {"noise", Share::NOISE}};
     for (const auto& [name, share] : shares) {
         for (const int size : {64, 512}) {
             const std::string source = std::to_string(size) + "-" + name;
-            contestKeyed("colour-key/" + source, size, share, Image::AL_CKBLACK, 1);
-            contestKeyed("alpha-threshold/" + source, size, share, 128, 1);
-            contestKeyed("step-2/" + source, size, share, Image::AL_CKBLACK, 2);
+            compareKeyedCopies("color-key/" + source, size, share, Image::AL_CKBLACK, 1);
+            compareKeyedCopies("alpha-threshold/" + source, size, share, 128, 1);
+            compareKeyedCopies("step-2/" + source, size, share, Image::AL_CKBLACK, 2);
         }
     }
     const Files files;

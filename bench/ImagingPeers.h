@@ -14,12 +14,12 @@
 
 #include "qor/Image.h"
 
-// The images of other libraries, on the pixels of the library's own.
+// Images of other libraries that refer to the pixels of a qor::Image.
 
 #ifdef HAVE_SDL2
 using Surface = std::shared_ptr<SDL_Surface>;
 
-/// @param rowStep how many rows one row of the surface takes
+/// @param rowStep the surface has only the rows of the image whose number is a multiple of this
 inline Surface makeSurface(qor::Image& image, int rowStep = 1)
 {
     const Surface surface(SDL_CreateRGBSurfaceWithFormatFrom(
@@ -41,7 +41,7 @@ inline Picture makePicture(qor::Image& image, pixman_format_code_t format, int r
                    pixman_image_unref);
 }
 
-/// A mask of the pixels that are not black. It owns its bits.
+/// Returns a mask of the pixels that are not black. Unlike other pictures it owns its memory.
 inline Picture makeMask(const qor::Image& image)
 {
     const Picture mask(
@@ -58,7 +58,7 @@ inline Picture makeMask(const qor::Image& image)
     return mask;
 }
 
-/// Makes a picture one that is sampled at a step.
+/// Makes pixman read only every `step`-th pixel and row of a picture.
 inline void setStep(const Picture& picture, int step)
 {
     pixman_transform_t transform;

@@ -13,7 +13,7 @@
 namespace
 {
 
-/// Condition with the lock that its caller holds.
+/// A qor::Condition with the mutex that callers of wait() have to lock.
 class OwnEvent
 {
 public:
@@ -31,8 +31,8 @@ private:
     qor::Condition m_Condition;
 };
 
-/// The least that a program can write: the caller's lock also guards the flag. `signal` has to lock
-/// it, too, and the event must outlive the call.
+/// The simplest auto-reset event of the standard library: the caller's mutex also guards the flag.
+/// So signal() has to lock that mutex, and the event must not be destroyed before signal() returns.
 class StandardEvent
 {
 public:
@@ -58,8 +58,8 @@ private:
     bool m_IsSet = false;
 };
 
-/// The contract of Condition: any lock of the caller is released for the wait, and `signal` does
-/// not need that lock.
+/// An event with the contract of qor::Condition: wait() unlocks the caller's mutex, and signal()
+/// does not need that mutex, because another one guards the flag.
 class SeparateEvent
 {
 public:
@@ -162,8 +162,10 @@ void pingPong(benchmark::State& state)
     TEvent ping, pong;
     bool isEnding = false;
     std::thread partner([&] {
-        for (ping.wait(); !isEnding; ping.wait()) {
+        ping.wait();
+        while (!isEnding) {
             pong.signal();
+            ping.wait();
         }
     });
     for (auto _ : state) {

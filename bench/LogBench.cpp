@@ -15,8 +15,8 @@
 #include <spdlog/spdlog.h>
 #endif
 
-// Compares records that pass and records that are filtered out, from one thread and from several,
-// with a logger that also passes each record to the system at once, and with the bare system call.
+// Compares logging with a logger that also flushes each record, and with bare calls of write(). The
+// records pass the level or are filtered out, and come from one thread or several.
 
 namespace
 {
@@ -24,10 +24,10 @@ namespace
 const std::string TEXT = "The document was saved, and the next one is waiting to be loaded";
 
 /// A directory for the log files, which is removed at the end.
-class Folder
+class TemporaryDirectory
 {
 public:
-    Folder()
+    TemporaryDirectory()
     {
         std::string name = (std::filesystem::temp_directory_path() / "qortk-XXXXXX").string();
         if (!mkdtemp(name.data())) {
@@ -35,9 +35,9 @@ public:
         }
         m_Path = name;
     }
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-    ~Folder() { std::filesystem::remove_all(m_Path); }
+    TemporaryDirectory(const TemporaryDirectory&) = delete;
+    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+    ~TemporaryDirectory() { std::filesystem::remove_all(m_Path); }
 
     std::string file(const std::string& name) const { return (m_Path / name).string(); }
 
@@ -45,15 +45,15 @@ private:
     std::filesystem::path m_Path;
 };
 
-const Folder& getFolder()
+const TemporaryDirectory& getDirectory()
 {
-    static const Folder folder;
-    return folder;
+    static const TemporaryDirectory directory;
+    return directory;
 }
 
 void openOwn(const benchmark::State&)
 {
-    qor::Log::open(getFolder().file("own.log").c_str(), false);
+    qor::Log::open(getDirectory().file("own.log").c_str(), false);
 }
 
 void openOwnQuiet(const benchmark::State& state)
@@ -85,7 +85,7 @@ void writeFormatted(benchmark::State& state)
 void writeBare(benchmark::State& state)
 {
     const std::string line = "D 2021-03-04 05:06:07.089 " + TEXT + "\n";
-    const int file = open(getFolder().file("bare.log").c_str(),
+    const int file = open(getDirectory().file("bare.log").c_str(),
                           O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0666);
     for (auto _ : state) {
         benchmark::DoNotOptimize(write(file, line.data(), line.size()));
@@ -120,7 +120,7 @@ std::shared_ptr<spdlog::logger> peer;
 
 void openPeer(const benchmark::State&)
 {
-    peer = spdlog::basic_logger_mt("peer", getFolder().file("peer.log"), true);
+    peer = spdlog::basic_logger_mt("peer", getDirectory().file("peer.log"), true);
     peer->set_level(spdlog::level::debug);
     peer->flush_on(spdlog::level::debug);
     peer->set_pattern("%L %Y-%m-%d %H:%M:%S.%e %v");

@@ -12,12 +12,12 @@
 #include <Eigen/Dense>
 #endif
 
-#include "Contest.h"
+#include "Comparison.h"
 #include "qor/Matrix.h"
 #include "qor/Vector.h"
 
-// Matrices and vectors beside libraries whose operations are inlined. Those of qortk that multiply
-// are calls into a shared library.
+// Compares matrices and vectors with libraries whose operations are inlined. The operations of
+// qortk that multiply are calls into a shared library.
 
 namespace
 {
@@ -27,7 +27,8 @@ constexpr int STRIDE = 16; ///< floats from one operand to the next
 
 using Floats = std::vector<float>;
 
-/// Operands of all works: matrices near the identity, whose first elements serve as vectors too.
+/// Returns COUNT matrices that differ little from the identity matrix. Their first three elements
+/// are also the vector operands.
 Floats makeOperands(unsigned int seed)
 {
     std::mt19937 random(seed);
@@ -48,40 +49,40 @@ bool isNear(const Floats& a, const Floats& b)
                       [](float x, float y) { return std::abs(x - y) < 1e-5f; });
 }
 
-/// Gathers contestants whose results have to be those of the first. All put them into the same
-/// place, so that its distance from the operands is the same for all.
-class Contest
+/// Collects contestants whose results have to equal those of the first one. All write to the same
+/// array, because its distance in memory from the operands affects the time.
+class Comparison
 {
 public:
-    /// @param operation takes two operands and the place of the result
+    /// @param operation a function of two operands and a pointer to the result
     template<typename TOperation>
-    Contest& add(const char* name, TOperation operation)
+    Comparison& add(const char* name, TOperation operation)
     {
         const auto run = [=] {
             for (std::size_t i = 0; i < results.size(); i += STRIDE) {
                 operation(&A[i], &B[i], &results[i]);
             }
         };
-        const auto runAnew = [=] {
+        const auto runOnZeros = [=] {
             std::fill(results.begin(), results.end(), 0.0f);
             run();
             return results;
         };
-        const Floats own = runAnew();
+        const Floats own = runOnZeros();
         m_Expected = m_Expected.empty() ? own : m_Expected;
         m_Contestants.push_back(
-            {name, run, [=, expected = m_Expected] { return isNear(runAnew(), expected); }});
+            {name, run, [=, expected = m_Expected] { return isNear(runOnZeros(), expected); }});
         return *this;
     }
 
-    void hold(const char* work) const { compare(work, m_Contestants); }
+    void registerBenchmarks(const char* work) const { compare(work, m_Contestants); }
 
 private:
     std::vector<TContestant> m_Contestants;
     Floats m_Expected;
 };
 
-void addOwn(Contest& product, Contest& point, Contest& rotation)
+void addOwn(Comparison& product, Comparison& point, Comparison& rotation)
 {
     product.add("qortk", [](auto a, auto b, auto out) { qor::Matrix::multiply(a, b, out); });
     point.add("qortk", [](auto a, auto b, auto out) { qor::Matrix::multiplyV(a, b, out); });
@@ -92,7 +93,7 @@ void addOwn(Contest& product, Contest& point, Contest& rotation)
     });
 }
 
-void addOwnVectors(Contest& sum, Contest& cross, Contest& dot, Contest& unit)
+void addOwnVectors(Comparison& sum, Comparison& cross, Comparison& dot, Comparison& unit)
 {
     sum.add("qortk", [](auto a, auto b, auto out) { qor::Vector::add(a, b, out); });
     cross.add("qortk", [](auto a, auto b, auto out) { qor::Vector::cross(a, b, out); });
@@ -113,7 +114,7 @@ void put(const glm::mat4& matrix, float* out)
     std::copy_n(glm::value_ptr(matrix), 16, out);
 }
 
-/// An operand from `A`, by columns.
+/// Returns a matrix of `A` in column-major order.
 const float* columnsOf(const float* a)
 {
     static const Floats COLUMNS = [] {
@@ -126,10 +127,11 @@ const float* columnsOf(const float* a)
     return &COLUMNS[static_cast<std::size_t>(a - A.data())];
 }
 
-void addGlm(Contest& product, Contest& point, Contest& rotation)
+void addGlm(Comparison& product, Comparison& point, Comparison& rotation)
 {
-    // Its matrices are stored by columns. Taken by rows they are transposed: so is the product of
-    // the factors in reverse order, and so is the rotation by the opposite angle.
+    // The matrices of glm are in column-major order, so memory in row-major order is read as the
+    // transposed matrix. The product of transposed matrices has the reverse order, and the
+    // transposed rotation has the opposite angle.
     product.add("glm",
                 [](auto a, auto b, auto out) { put(glm::make_mat4(b) * glm::make_mat4(a), out); });
     point.add("glm", [](auto a, auto b, auto out) {
@@ -141,7 +143,7 @@ void addGlm(Contest& product, Contest& point, Contest& rotation)
     });
 }
 
-void addGlmVectors(Contest& sum, Contest& cross, Contest& dot, Contest& unit)
+void addGlmVectors(Comparison& sum, Comparison& cross, Comparison& dot, Comparison& unit)
 {
     sum.add("glm",
             [](auto a, auto b, auto out) { put(glm::make_vec3(a) + glm::make_vec3(b), out); });
@@ -162,7 +164,7 @@ using InVector = Eigen::Map<const Eigen::Vector3f>;
 using OutMatrix = Eigen::Map<EigenMatrix>;
 using OutVector = Eigen::Map<Eigen::Vector3f>;
 
-void addEigen(Contest& product, Contest& point, Contest& rotation)
+void addEigen(Comparison& product, Comparison& point, Comparison& rotation)
 {
     product.add("Eigen", [](auto a, auto b, auto out) {
         OutMatrix{out}.noalias() = InMatrix(a) * InMatrix(b);
@@ -178,7 +180,7 @@ void addEigen(Contest& product, Contest& point, Contest& rotation)
     });
 }
 
-void addEigenVectors(Contest& sum, Contest& cross, Contest& dot, Contest& unit)
+void addEigenVectors(Comparison& sum, Comparison& cross, Comparison& dot, Comparison& unit)
 {
     sum.add("Eigen", [](auto a, auto b, auto out) { OutVector{out} = InVector(a) + InVector(b); });
     cross.add("Eigen",
@@ -192,7 +194,7 @@ void addEigenVectors(Contest& sum, Contest& cross, Contest& dot, Contest& unit)
 
 int main(int argumentCount, char** argumentValues)
 {
-    Contest product, point, rotation, sum, cross, dot, unit;
+    Comparison product, point, rotation, sum, cross, dot, unit;
     addOwn(product, point, rotation);
     addOwnVectors(sum, cross, dot, unit);
 #ifdef HAVE_GLM
@@ -203,12 +205,12 @@ int main(int argumentCount, char** argumentValues)
     addEigen(product, point, rotation);
     addEigenVectors(sum, cross, dot, unit);
 #endif
-    product.hold("matrix/product");
-    point.hold("matrix/point");
-    rotation.hold("matrix/rotation");
-    sum.hold("vector/sum");
-    cross.hold("vector/cross");
-    dot.hold("vector/dot");
-    unit.hold("vector/normalize");
+    product.registerBenchmarks("matrix/product");
+    point.registerBenchmarks("matrix/point");
+    rotation.registerBenchmarks("matrix/rotation");
+    sum.registerBenchmarks("vector/sum");
+    cross.registerBenchmarks("vector/cross");
+    dot.registerBenchmarks("vector/dot");
+    unit.registerBenchmarks("vector/normalize");
     return runComparisons(argumentCount, argumentValues);
 }

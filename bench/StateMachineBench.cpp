@@ -3,7 +3,7 @@
 #include "qor/qor.h"
 
 #ifdef HAVE_BOOST
-// Old headers of this library hide names and narrow numbers, which is not for us to mend.
+// Headers of old versions of Boost cause these warnings.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wshadow"
 #pragma GCC diagnostic ignored "-Wconversion"
@@ -43,7 +43,8 @@ enum Event : unsigned int {
     ROOT_4
 };
 
-/// What handlers count. Each kind has its own number, so that they need not wait for each other.
+/// The calls of handlers. Each kind has its own counter, so that increments of different kinds do
+/// not depend on each other.
 struct TCounts {
     long entries;
     long exits;
@@ -52,7 +53,8 @@ struct TCounts {
 
 TCounts counts;
 
-/// Sends an event over and over, and checks what its handlers count each time.
+/// Sends an event repeatedly, and checks the total of the counters.
+/// @param countPerEvent the sum that the handlers add for each event
 template<typename TSend>
 void sendAll(benchmark::State& state, long countPerEvent, TSend send)
 {
@@ -63,7 +65,7 @@ void sendAll(benchmark::State& state, long countPerEvent, TSend send)
     }
     if (counts.entries + counts.exits + counts.events !=
         countPerEvent * static_cast<long>(state.iterations())) {
-        state.SkipWithError("other handlers were called than meant");
+        state.SkipWithError("the wrong handlers were called");
     }
 }
 
@@ -288,7 +290,7 @@ struct TOwnEvents : vector<front::Internal<TEvent<Event(FIRST)>, TCount<1>>,
                            front::Internal<TEvent<Event(FIRST + 3)>, TCount<4>>> {
 };
 
-/// A state with a leaf inside, as often as it takes.
+/// A state with a leaf. NUMBER distinguishes the types of several such states.
 template<int NUMBER>
 struct TMiddle : TCounting<front::state_machine_def<TMiddle<NUMBER>>> {
     struct TLeaf : TCounting<front::state<>> {

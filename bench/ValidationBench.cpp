@@ -13,13 +13,14 @@
 #include <libxml/xmlschemas.h>
 #endif
 
-// A document in memory against what describes it, which is read ahead. The template and the schema
-// say the same: which children there are, how many of each, how long their texts may be.
+// Compares the validation of documents in memory. The template and the schema are parsed
+// beforehand. Both limit the names, the numbers of children and the lengths of values in the same
+// way.
 
 namespace
 {
 
-/// A leaf of a record or a group, with the greatest length of its text.
+/// A leaf of a record or a group, with the maximum length of its value.
 struct TField {
     const char* name;
     int maxLength;
@@ -92,7 +93,7 @@ public:
         m_Document.parse(source.text);
         m_Template.parse(templateOf(source));
     }
-    bool isFitting() const { return m_Document.validate(&m_Template); }
+    bool isValid() const { return m_Document.validate(&m_Template); }
 
 private:
     qor::XMLElement m_Document;
@@ -151,7 +152,7 @@ public:
         xmlSchemaFree(m_Schema);
         xmlFreeDoc(m_Document);
     }
-    bool isFitting() const { return xmlSchemaValidateDoc(m_Context, m_Document) == 0; }
+    bool isValid() const { return xmlSchemaValidateDoc(m_Context, m_Document) == 0; }
 
 private:
     xmlDoc* m_Document;
@@ -164,15 +165,15 @@ private:
 template<typename TValidation>
 void add(const TSource& source)
 {
-    if (!TValidation(source).isFitting()) {
-        std::cerr << TValidation::NAME << " refuses " << source.name << '\n';
+    if (!TValidation(source).isValid()) {
+        std::cerr << TValidation::NAME << " rejects " << source.name << '\n';
         std::exit(1);
     }
     const std::string name = std::string("validate/") + source.name + '/' + TValidation::NAME;
     benchmark::RegisterBenchmark(name.c_str(), [source](benchmark::State& state) {
         const TValidation validation(source);
         for (auto _ : state) {
-            benchmark::DoNotOptimize(validation.isFitting());
+            benchmark::DoNotOptimize(validation.isValid());
         }
     });
 }

@@ -21,8 +21,8 @@ constexpr std::size_t LARGE = 20u << 20;
 struct TSource {
     const char* name;
     std::string text;
-    int batch;      ///< documents per timed step: one small document is over too soon to time
-    int iterations; ///< fixed, as what is done around a step may take far longer than the step
+    int batch;      ///< documents per timed step; more than one for small documents
+    int iterations; ///< fixed, because the untimed preparation may take far longer than a step
 };
 
 const std::vector<TSource>& sources()
@@ -35,21 +35,21 @@ const std::vector<TSource>& sources()
     return list;
 }
 
-/// Whether a step finds the heap as the one before left it, with the option --used-heap.
-bool usesHeapAgain = false;
+/// Whether steps reuse freed memory of earlier steps (option --used-heap).
+bool reusesHeap = false;
 
-/// Gives freed memory back, so that each step meets the heap of a fresh program. Otherwise a result
-/// depends on the order in which the steps before it freed theirs.
+/// Returns freed memory to the system, so that each step starts with a heap like that of a new
+/// process. Otherwise the results would depend on earlier steps.
 void trimHeap()
 {
 #if defined(__GLIBC__)
-    if (!usesHeapAgain) {
+    if (!reusesHeap) {
         malloc_trim(0);
     }
 #endif
 }
 
-/// Times one action on each document of a batch, and nothing around it.
+/// Times an action on each document of a batch, without the time of the preparation.
 template<typename TDocument, typename TPrepare, typename TAction>
 void timeBatch(benchmark::State& state, const TSource& source, TPrepare prepare, TAction action)
 {
@@ -88,7 +88,7 @@ void checkContent(const TSource& source)
     TDocument copied;
     copied.copy(document);
     if (content != expected || rewritten.describe() != expected || copied.describe() != expected) {
-        std::cerr << TDocument::NAME << " differs on " << source.name << '\n';
+        std::cerr << TDocument::NAME << " has a different result for " << source.name << '\n';
         std::exit(1);
     }
 }
@@ -160,7 +160,7 @@ int main(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);
     if (argc > 1 && std::string(argv[argc - 1]) == "--used-heap") {
-        usesHeapAgain = true;
+        reusesHeap = true;
         --argc;
     }
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {

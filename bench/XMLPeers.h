@@ -2,12 +2,12 @@
 
 /// @file
 /// One class per contestant, all with the same operations:
-///   parse     replaces the document by that of a text, which is not changed
-///   write     the document as compact text
+///   parse     replaces the document by parsing a text, which is not changed
+///   write     returns the document as compact text
 ///   copy      replaces the document by a deep copy of another one
 ///   clear     destroys the document
-///   integer   a value by path, read as a number
-///   describe  names and values in document order, alike for all contestants
+///   integer   returns the value at a path as an integer
+///   describe  returns names and values in document order, in the same form for all contestants
 
 #include <charconv>
 #include <cstdlib>
@@ -26,7 +26,7 @@
 #endif
 #ifdef HAVE_RAPIDXML
 #include <rapidxml/rapidxml.hpp>
-// The printer calls functions that it declares too late; see the order of these two.
+// rapidxml_print.hpp calls these functions before it declares them, so they are declared here.
 namespace rapidxml::internal
 {
 template<class TOut, class TChar>

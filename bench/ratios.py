@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Prints how long qortk takes beside its peers: python3 bench/ratios.py RESULT.json...
+"""Prints the time of qortk divided by the times of its peers: python3 bench/ratios.py RESULT.json...
 
-The results are those of one run each with --benchmark_format=json. The best of all repetitions
-counts. A ratio below 1 means that qortk is faster.
+Each file is the output of one benchmark program with --benchmark_format=json. The minimum time of all
+repetitions is used. A ratio below 1 means that qortk is faster.
 """
 
 import json
@@ -10,7 +10,7 @@ import sys
 
 
 def best_times(path):
-    """Best time by work and contestant; the names are WORK/SOURCE/CONTESTANT[/OPTION:...]."""
+    """Returns the minimum times by work and contestant of the names WORK/SOURCE/CONTESTANT[/...]."""
     times = {}
     with open(path, encoding="utf-8") as file:
         for run in json.load(file)["benchmarks"]:

@@ -2,11 +2,16 @@
 # Builds the example host and runs it.
 #   scripts/demo.sh           runs a script of commands on the sample document
 #   scripts/demo.sh FILE.xml  opens another document; "help" lists the commands
+#   scripts/demo.sh --window  shows the example program with a window instead
 # Pictures have 24-bit colors if the variable COLORTERM is "truecolor".
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 . "$here/scripts/require.sh"
+
+if [ "${1:-}" = --window ]; then
+    exec "$here/scripts/window-demo.sh" "${@:2}"
+fi
 
 # Stores the build's output in a file and shows its percentage: on a terminal in one line, otherwise
 # every ten percent.

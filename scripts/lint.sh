@@ -5,7 +5,7 @@ set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 . "$here/scripts/require.sh"
-require "$COMPILER" "$CMAKE" "$MAKE" "$CURSES" "clang-tidy:command -v clang-tidy" "cppcheck:command -v cppcheck"
+require "$COMPILER" "$CMAKE" "$MAKE" "$CURSES" "$SDL" "clang-tidy:command -v clang-tidy" "cppcheck:command -v cppcheck"
 
 cd "$here"
 build=build/lint

@@ -48,3 +48,4 @@ MINGW_X86_64="g++-mingw-w64-x86-64:command -v x86_64-w64-mingw32-g++-posix && co
 NINJA="ninja-build:command -v ninja"
 QEMU="qemu-user:command -v qemu-s390x"
 WINE="wine64:test -x /usr/lib/wine/wine64"
+SDL="libsdl2-dev:has_header SDL2/SDL.h"

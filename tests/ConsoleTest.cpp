@@ -163,6 +163,26 @@ TEST(ConsoleTest, KeepsTheNewestLines)
     }
 }
 
+TEST(ConsoleTest, ListsCommandsAndVariablesByName)
+{
+    const auto join = [](const std::vector<Console::TDescription>& entries) {
+        std::string text;
+        for (const Console::TDescription& entry : entries) {
+            text += entry.name + ": " + entry.help + "; ";
+        }
+        return text;
+    };
+    Console console(1);
+    TCommand command;
+    console.addCommand("hide", "Hide it", 0, 0, &command);
+    console.addVariable("size", "Its size", Console::VT_FLOAT, 0, 0, nullptr);
+    console.addVariable("name", "Its name", Console::VT_STRING, 0, 0, nullptr);
+    EXPECT_EQ(join(console.getCommands()),
+              "get: Get value of console variable (get <variable>); hide: Hide it; "
+              "set: Set value of console variable (set <variable> <value>); ");
+    EXPECT_EQ(join(console.getVariables()), "name: Its name; size: Its size; ");
+}
+
 TEST(ConsoleTest, CopiesHaveAllMembers)
 {
     std::string value = "2";

@@ -120,6 +120,24 @@ TEST(XMLTreeTest, ChildrenAreListedByName)
     EXPECT_EQ(textOf(constTree.getNextChild(first, "b")), "null");
 }
 
+TEST(XMLTreeTest, ChildrenAreVisitedInRangeLoops)
+{
+    XMLElement tree("t");
+    tree.parse("<t><a>1</a><b>2</b><a>3</a></t>");
+    for (XMLElement& child : tree.getChildren("a")) {
+        child.setValue(child.getValue() + "x");
+    }
+    const XMLElement& constTree = tree;
+    const std::pair<std::string, std::string> cases[] = {{"", "1x 2 3x "}, {"b", "2 "}, {"c", ""}};
+    for (const auto& [name, expected] : cases) {
+        std::string values;
+        for (const XMLElement& child : constTree.getChildren(name)) {
+            values += child.getValue() + " ";
+        }
+        EXPECT_EQ(values, expected) << name;
+    }
+}
+
 TEST(XMLTreeTest, ChildrenAreDeleted)
 {
     for (const auto& test : readTable("xml-deletions")) {

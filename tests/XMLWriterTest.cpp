@@ -43,6 +43,7 @@ protected:
         const int size = element.save(path("out.xml"), true);
         const std::string text = read(path("out.xml"));
         EXPECT_EQ(size, static_cast<int>(text.size()));
+        EXPECT_EQ(element.toString(true), text);
         return text;
     }
 };

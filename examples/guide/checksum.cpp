@@ -1,4 +1,4 @@
-// Checksums of data, of a document, and of a kind of one's own.
+// Computes checksums of data and of a document, and implements another checksum.
 #include <iostream>
 #include <string>
 
@@ -7,7 +7,7 @@
 #include <qor/MD5.h>
 #include <qor/XMLElement.h>
 
-/// The sum of all bytes: four bytes, the most significant first.
+/// Adds all bytes. The checksum is a 32-bit number in big-endian order.
 class ByteSum : public qor::Checksum
 {
 public:
@@ -31,7 +31,7 @@ private:
     unsigned int m_Sum = 0;
 };
 
-/// Works with any kind.
+/// Returns the checksum of a document as text.
 static std::string fingerprint(const qor::XMLElement& document, qor::Checksum& checksum)
 {
     checksum.reset();
@@ -42,10 +42,11 @@ static std::string fingerprint(const qor::XMLElement& document, qor::Checksum& c
 
 int main()
 {
-    // The value that zip archives and PNG images have is inverted at both ends.
+    // The CRC-32 of zip archives and PNG images starts with all bits set and is inverted at the
+    // end.
     qor::CRC32 crc(0xFFFFFFFF);
     crc.add("1234");
-    crc.add("56789"); // how data are cut makes no difference
+    crc.add("56789"); // the same as add("123456789")
     std::cout << std::hex << ~crc.getChecksumInteger() << '\n';
 
     qor::XMLElement document("");
@@ -55,7 +56,7 @@ int main()
     const std::string before = fingerprint(document, digest);
     std::cout << before << '\n' << fingerprint(document, sum) << '\n';
 
-    // Layout is nothing that counts; a changed value is.
+    // The checksum depends on names and values, but not on white space between elements.
     document.parse("<ship>\n\t<name>Aurora</name>\n</ship>");
     std::cout << (fingerprint(document, digest) == before ? "same" : "changed") << '\n';
     document.findChild("name")->setValue("Aurore");

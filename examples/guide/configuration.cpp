@@ -1,4 +1,4 @@
-// Declares settings, hears of their changes, stores them, and reads a document of an older version.
+// Declares settings, receives change notifications, saves the settings, and loads an older file.
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -28,23 +28,23 @@ int main()
     configuration.addIntegerParameter("window/width", 1280, 320, 7680, 0);
     configuration.addBooleanParameter("window/fullscreen", false, 0);
     configuration.addStringParameter("window/title", "Harbour", 1, 80, 0);
-    // In percent only since version 3, so what older documents hold is of no use.
+    // Version 3 changed the unit to percent, so values of older files are ignored.
     configuration.addFloatParameter("volume", 50.0f, 0.0f, 100.0f, 3);
 
     Window window(configuration);
     configuration.addListener(&window);
 
-    configuration.load("settings.xml"); // no failure if there is none yet
+    configuration.load("settings.xml"); // true: a missing file is not an error
     configuration.setInteger("window/width", 10000);
     configuration.set("window/fullscreen", "true");
-    configuration.set("volume", "loud"); // no number, and false
+    configuration.set("volume", "loud"); // false: not a number
     configuration.save();
 
     std::ofstream("older.xml") << "<settings><version>2</version><volume>0.7</volume>"
                                   "<window><title>North pier</title></window></settings>";
     configuration.load("older.xml");
 
-    // To keep what else a file holds, save into its element, and that.
+    // Saving into an existing element keeps its other children.
     qor::XMLElement document("");
     document.parse("<host><recent>harbour.xml</recent></host>");
     configuration.save(&document);

@@ -1,4 +1,4 @@
-// A console with a command and a variable of the host's, fed as if someone typed.
+// Adds a command and a variable to a console, and types command lines.
 #include <iostream>
 #include <string>
 #include <vector>
@@ -6,7 +6,7 @@
 #include <qor/Console.h>
 #include <qor/StringUtil.h>
 
-/// Adds numbers.
+/// A command that prints the sum of its parameters.
 class Sum : public qor::ConsoleCommand
 {
 public:
@@ -35,11 +35,11 @@ static void type(qor::Console& console, const std::string& text)
 
 int main()
 {
-    qor::Console console(100); // lines of output that are kept
+    qor::Console console(100); // keeps the newest 100 lines of output
     Sum sum(console);
-    console.addCommand("sum", "NUMBER... Add numbers", 1, -1, &sum); // one at least, no limit
-    std::string player = "nobody";
-    console.addVariable("player", "who plays", qor::Console::VT_STRING, 0, 0, &player);
+    console.addCommand("sum", "NUMBER... Add numbers", 1, -1, &sum); // at least one parameter
+    std::string player = "unknown";
+    console.addVariable("player", "name of the player", qor::Console::VT_STRING, 0, 0, &player);
 
     type(console, "sum 20 21x\n 1.5\r"); // the line feed deletes the x
     type(console, "set player \"Ada L\"\r");

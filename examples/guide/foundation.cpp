@@ -1,4 +1,4 @@
-// Measures files on a thread of its own while the program goes on, and keeps a log of it.
+// Reads the sizes of files on a second thread, and writes a log.
 #include <deque>
 #include <fstream>
 #include <iostream>
@@ -7,7 +7,7 @@
 
 #include <qor/qor.h>
 
-/// Measures files and hands over one result after the other.
+/// Reads the sizes of files. Another thread can take each size as soon as it is known.
 class Survey : public qor::Task
 {
 public:
@@ -16,7 +16,7 @@ public:
     void run() override
     {
         for (const std::string& file : m_Files) {
-            // Of a file that cannot be opened, the library itself tells the log why.
+            // If a file cannot be opened, the library logs the reason.
             const unsigned int size = qor::File::fileSize(file);
             qor::Log::debug("%s: %u bytes", file.c_str(), size);
             m_Mutex.lock();
@@ -48,11 +48,11 @@ private:
 
 int main()
 {
-    const std::string folder = qor::File::standardizePath("survey\\");
+    const std::string directory = qor::File::standardizePath("survey\\");
     qor::Log::open("survey.log", false);
-    qor::File::createDirectory(folder);
-    std::ofstream(qor::File::filePath(folder, "north.txt")) << "pier";
-    std::ofstream(qor::File::filePath(folder, "south.txt")) << "lighthouse";
+    qor::File::createDirectory(directory);
+    std::ofstream(qor::File::filePath(directory, "north.txt")) << "pier";
+    std::ofstream(qor::File::filePath(directory, "south.txt")) << "lighthouse";
 
     Survey survey({"survey/north.txt", "survey/south.txt", "survey/west.txt"});
     qor::Thread thread;
@@ -63,7 +63,7 @@ int main()
     thread.wait();
 
     qor::Log::setLevel(qor::Log::INFO);
-    qor::Log::debug("Not written: %d files", 3); // nor formatted
+    qor::Log::debug("Not written: %d files", 3); // filtered out before it is formatted
     qor::Log::info("Done in release " + qor::StringUtil::versionNumberToString(0x01020300));
     qor::Log::close();
 

@@ -1,4 +1,4 @@
-// Paints a sprite, sets copies of it on a turning spiral, and writes the picture to a file.
+// Paints a sprite, copies it to the points of a spiral, and saves the picture.
 #include <cmath>
 #include <iostream>
 
@@ -43,24 +43,25 @@ int main()
     fill(picture, night);
 
     const float center[3] = {216.0f, 136.0f, 0.0f};
-    float move[16], turn[16], place[16];
-    qor::Matrix::makeTranslate(center, move);
+    float translation[16], rotation[16], transform[16];
+    qor::Matrix::makeTranslate(center, translation);
     int written = 0;
     for (int i = 0; i < 40; ++i) {
         const float arm[3] = {static_cast<float>(6 * i), 0.0f, 0.0f};
         float point[3];
-        qor::Matrix::makeRotateZ(static_cast<float>(i) * 0.45f, turn);
-        qor::Matrix::multiply(move, turn, place); // turns first, then moves
-        qor::Matrix::multiplyV(place, arm, point);
-        // All but the black pixels; what lies outside the picture is cut off.
+        qor::Matrix::makeRotateZ(static_cast<float>(i) * 0.45f, rotation);
+        // The right factor is applied first.
+        qor::Matrix::multiply(translation, rotation, transform);
+        qor::Matrix::multiplyV(transform, arm, point);
+        // Copies the pixels that are not black, and clips them to the picture.
         written += picture.blit(ball, ball.getSize(), static_cast<int>(point[0]),
                                 static_cast<int>(point[1]), qor::Image::AL_CKBLACK, 255, 1);
     }
 
     const int saved = picture.saveTGA("spiral.tga", 24);
-    qor::Image again;
-    const int loaded = again.loadTGA("spiral.tga");
+    qor::Image reloaded;
+    const int loaded = reloaded.loadTGA("spiral.tga");
     std::cout << (written > 20000 ? "Many" : "Few") << " pixels set, " << saved << " saved, "
               << loaded << " loaded\n"
-              << "A file that is not there: " << again.loadTGA("nothing.tga") << '\n';
+              << "Missing file: " << reloaded.loadTGA("nothing.tga") << '\n';
 }

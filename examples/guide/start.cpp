@@ -8,7 +8,7 @@ int main()
     qor::Log::open("viewer.log", false);
     qor::Configuration settings(1);
     settings.addIntegerParameter("window/width", 1280, 320, 7680, 0); // default and limits
-    settings.load("settings.xml"); // true: there is none yet, so the default is used
+    settings.load("settings.xml"); // true: a missing file is not an error
 
     qor::XMLElement scene("");
     if (scene.parse("<scene><title>Harbour</title><ship>Aurora</ship></scene>") < 0) {

@@ -1,4 +1,4 @@
-// A ferry: under way, it is either cruising or slowed down by fog; moored, it waits.
+// The states of a ferry. It is moored or under way; under way, it is cruising or slow.
 #include <iostream>
 #include <string>
 
@@ -7,12 +7,12 @@
 
 enum Event : unsigned int { CAST_OFF, MOOR, FOG, CLEAR, HORN };
 
-/// A state that tells what happens to it, and on one event asks for another state.
-class Stage : public qor::State
+/// A state that prints its entries and exits. One event leads to another state.
+class FerryState : public qor::State
 {
 public:
-    Stage(qor::StateMachine& ferry, State& parent, const std::string& name, Event event,
-          const std::string& next)
+    FerryState(qor::StateMachine& ferry, State& parent, const std::string& name, Event event,
+               const std::string& next)
         : State(&ferry, &parent, name), m_Event(event), m_Next(next)
     {
     }
@@ -20,7 +20,7 @@ public:
 protected:
     void onEntry(State* source) override
     {
-        std::cout << "  into " << getName() << " from " << source->getName() << '\n';
+        std::cout << "  enters " << getName() << " from " << source->getName() << '\n';
     }
     bool onEvent(unsigned int event) override
     {
@@ -28,7 +28,7 @@ protected:
     }
     void onExit(State* target) override
     {
-        std::cout << "  out of " << getName() << " for " << target->getName() << '\n';
+        std::cout << "  exits " << getName() << " to " << target->getName() << '\n';
     }
 
 private:
@@ -40,24 +40,24 @@ static void send(qor::StateMachine& ferry, Event event, const char* name)
 {
     std::cout << name << '\n';
     if (!ferry.sendEvent(event)) {
-        std::cout << "  handled by nobody\n";
+        std::cout << "  not handled\n";
     }
 }
 
 int main()
 {
     qor::StateMachine ferry;
-    // What is constructed first is where its parent begins.
-    Stage moored(ferry, ferry, "moored", CAST_OFF, "under way");
-    Stage underWay(ferry, ferry, "under way", MOOR, "moored");
-    Stage cruising(ferry, underWay, "cruising", FOG, "slow");
-    Stage slow(ferry, underWay, "slow", CLEAR, "cruising");
+    // The first child that is constructed is the initial state of its parent.
+    FerryState moored(ferry, ferry, "moored", CAST_OFF, "under way");
+    FerryState underWay(ferry, ferry, "under way", MOOR, "moored");
+    FerryState cruising(ferry, underWay, "cruising", FOG, "slow");
+    FerryState slow(ferry, underWay, "slow", CLEAR, "cruising");
 
     std::cout << "start\n";
     ferry.start();
     send(ferry, CAST_OFF, "cast off");
     send(ferry, FOG, "fog");
     send(ferry, HORN, "horn");
-    send(ferry, MOOR, "moor"); // handled by the state around the current one
+    send(ferry, MOOR, "moor"); // handled by the parent of the current state
     std::cout << "The ferry is " << ferry.getCurrentState()->getName() << ".\n";
 }

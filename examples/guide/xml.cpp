@@ -1,4 +1,4 @@
-// Reads a document, changes it, writes it, and holds it against a template.
+// Reads a document, changes it, saves it, and validates it against a template.
 #include <iostream>
 #include <string>
 
@@ -6,7 +6,7 @@
 
 static const char* const HARBOUR =
     "<harbour>"
-    "  <!-- Two of them are in. -->"
+    "  <!-- Two ships are moored. -->"
     "  <ship><name>Aurora &amp; Bella</name><length>24.5</length></ship>"
     "  <ship><name>Cormorant</name></ship>"
     "</harbour>";
@@ -35,7 +35,7 @@ int main()
     }
     showShips(harbour);
 
-    // What is missing on the way is created; a value may be text, a number or a truth value.
+    // Creates the missing elements of the path. Values can be texts, numbers and booleans.
     harbour.findChild("pilot/aboard", true)->setValue(true);
     qor::XMLElement* const ship = harbour.createChild("ship");
     ship->createChild("name")->setValue("Dolphin");
@@ -51,7 +51,7 @@ int main()
     harbour.deleteChild("pilot");
     std::cout << (harbour.validate(&rules) ? "The harbour is in order.\n" : "Still not.\n");
 
-    // A document that is broken tells where, and what was read until there.
+    // On an error, the result is the negative position, and the part read so far remains.
     std::cout << harbour.parse("<harbour><ship><name>Egret</ship></harbour>") << ": "
               << qor::XMLElement::getLastError() << '\n'
               << harbour.getValue("ship/name", "") << '\n';

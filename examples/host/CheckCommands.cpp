@@ -48,14 +48,14 @@ private:
     }
 };
 
-std::string readMD5(qor::Checksum& checksum)
+std::string finishMD5(qor::Checksum& checksum)
 {
     checksum.finalize();
     return checksum.getChecksumHex();
 }
 
-/// Returns the common CRC-32: the one's complement of a checksum that started with all bits set.
-std::string readCRC32(qor::Checksum& checksum)
+/// Returns the CRC-32 of zip archives: the complement of a checksum that started with all bits set.
+std::string finishCRC32(qor::Checksum& checksum)
 {
     const unsigned int crc = ~checksum.getChecksumInteger();
     constexpr int BITS_PER_DIGIT = 4;
@@ -69,12 +69,12 @@ std::string readCRC32(qor::Checksum& checksum)
 class ChecksumCommand : public Command
 {
 public:
-    using TReader = std::string (*)(qor::Checksum& checksum);
+    using Finisher = std::string (*)(qor::Checksum& checksum);
 
     /// @param checksum the checksum that the command uses
     ChecksumCommand(Host& host, const TDescription& description,
-                    std::unique_ptr<qor::Checksum> checksum, TReader reader)
-        : Command(host, description), m_Checksum(std::move(checksum)), m_Reader(reader)
+                    std::unique_ptr<qor::Checksum> checksum, Finisher finish)
+        : Command(host, description), m_Checksum(std::move(checksum)), m_Finish(finish)
     {
     }
 
@@ -87,7 +87,7 @@ private:
         } else if (!addFile(tokens[1])) {
             return fail("Cannot read " + quote(tokens[1]));
         }
-        print(m_Reader(*m_Checksum));
+        print(m_Finish(*m_Checksum));
         return true;
     }
 
@@ -101,16 +101,16 @@ private:
         }
         std::ifstream file(filename, std::ios::binary);
         std::vector<char> block(BLOCK_SIZE);
-        std::uint64_t done = 0;
+        std::uint64_t bytesRead = 0;
         unsigned int shown = qor::Thread::timer();
         while (file) {
             file.read(block.data(), static_cast<std::streamsize>(block.size()));
             const auto count = static_cast<unsigned int>(file.gcount());
             m_Checksum->addRaw(reinterpret_cast<const unsigned char*>(block.data()), count);
-            done += count;
+            bytesRead += count;
             if (qor::Thread::timer() - shown >= m_Host.getProgressInterval()) {
                 shown = qor::Thread::timer();
-                print(filename + ": " + std::to_string(done >> 20) + " MiB so far");
+                print(filename + ": " + std::to_string(bytesRead >> 20) + " MiB so far");
                 m_Host.refresh();
             }
         }
@@ -118,7 +118,7 @@ private:
     }
 
     const std::unique_ptr<qor::Checksum> m_Checksum;
-    const TReader m_Reader;
+    const Finisher m_Finish;
 };
 
 } // namespace
@@ -131,8 +131,8 @@ void addCheckCommands(Host& host)
         {"validate", "TEMPLATE", "Validate the document against a template file", 1, 1});
     host.addCommand<ChecksumCommand>(
         {"crc32", "[FILE]", "Show the CRC-32 of the document or of a file", 0, 1},
-        std::make_unique<qor::CRC32>(ALL_BITS), readCRC32);
+        std::make_unique<qor::CRC32>(ALL_BITS), finishCRC32);
     host.addCommand<ChecksumCommand>(
         {"md5", "[FILE]", "Show the MD5 of the document or of a file", 0, 1},
-        std::make_unique<qor::MD5>(), readMD5);
+        std::make_unique<qor::MD5>(), finishMD5);
 }

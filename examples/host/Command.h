@@ -8,8 +8,8 @@
 
 class Host;
 
-/// The base of the host's commands. It reports each command's result to the host, because a console
-/// ignores results.
+/// The base class of the host's commands. It passes each result to the host, because qor::Console
+/// does not return the results of commands.
 class Command : public qor::ConsoleCommand
 {
 public:
@@ -32,7 +32,7 @@ public:
 
 protected:
     /// Does the command's work.
-    /// @param tokens the command's name and its parameters, as many as the description allows
+    /// @param tokens the command's name and its parameters, whose number fits the description
     /// @return false after a failure, whose reason was printed with fail()
     virtual bool run(const std::vector<std::string>& tokens) = 0;
 

@@ -30,7 +30,7 @@ std::string Document::save(const TSaveOptions& options, int& size)
 {
     // A copy, since the member is assigned below.
     const std::string filename = options.filename.empty() ? m_Filename : options.filename;
-    std::string error = refuse(filename, options.replaces);
+    std::string error = getRefusal(filename, options.allowsLoss);
     if (!error.empty()) {
         return error;
     }
@@ -48,8 +48,8 @@ std::string Document::save(const TSaveOptions& options, int& size)
     return error;
 }
 
-/// Returns why the document must not be saved to a file; empty if it may.
-std::string Document::refuse(const std::string& filename, bool replaces) const
+/// Returns an error message if saving to a file must be refused, else an empty text.
+std::string Document::getRefusal(const std::string& filename, bool allowsLoss) const
 {
     if (filename.empty()) {
         return "Cannot save: the document has no file yet. Use 'save FILE'";
@@ -61,11 +61,11 @@ std::string Document::refuse(const std::string& filename, bool replaces) const
                "root. "
                "Only that would be saved";
     }
-    return replaces || !qor::File::fileExists(filename) ? "" : refuseToReplace(filename);
+    return allowsLoss || !qor::File::fileExists(filename) ? "" : getReplacementRefusal(filename);
 }
 
-/// Returns why replacing a file would lose its content; empty if it would not.
-std::string Document::refuseToReplace(const std::string& filename) const
+/// Returns an error message if saving would lose content of an existing file, else an empty text.
+std::string Document::getReplacementRefusal(const std::string& filename) const
 {
     const std::string refusal = "Cannot save over " + quote(filename) + ": ";
     const std::string advice = ". Save to another file, or use 'save!'";

@@ -7,7 +7,7 @@
 
 #include "Loader.h"
 
-/// The document that is worked on, its file, and whether it has unsaved changes.
+/// The open document, its file, and whether it has unsaved changes.
 class Document
 {
 public:
@@ -15,7 +15,7 @@ public:
     struct TSaveOptions {
         std::string filename; ///< empty: the document's file
         bool isFormatted = true;
-        bool replaces = false; ///< whether a file may be replaced whose content would be lost
+        bool allowsLoss = false; ///< save even if content of the file is lost
     };
 
     qor::XMLElement& getRoot() { return m_Root; }
@@ -36,18 +36,18 @@ public:
     /// Replaces the document by a loaded one.
     void take(const std::string& filename, Loader::TResult&& result);
 
-    /// Returns why saving to the document's file would change more than the user did; empty if it
-    /// would not.
+    /// Returns a description of the content of the document's file that saving would lose; empty if
+    /// saving keeps all content.
     const std::string& getUnsupported() const { return m_Unsupported; }
 
-    /// Saves the document. The file then is the document's.
+    /// Saves the document. On success, the file becomes the document's file.
     /// @param size receives the number of bytes written
-    /// @return why that failed or was refused; empty on success
+    /// @return an error message if saving failed or was refused; empty on success
     std::string save(const TSaveOptions& options, int& size);
 
 private:
-    std::string refuse(const std::string& filename, bool replaces) const;
-    std::string refuseToReplace(const std::string& filename) const;
+    std::string getRefusal(const std::string& filename, bool allowsLoss) const;
+    std::string getReplacementRefusal(const std::string& filename) const;
     bool isOwnFile(const std::string& filename) const;
 
     qor::XMLElement m_Root{"document"};

@@ -15,25 +15,25 @@
 namespace
 {
 
-/// Returns whether an element is a comment, of which only the name is saved.
+/// Returns whether an element is a comment. Values and children of comments are not saved.
 bool isComment(const qor::XMLElement& element)
 {
     const std::string name = element.getName();
     return !name.empty() && name.front() == '!';
 }
 
-/// The base of the commands that replace the document.
-class DropCommand : public Command
+/// The base class of the commands that replace the document.
+class ReplaceDocumentCommand : public Command
 {
 public:
     /// @param asks whether it asks before unsaved changes are lost
-    DropCommand(Host& host, const TDescription& description, bool asks)
+    ReplaceDocumentCommand(Host& host, const TDescription& description, bool asks)
         : Command(host, description), m_Asks(asks)
     {
     }
 
 protected:
-    bool drop(const std::string& command, const HostStateMachine::Action& action)
+    bool replaceDocument(const std::string& command, const HostStateMachine::Action& action)
     {
         return m_Asks ? m_Host.getStates().dropDocument(command, action) : action();
     }
@@ -42,10 +42,10 @@ private:
     const bool m_Asks;
 };
 
-class NewCommand : public DropCommand
+class NewCommand : public ReplaceDocumentCommand
 {
 public:
-    using DropCommand::DropCommand;
+    using ReplaceDocumentCommand::ReplaceDocumentCommand;
 
 private:
     bool run(const std::vector<std::string>& tokens) override
@@ -57,17 +57,17 @@ private:
         if (!ElementPath::isElementName(name)) {
             return fail("Cannot start a document: " + quote(name) + " is not an element name");
         }
-        return drop("new", [&host = m_Host, name] {
+        return replaceDocument("new", [&host = m_Host, name] {
             host.getDocument().create(name);
             return true;
         });
     }
 };
 
-class LoadCommand : public DropCommand
+class LoadCommand : public ReplaceDocumentCommand
 {
 public:
-    using DropCommand::DropCommand;
+    using ReplaceDocumentCommand::ReplaceDocumentCommand;
 
 private:
     bool run(const std::vector<std::string>& tokens) override
@@ -78,17 +78,19 @@ private:
             return false;
         }
         if (filename.empty()) {
-            return fail("Cannot load the recent document: there is none. Use 'load FILE'");
+            return fail("Cannot load the recent document: no document was loaded or saved before. "
+                        "Use 'load FILE'");
         }
-        return drop("load", [&host = m_Host, filename] { return host.loadDocument(filename); });
+        return replaceDocument("load",
+                               [&host = m_Host, filename] { return host.loadDocument(filename); });
     }
 };
 
 class SaveCommand : public Command
 {
 public:
-    SaveCommand(Host& host, const TDescription& description, bool isFormatted, bool replaces)
-        : Command(host, description), m_Options{"", isFormatted, replaces}
+    SaveCommand(Host& host, const TDescription& description, bool isFormatted, bool allowsLoss)
+        : Command(host, description), m_Options{"", isFormatted, allowsLoss}
     {
     }
 
@@ -142,7 +144,8 @@ private:
     }
 };
 
-// The readers return an element's value; without an element, the default value in the same form.
+// Each of the following functions returns an element's value, or if `element` is null, the default
+// value, as a text of one type.
 
 std::string readText(const Host&, const qor::XMLElement* element, const std::string& defaultValue)
 {
@@ -174,10 +177,10 @@ std::string readBoolean(const Host&, const qor::XMLElement* element,
 class ReadCommand : public Command
 {
 public:
-    using TReader = std::string (*)(const Host& host, const qor::XMLElement* element,
-                                    const std::string& defaultValue);
+    using Reader = std::string (*)(const Host& host, const qor::XMLElement* element,
+                                   const std::string& defaultValue);
 
-    ReadCommand(Host& host, const TDescription& description, TReader reader)
+    ReadCommand(Host& host, const TDescription& description, Reader reader)
         : Command(host, description), m_Reader(reader)
     {
     }
@@ -195,7 +198,7 @@ private:
         return true;
     }
 
-    const TReader m_Reader;
+    const Reader m_Reader;
 };
 
 class PutCommand : public Command
@@ -286,7 +289,7 @@ private:
         const ElementPath path(tokens[1]);
         qor::XMLElement* const parent = path.findParent(document.getRoot());
         qor::XMLElement* const child = parent ? path.find(document.getRoot()) : nullptr;
-        // An empty name could be any element.
+        // An empty name without a number is refused, because it matches every element.
         if (!child || (path.getName().empty() && !path.hasNumber())) {
             return fail("Cannot delete " + quote(tokens[1]) + ": the element does not exist");
         }
@@ -308,7 +311,8 @@ void addFileCommands(Host& host)
     host.addCommand<NewCommand>({"new", "NAME", "Start an empty document", 1, 1}, true);
     host.addCommand<NewCommand>(
         {"new!", "NAME", "Start an empty document and drop unsaved changes", 1, 1}, false);
-    host.addCommand<LoadCommand>({"load", "[FILE]", "Load a file, or the recent one", 0, 1}, true);
+    host.addCommand<LoadCommand>({"load", "[FILE]", "Load a file, or the recent document", 0, 1},
+                                 true);
     host.addCommand<LoadCommand>({"load!", "[FILE]", "Load and drop unsaved changes", 0, 1}, false);
     host.addCommand<SaveCommand>({"save", "[FILE]", "Save with one element per line", 0, 1}, true,
                                  false);
@@ -335,7 +339,7 @@ void addElementCommands(Host& host)
         {"boolean", "PATH [DEFAULT]", "Show a value as true or false", 1, 2}, readBoolean);
     host.addCommand<PutCommand>(
         {"put", "PATH VALUE...", "Set a value and create missing elements", 2, -1});
-    host.addCommand<EditCommand>({"edit", "PATH", "Enter a value on a line of its own", 1, 1});
+    host.addCommand<EditCommand>({"edit", "PATH", "Enter a value on a separate line", 1, 1});
     host.addCommand<AddCommand>({"add", "PATH [VALUE...]", "Append an element", 1, -1});
     host.addCommand<DeleteCommand>({"delete", "PATH", "Delete an element", 1, 1}, false);
     host.addCommand<DeleteCommand>(

@@ -95,11 +95,11 @@ void printTree(qor::Console& console, const qor::XMLElement& root, int depth, in
         console.print(describe(*walk.getElement(), walk.getLevel(), walk.isDeepest()));
         walk.advance();
     }
-    std::size_t leftOutCount = 0;
+    std::size_t omittedCount = 0;
     for (; walk.getElement(); walk.advance()) {
-        ++leftOutCount;
+        ++omittedCount;
     }
-    if (leftOutCount > 0) {
-        console.print("... " + std::to_string(leftOutCount) + " more");
+    if (omittedCount > 0) {
+        console.print("... " + std::to_string(omittedCount) + " more");
     }
 }

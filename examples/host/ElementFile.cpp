@@ -38,7 +38,7 @@ std::string saveElement(const qor::XMLElement& element, const std::string& filen
     if (size < 0) {
         return "Cannot save " + quote(filename) + ": " + qor::XMLElement::getLastError();
     }
-    // `save` reports only whether the file could be opened. A full disk shows in the size.
+    // XMLElement::save does not report a full disk, but then the file is shorter than the text.
     const unsigned int fileSize = qor::File::fileSize(filename);
     if (fileSize != static_cast<unsigned int>(size)) {
         return "Cannot save " + quote(filename) + ": the file has " + std::to_string(fileSize) +

@@ -68,8 +68,8 @@ private:
         printColumns(description.getUsage(), description.help, 26);
     }
 
-    /// Prints a text to the right of a heading, or below a heading that is too long, without
-    /// breaking words at the end of the output's lines.
+    /// Prints a text to the right of a heading, or below it if the heading is too long. Lines are
+    /// broken between words.
     void printColumns(const std::string& heading, const std::string& text, std::size_t column)
     {
         const auto width = static_cast<std::size_t>(std::max(m_Host.getWidth() - 1, 20));
@@ -127,10 +127,11 @@ void addGeneralCommands(Host& host)
     host.beginGroup("General");
     host.addCommand<HelpCommand>(
         {"help", "[COMMAND]", "List the commands, or describe a command or a group", 0, 1});
-    host.addCommand<StateCommand>({"state", "", "Show the state that takes the lines", 0, 0});
+    host.addCommand<StateCommand>({"state", "", "Show the state that handles typed lines", 0, 0});
     for (const std::string name : {"quit", "exit"}) {
-        host.addCommand<QuitCommand>({name, "", "Leave; unsaved changes are not lost", 0, 0}, true);
-        host.addCommand<QuitCommand>({name + "!", "", "Leave and drop unsaved changes", 0, 0},
+        host.addCommand<QuitCommand>(
+            {name, "", "Quit, but ask first if there are unsaved changes", 0, 0}, true);
+        host.addCommand<QuitCommand>({name + "!", "", "Quit and drop unsaved changes", 0, 0},
                                      false);
     }
 }

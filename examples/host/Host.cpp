@@ -169,7 +169,7 @@ bool Host::hasLineFailed(unsigned int outputModCountBefore) const
     return !newest.empty() && newest.front().rfind(FAILURE, 0) == 0;
 }
 
-/// Returns whether the console has refused the number of parameters.
+/// Returns whether the console has rejected the number of parameters of the last line.
 bool Host::isUsageError() const
 {
     std::vector<std::string> newest;
@@ -298,7 +298,7 @@ void Host::showProgress(const Loader::TProgress& progress)
     m_Console.print("Loading " + quote(m_Loader.getFilename()) + ": " + stage);
 }
 
-/// Replaces the document by the loaded one, or prints why loading failed.
+/// Replaces the document by the loaded one, or prints the loader's error.
 /// @return false if loading failed
 bool Host::takeDocument()
 {

@@ -22,7 +22,8 @@
 class Host
 {
 public:
-    /// LINE_BY_LINE and FULL_SCREEN ask the user before changes are lost; SCRIPT fails.
+    /// Before changes are lost, the host asks the user in the modes LINE_BY_LINE and FULL_SCREEN;
+    /// in the mode SCRIPT the command fails.
     enum class Mode { SCRIPT, LINE_BY_LINE, FULL_SCREEN };
 
     /// A line of the console as it is shown.
@@ -51,7 +52,8 @@ public:
     /// Returns the text before the command line.
     std::string getPrompt();
 
-    /// Runs an entered line: as an answer to a question, or else as a command.
+    /// Runs an entered line. It is the answer if the host has asked a question, otherwise a
+    /// command.
     void enterLine(const std::string& line);
 
     /// Returns whether a line failed.
@@ -84,7 +86,7 @@ public:
     void setWidth(int columns) { m_Width = columns; }
     /// @}
 
-    /// Shows the printed lines at once, while a command is running.
+    /// Draws the printed lines before the running command ends.
     /// @{
     void refresh() const;
     void setRefresher(std::function<void()> refresher) { m_Refresher = std::move(refresher); }
@@ -118,12 +120,13 @@ public:
     /// @name Files
     /// @{
 
-    /// Replaces the document by that of a file. After a failure the document is unchanged, and the
-    /// reason was printed. On a full screen this starts the load, and `update` finishes it.
+    /// Replaces the document by that of a file. After a failure the document is unchanged, and an
+    /// error was printed. In the mode FULL_SCREEN this only starts the load, and `update` finishes
+    /// it.
     /// @return false if the load failed or could not be started
     bool loadDocument(const std::string& filename);
 
-    /// Saves the document, or prints why that failed.
+    /// Saves the document. After a failure, an error was printed.
     /// @return false if it was not saved
     bool saveDocument(const Document::TSaveOptions& options);
 
@@ -133,9 +136,9 @@ public:
     /// Shows the progress of a load, and replaces the document at its end.
     void update();
 
-    /// Checks that no document is being loaded. The library's XML errors and the document belong to
-    /// the loader until then.
-    /// @return false after printing an error
+    /// Checks that no document is being loaded. During a load, only the loader may use the last
+    /// error of qor::XMLElement, and the document must not change.
+    /// @return false if a document is being loaded; an error was printed
     bool requireIdleLoader();
 
     /// Returns the milliseconds between two lines of progress.
@@ -148,10 +151,11 @@ public:
     qor::Log::Level getLogLevel() const { return m_LogLevel; }
     void setLogLevel(qor::Log::Level level);
 
-    /// Whether the session ends. HostStateMachine::quit asks before it ends.
+    /// Whether the session ends after the current line. This drops unsaved changes;
+    /// HostStateMachine::quit asks first.
     /// @{
     bool isQuitting() const { return m_IsQuitting; }
-    void leave() { m_IsQuitting = true; }
+    void endSession() { m_IsQuitting = true; }
     /// @}
 
     /// @}
@@ -165,12 +169,13 @@ private:
     void showProgress(const Loader::TProgress& progress);
     bool takeDocument();
 
-    /// Closes the log after all other members have ended, the loader's thread included.
-    struct TLogCloser {
-        ~TLogCloser() { qor::Log::close(); }
+    /// Closes the log. As the first member it is destroyed last, after the loader's thread has
+    /// ended.
+    struct LogCloser {
+        ~LogCloser() { qor::Log::close(); }
     };
 
-    const TLogCloser m_LogCloser;
+    const LogCloser m_LogCloser;
     const Mode m_Mode;
     int m_Width = 80;
     Document m_Document;

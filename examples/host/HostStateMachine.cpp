@@ -149,5 +149,5 @@ bool HostStateMachine::AskingToSave::onEvent(unsigned int event)
 
 void HostStateMachine::Quitting::onEntry(qor::State*)
 {
-    m_Machine.m_Host.leave();
+    m_Machine.m_Host.endSession();
 }

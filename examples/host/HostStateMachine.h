@@ -23,7 +23,8 @@ public:
 
     /// Runs an action that drops the document. With unsaved changes it asks first, or fails in a
     /// script.
-    /// @param command the command that runs it; with `!` appended it is the one that never asks
+    /// @param command the name of the running command, for the message in a script; the command
+    ///        that does not ask has this name and `!`
     /// @return false if the action failed or was refused
     bool dropDocument(const std::string& command, Action action);
 
@@ -33,7 +34,7 @@ public:
     /// Leaves the host without asking.
     bool quitNow() { return sendEvent(QUIT); }
 
-    /// Returns whether the current state takes the next line, instead of the console.
+    /// Returns whether the current state handles the next line. Otherwise the console does.
     bool takesLine() { return !getPrompt().empty(); }
 
     /// Sends an entered line to the current state.
@@ -115,8 +116,8 @@ private:
     Host& m_Host;
     std::string m_EditedPath;
     std::string m_Line;       ///< the line of the event LINE
-    Action m_PendingAction;   ///< waits for the answer
-    Action m_ConfirmedAction; ///< runs after the event that confirmed it
+    Action m_PendingAction;   ///< runs if the user confirms
+    Action m_ConfirmedAction; ///< runs after the current event
     Running m_Running;
     Browsing m_Browsing;
     Editing m_Editing;

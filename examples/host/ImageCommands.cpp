@@ -40,7 +40,7 @@ std::string describe(const std::string& name, const qor::Image& image)
            std::to_string(image.getHeight()) + " pixels";
 }
 
-/// The base of the commands for images, which share the images.
+/// The base class of the image commands. All of them share one gallery.
 class ImageCommand : public Command
 {
 public:
@@ -95,7 +95,8 @@ protected:
         return true;
     }
 
-    /// Returns the text of a negative result; the first reason is that of -1.
+    /// Returns the text of a negative result: the first reason for -1, the second for -2, and so
+    /// on.
     template<std::size_t COUNT>
     static const char* getReason(const std::array<const char*, COUNT>& reasons, int result)
     {
@@ -278,7 +279,8 @@ private:
         const qor::Rectangle part(left, top, left + width, top + height);
         const qor::Rectangle inside = source->getSize().intersect(part);
         if (inside.getWidth() != width || inside.getHeight() != height) {
-            return fail("The part exceeds " + describe(tokens[1], *source));
+            return fail("Cannot copy from " + quote(tokens[1]) +
+                        ": the part exceeds the image. Usage: " + getDescription().getUsage());
         }
         blit(*source, part, *target, x, y, test);
         return true;

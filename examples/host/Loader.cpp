@@ -90,8 +90,9 @@ void Loader::load()
     }
 }
 
-/// @return the content of the file; empty if the load was cancelled; null if the file cannot be
-/// read
+/// Reads the file and reports the progress.
+/// @return the content; an empty text if the load was cancelled; std::nullopt if the file cannot be
+///         read
 std::optional<std::string> Loader::readSource()
 {
     std::error_code error;

@@ -11,9 +11,9 @@
 #include <qor/Thread.h>
 #include <qor/XMLElement.h>
 
-/// Loads an XML document on its own thread. One thread makes all calls. Until the result is taken,
-/// no other part of the program may load, parse, save or validate, because the library has one text
-/// for the last error.
+/// Loads an XML document on its own thread. All member functions must be called from one other
+/// thread. Until the result is taken, no other part of the program may load, parse, save or
+/// validate XML, because qor::XMLElement has only one last error.
 class Loader : private qor::Task
 {
 public:
@@ -26,7 +26,7 @@ public:
 
     struct TResult {
         qor::XMLElement document{""};
-        std::string error;                         ///< why loading failed; empty on success
+        std::string error;                         ///< an error message; empty on success
         std::string unsupported;                   ///< the result of findUnsupported
         std::filesystem::file_time_type writeTime; ///< of the file before it was read
     };

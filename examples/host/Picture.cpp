@@ -17,7 +17,7 @@ TChannels split(std::uint32_t pixel)
     return {pixel >> 16 & 0xFF, pixel >> 8 & 0xFF, pixel & 0xFF};
 }
 
-/// Returns how many pixels of a side remain, the first one included.
+/// Returns the number of pixels at the positions 0, `step`, 2 * `step` and so on below `size`.
 int countSamples(int size, int step)
 {
     return (size - 1) / step + 1;
@@ -30,7 +30,7 @@ qor::Image scaleDown(const qor::Image& image, int step)
     const int rows = countSamples(image.getHeight(), step);
     qor::Image small(static_cast<unsigned long>(columns), static_cast<unsigned long>(rows));
     const std::ptrdiff_t pitch = image.getWidth();
-    // blitRaw steps over rows of the target, too. So each row is a transfer of its own.
+    // blitRaw also skips rows of the target, so each row is transferred separately.
     for (int row = 0; row < rows; ++row) {
         qor::Image::blitRaw(image.getData() + pitch * row * step, columns * step, step,
                             image.getWidth(),
@@ -40,7 +40,7 @@ qor::Image scaleDown(const qor::Image& image, int step)
     return small;
 }
 
-/// Returns the level of the 6 x 6 x 6 color cube that is nearest to a channel.
+/// Returns the nearest level to a channel in the 6 x 6 x 6 color cube of the xterm palette.
 int toCubeLevel(unsigned int channel)
 {
     // The levels are 0, 95, 135, 175, 215 and 255.
@@ -64,6 +64,7 @@ void appendColor(std::string& text, const char* layer, std::uint32_t pixel, Colo
     }
 }
 
+/// Returns the luma with weights that approximate those of ITU-R BT.601.
 unsigned int getBrightness(std::uint32_t pixel)
 {
     const TChannels channels = split(pixel);

@@ -16,7 +16,7 @@ ColorMode getTerminalColors();
 /// A line of a picture: two rows of pixels.
 struct TPictureRow {
     std::vector<std::uint32_t> upper;
-    std::vector<std::uint32_t> lower; ///< empty after the last row of an odd number
+    std::vector<std::uint32_t> lower; ///< empty below the last row if their number is odd
 };
 
 /// Scales an image down by an integer until neither side exceeds a number of columns, and splits it

@@ -22,7 +22,8 @@ struct TVector {
     float v[3];
 };
 
-/// Returns the point of the knot's center line at an angle from 0 to a full turn.
+/// Returns a point of the trefoil knot.
+/// @param angle the parameter of the curve, from 0 to a full turn
 TVector getKnotPoint(float angle)
 {
     const float distance = 2.0f + std::cos(3.0f * angle);
@@ -31,8 +32,8 @@ TVector getKnotPoint(float angle)
 }
 
 /// A point of the knot's center line and two directions perpendicular to the line.
-struct TSection {
-    explicit TSection(float angle) : center(getKnotPoint(angle))
+struct Section {
+    explicit Section(float angle) : center(getKnotPoint(angle))
     {
         constexpr float STEP = 0.01f;
         constexpr float UPWARD[3] = {0.0f, 0.0f, 1.0f};
@@ -125,7 +126,7 @@ public:
         qor::Matrix::multiply(perspective, view, m_Projection);
     }
 
-    /// Returns the pixels of a length of 1 at a distance of 1.
+    /// Returns the size in pixels of an object of size 1 at distance 1.
     static float getZoom(int width, int height)
     {
         return 1.15f * static_cast<float>(std::min(width, height));
@@ -187,7 +188,7 @@ struct TColor {
     float c[4];
 };
 
-/// Returns the bright color of an angle on the color wheel.
+/// Returns a fully bright color by its angle on the color wheel.
 TColor getRainbowColor(float angle)
 {
     constexpr float THIRD = FULL_TURN / 3.0f;
@@ -209,7 +210,7 @@ qor::Image renderScene(int width, int height, float angle)
     const int circleCount = 16 + std::min(width, height);
     for (int i = 0; i < lineCount; ++i) {
         const float position = FULL_TURN * static_cast<float>(i) / static_cast<float>(lineCount);
-        const TSection section(position);
+        const Section section(position);
         const TColor color = getRainbowColor(position);
         for (int j = 0; j < circleCount; ++j) {
             const TVector normal = section.getNormal(FULL_TURN * static_cast<float>(j) /

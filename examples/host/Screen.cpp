@@ -37,21 +37,21 @@ void storeSignal(int number)
     receivedSignal = number;
 }
 
-/// Blocks signals except while waiting for input, so that none interrupts the drawing. The
-/// destructor raises a signal that ends the program again.
+/// Blocks signals except while waiting for input, so that no signal interrupts the drawing. If a
+/// signal to end the program was received, the destructor raises it again with its former action.
 class SignalGuard
 {
 public:
     SignalGuard()
     {
-        sigset_t held;
-        sigemptyset(&held);
-        sigaddset(&held, SIGTSTP);
-        sigaddset(&held, SIGWINCH);
+        sigset_t blocked;
+        sigemptyset(&blocked);
+        sigaddset(&blocked, SIGTSTP);
+        sigaddset(&blocked, SIGWINCH);
         for (const int number : ENDING_SIGNALS) {
-            sigaddset(&held, number);
+            sigaddset(&blocked, number);
         }
-        sigprocmask(SIG_BLOCK, &held, &m_FormerMask);
+        sigprocmask(SIG_BLOCK, &blocked, &m_FormerMask);
         for (std::size_t i = 0; i < ENDING_SIGNALS.size(); ++i) {
             catchUnlessIgnored(ENDING_SIGNALS[i], m_FormerActions[i]);
         }
@@ -66,14 +66,14 @@ public:
             sigaction(ENDING_SIGNALS[i], &m_FormerActions[i], nullptr);
         }
         if (receivedSignal != 0) {
-            // The parent process sees that a signal ended the program.
+            // The signal ends the program, so the parent process receives it as the exit status.
             std::raise(receivedSignal);
         }
         sigprocmask(SIG_SETMASK, &m_FormerMask, nullptr);
     }
 
     /// Waits for input, a signal or the end of the time limit, which may be null.
-    /// @return whether there is input or its end
+    /// @return whether standard input can be read or has ended
     bool waitForInput(const timespec* timeLimit) const
     {
         fd_set input;
@@ -104,7 +104,7 @@ private:
     std::array<struct sigaction, ENDING_SIGNALS.size()> m_FormerActions;
 };
 
-struct TTerminalCloser {
+struct TerminalCloser {
     void operator()(SCREEN* terminal) const
     {
         endwin();
@@ -112,12 +112,12 @@ struct TTerminalCloser {
     }
 };
 
-struct TWindowCloser {
+struct WindowCloser {
     void operator()(WINDOW* window) const { delwin(window); }
 };
 
-using TTerminal = std::unique_ptr<SCREEN, TTerminalCloser>;
-using TWindow = std::unique_ptr<WINDOW, TWindowCloser>;
+using TerminalPointer = std::unique_ptr<SCREEN, TerminalCloser>;
+using WindowPointer = std::unique_ptr<WINDOW, WindowCloser>;
 
 /// Allocates curses' color pairs for one drawing.
 class ColorPairs
@@ -184,7 +184,7 @@ public:
             const bool hasRead = readKeys();
             m_Host.update();
             if (hasInput && !hasRead) {
-                // The terminal has gone.
+                // The input has ended: the terminal was closed.
                 return;
             }
         }
@@ -393,8 +393,8 @@ private:
     Host& m_Host;
     LineEditor m_Editor;
     ColorPairs m_Pairs;
-    TWindow m_Output;
-    TWindow m_Input;
+    WindowPointer m_Output;
+    WindowPointer m_Input;
     int m_SkippedRows = 0; ///< how many rows are below the visible ones
 };
 
@@ -405,7 +405,7 @@ bool runScreen(Host& host)
     // curses and wcwidth need the locale's character set. The library ignores the locale.
     std::setlocale(LC_ALL, "");
     const SignalGuard signals;
-    const TTerminal terminal(newterm(nullptr, stdout, stdin));
+    const TerminalPointer terminal(newterm(nullptr, stdout, stdin));
     if (!terminal) {
         return false;
     }

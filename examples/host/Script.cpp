@@ -12,7 +12,7 @@
 namespace
 {
 
-/// Connects a host with an input and an output of lines.
+/// Reads lines for a host and writes its output.
 class Script
 {
 public:
@@ -62,7 +62,7 @@ private:
     bool handleEnd(std::istream& input)
     {
         m_Output << (m_IsInteractive ? "\n" : "");
-        // A terminal that has gone ends its input again and again.
+        // After the terminal was closed, every read reports the end of the input.
         constexpr int MAX_ENDS = 3;
         if (m_IsInteractive && ++m_EndCount < MAX_ENDS) {
             m_Host.getStates().quit();

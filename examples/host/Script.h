@@ -4,8 +4,9 @@
 
 class Host;
 
-/// Runs the lines of a text, and writes the answer to each line at once. In the mode LINE_BY_LINE
-/// it also prompts, and asks before the end of the input loses changes.
+/// Runs the lines of a text, and writes the output of each line before it reads the next one. In
+/// the mode LINE_BY_LINE it writes a prompt before each line, and if the input ends with unsaved
+/// changes, it asks the user.
 /// @param echoes whether to write the input lines, too
 /// @return false if a line failed, the output could not be written, or a script left unsaved
 /// changes

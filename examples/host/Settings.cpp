@@ -12,14 +12,15 @@
 namespace
 {
 
-/// Increased when the meaning of a stored value changes, with the version of that setting.
+/// The version of the settings file. If the meaning of a stored value changes, increase this number
+/// and use it as the version of that setting.
 constexpr unsigned int VERSION = 2;
 
 constexpr unsigned int ANY_VERSION = 0;
 
 /// Reads a file of settings.
 /// @param root receives the file's content; an empty tree if there is no file
-/// @return why that failed; empty on success
+/// @return an error message; empty on success
 std::string readFile(const std::string& filename, qor::XMLElement& root)
 {
     std::error_code error;

@@ -25,12 +25,12 @@ public:
 
     /// Loads the settings from a file, which also becomes the settings' file. A missing file is not
     /// an error.
-    /// @return why that failed; empty on success. After a failure the file is never overwritten.
+    /// @return an error message; empty on success. After a failure the file is never overwritten.
     std::string load(const std::string& filename);
 
     /// Saves the settings. Elements of the file that are not settings are kept.
     /// @param filename another file, which becomes the settings' file; empty: the settings' file
-    /// @return why that failed; empty on success
+    /// @return an error message; empty on success
     std::string save(const std::string& filename = "");
 
     const std::string& getFilename() const { return m_Filename; }
@@ -41,7 +41,7 @@ public:
     /// Returns the settings in the order of declaration.
     const std::vector<TDescription>& getDescriptions() const { return m_Descriptions; }
 
-    /// Copies the console variables that the user has set to the table.
+    /// Copies the values of the console variables to the table.
     void takeVariables();
 
 private:

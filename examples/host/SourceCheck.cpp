@@ -13,13 +13,13 @@ namespace
 
 constexpr const char* BLANKS = " \t\r\n";
 
-/// Reads a document tag by tag. The document is one that the parser has accepted.
+/// Reads a document tag by tag. The parser must have accepted the document.
 class Scanner
 {
 public:
     explicit Scanner(std::string_view source) : m_Source(source) {}
 
-    /// Returns what the first unsupported construct is; empty if there is none.
+    /// Returns a description of the first unsupported construct; empty if there is none.
     std::string scan()
     {
         m_Position = std::min(m_Source.find_first_not_of(BLANKS), m_Source.size());
@@ -37,9 +37,9 @@ public:
     }
 
     /// Returns whether the text ends inside an element.
-    bool isCutShort() const { return m_Depth > 0; }
+    bool isTruncated() const { return m_Depth > 0; }
 
-    /// Returns where the last construct begins.
+    /// Returns the position at which the last construct begins.
     std::size_t getPosition() const { return m_Begin; }
 
 private:
@@ -71,6 +71,7 @@ private:
         if (startsWith("<!--")) {
             const std::string_view comment = readUpTo("-->");
             m_IsAfterChild = true;
+            // The comment ends with the first '>', unless it contains another one.
             return comment.find('>') + 1 < comment.size() ? "a comment that contains '>'" : "";
         }
         if (startsWith("<!")) {
@@ -139,7 +140,7 @@ std::string describeLoadError(const std::string& filename, const std::string& so
 {
     std::string text = "Cannot load " + quote(filename);
     if (!source.empty()) {
-        // The negated result is the position after the last byte that was read.
+        // The negated result is the position after the last byte that the parser has read.
         const TTextPlace place = findPlace(source, static_cast<std::size_t>(-(result + 1)));
         text += ", line " + std::to_string(place.line) + ", column " + std::to_string(place.column);
     }
@@ -157,7 +158,7 @@ std::string findUnsupported(const std::string& source, std::size_t end)
         return describeLine(scanner.getPosition()) + " has " + found +
                ", which saving does not keep";
     }
-    if (scanner.isCutShort()) {
+    if (scanner.isTruncated()) {
         return "the text ends in " + describeLine(end) + ", before the end of its root element";
     }
     const std::size_t rest = source.find_first_not_of(BLANKS, end);

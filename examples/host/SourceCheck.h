@@ -9,10 +9,12 @@ struct TTextPlace {
     std::size_t column;
 };
 
-/// Converts a position in a text, counted from 0.
+/// Returns the line and column of a byte in a text.
+/// @param position the index of the byte, from 0
 TTextPlace findPlace(const std::string& text, std::size_t position);
 
-/// Describes why loading a file failed, with the place of a syntax error and the last XML error.
+/// Returns an error message for a failed load, with line and column of a syntax error and the last
+/// error of qor::XMLElement.
 /// @param source the content of the file; empty if it is unknown
 /// @param result the negative result of XMLElement::load or parse
 std::string describeLoadError(const std::string& filename, const std::string& source, int result);
@@ -21,5 +23,5 @@ std::string describeLoadError(const std::string& filename, const std::string& so
 /// such as a CDATA section or a character reference.
 /// @param source the text that was parsed
 /// @param end the result of XMLElement::parse
-/// @return a sentence about the construct; empty if saving keeps the document
+/// @return a description of the construct with its line; empty if saving keeps the whole document
 std::string findUnsupported(const std::string& source, std::size_t end);

@@ -8,7 +8,8 @@ bool isInteractive();
 /// Returns whether standard output is a terminal.
 bool isOutputTerminal();
 
-/// Lets Ctrl-C end a blocked read of standard input, instead of the program.
+/// Installs a signal handler, so that Ctrl-C ends a blocked read of standard input and not the
+/// program.
 void catchInterrupts();
 
 /// Makes standard input readable again after its end (Ctrl-D) or an interrupt.

@@ -18,7 +18,7 @@
 namespace
 {
 
-constexpr int BAD_USAGE = 2;
+constexpr int USAGE_ERROR = 2;
 constexpr const char* USAGE =
     "Usage: qorhost [--echo] [--log FILE] [--config FILE] [DOCUMENT.xml]\n"
     "Shows, changes and checks an XML document. On a terminal it takes the full screen;\n"
@@ -30,7 +30,7 @@ constexpr const char* USAGE =
 
 struct TArguments {
     bool isValid = true;
-    bool wantsHelp = false;
+    bool isHelpRequested = false;
     bool echoes = false;
     std::string log;
     std::string config;
@@ -43,7 +43,7 @@ TArguments readArguments(int count, char** values)
     for (int i = 1; i < count; ++i) {
         const std::string value = values[i];
         if (value == "--help") {
-            arguments.wantsHelp = true;
+            arguments.isHelpRequested = true;
         } else if (value == "--echo") {
             arguments.echoes = true;
         } else if (value == "--log" && i + 1 < count) {
@@ -61,7 +61,7 @@ TArguments readArguments(int count, char** values)
 
 /// Loads the settings and the document, and prints the greeting.
 /// @return false if the settings or the document could not be loaded
-bool begin(Host& host, const TArguments& arguments)
+bool startSession(Host& host, const TArguments& arguments)
 {
     const std::string error = host.getSettings().load(
         arguments.config.empty() ? Host::getUserFile("settings.xml") : arguments.config);
@@ -77,7 +77,8 @@ bool begin(Host& host, const TArguments& arguments)
     return (filename.empty() || host.loadDocument(filename)) && hasSettings;
 }
 
-/// Saves the settings of an interactive session, such as the recent document.
+/// Saves the settings after an interactive session, because they contain the recent document.
+/// @return the exit status
 int saveSettings(Host& host)
 {
     // While a document is being loaded, the last XML error belongs to the loader.
@@ -107,10 +108,10 @@ int runHost(const TArguments& arguments)
     addLogCommands(host, openLog(host, arguments.log));
     addGeneralCommands(host);
 
-    const bool hasBegun = begin(host, arguments);
+    const bool hasStarted = startSession(host, arguments);
     if (host.getMode() == Host::Mode::SCRIPT) {
         const bool hasSucceeded = runScript(host, std::cin, std::cout, arguments.echoes);
-        return hasBegun && hasSucceeded ? EXIT_SUCCESS : EXIT_FAILURE;
+        return hasStarted && hasSucceeded ? EXIT_SUCCESS : EXIT_FAILURE;
     }
     if (host.getMode() == Host::Mode::LINE_BY_LINE) {
         catchInterrupts();
@@ -129,9 +130,9 @@ try {
     const TArguments arguments = readArguments(argumentCount, argumentValues);
     if (!arguments.isValid) {
         std::cerr << USAGE;
-        return BAD_USAGE;
+        return USAGE_ERROR;
     }
-    if (arguments.wantsHelp) {
+    if (arguments.isHelpRequested) {
         std::cout << USAGE;
         return EXIT_SUCCESS;
     }

@@ -6,7 +6,7 @@
 
 #include <qor/Console.h>
 
-/// Draws the last lines of a console. Here a line of text stands for a row of pixels.
+/// Draws the last lines of a console. This program prints rows of text instead.
 class ConsoleView
 {
 public:

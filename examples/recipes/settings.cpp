@@ -4,7 +4,7 @@
 
 #include <qor/Configuration.h>
 
-/// Stands for the window of your toolkit.
+/// Replace it by the window of your toolkit.
 struct TWindow {
     int width;
     int height;

@@ -68,7 +68,9 @@ qor::XMLElement* ElementPath::findParent(qor::XMLElement& root) const
     return m_Parts.empty() ? nullptr : const_cast<qor::XMLElement*>(find(root, m_Parts.size() - 1));
 }
 
-/// @param parent null if the parent is to be created, too
+/// Returns whether a missing child can be created. Its number may exceed the count of existing
+/// children with that name by one.
+/// @param parent null if the parent does not exist yet
 bool ElementPath::canCreate(const qor::XMLElement* parent, const TPart& part)
 {
     if (!isElementName(part.name)) {

@@ -6,8 +6,8 @@
 
 #include <qor/XMLElement.h>
 
-/// A path to an element that also reaches the second of several children with one name, such as
-/// `ships/ship[2]/name`.
+/// A path to an element, such as `ships/ship[2]/name`. Unlike the paths of qor::XMLElement, it can
+/// select one of several children with the same name.
 ///
 /// Names are separated by `/`, and one leading `/` is ignored. `name[N]` is the child number N with
 /// that name, counted from 1; `[N]` is the child number N with any name. A name without a number is
@@ -23,8 +23,8 @@ public:
     qor::XMLElement* find(qor::XMLElement& root) const;
     /// @}
 
-    /// Returns the element that the path without its last part names, or null if it does not exist
-    /// or the path is empty.
+    /// Returns the parent of the path's element, or null if the parent does not exist or the path
+    /// is empty. The element itself need not exist.
     qor::XMLElement* findParent(qor::XMLElement& root) const;
 
     /// Returns the element, after creating missing elements. A number may exceed the count of the

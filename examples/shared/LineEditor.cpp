@@ -58,12 +58,12 @@ void LineEditor::moveRight()
 
 void LineEditor::showOlder()
 {
-    setText(m_History.showOlder(m_Text));
+    setText(m_History.moveToOlder(m_Text));
 }
 
 void LineEditor::showNewer()
 {
-    setText(m_History.showNewer(m_Text));
+    setText(m_History.moveToNewer(m_Text));
 }
 
 std::string LineEditor::enter()

@@ -11,7 +11,7 @@ void LineHistory::add(const std::string& line)
     m_Position = m_Lines.size();
 }
 
-const std::string& LineHistory::showOlder(const std::string& typed)
+const std::string& LineHistory::moveToOlder(const std::string& typed)
 {
     if (m_Position == m_Lines.size()) {
         m_Typed = typed;
@@ -22,7 +22,7 @@ const std::string& LineHistory::showOlder(const std::string& typed)
     return m_Lines.empty() ? m_Typed : m_Lines[m_Position];
 }
 
-const std::string& LineHistory::showNewer(const std::string& typed)
+const std::string& LineHistory::moveToNewer(const std::string& typed)
 {
     if (m_Position == m_Lines.size()) {
         m_Typed = typed;

@@ -12,7 +12,7 @@ bool isContinuation(char byte)
 }
 
 /// Returns the size of the valid UTF-8 sequence at `position`, or 0. Overlong forms, surrogates and
-/// numbers above 0x10FFFF are not valid.
+/// numbers above 0x10FFFF are not valid (The Unicode Standard, table 3-7).
 std::size_t measureSequence(const std::string& text, std::size_t position)
 {
     const auto lead = static_cast<unsigned char>(text[position]);
@@ -31,7 +31,7 @@ std::size_t measureSequence(const std::string& text, std::size_t position)
             return 0;
         }
     }
-    // These leads do not allow every second byte.
+    // After these lead bytes, the range of the second byte is smaller.
     const auto second = static_cast<unsigned char>(text[position + 1]);
     const bool isValid = lead == 0xE0   ? second >= 0xA0
                          : lead == 0xED ? second < 0xA0

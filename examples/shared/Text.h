@@ -17,6 +17,6 @@ std::size_t nextCharacter(const std::string& text, std::size_t position);
 /// Returns the position of the UTF-8 character that ends before `position`; 0 at the start.
 std::size_t previousCharacter(const std::string& text, std::size_t position);
 
-/// Breaks a text between words into lines of at most `width` bytes. A longer word gets a line of
-/// its own. Several blanks count as one.
+/// Breaks a text between words into lines of at most `width` bytes. A longer word gets its
+/// own line. Several blanks count as one.
 std::vector<std::string> wrapWords(const std::string& text, std::size_t width);

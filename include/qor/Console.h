@@ -54,6 +54,12 @@ public:
         VT_STRING = 4
     };
 
+    /// Name and description of a command or variable.
+    struct TDescription {
+        std::string name; ///< the name given at registration
+        std::string help; ///< the description given at registration
+    };
+
     /// Constructs a console with the two built-in commands and no output.
     /// @param maxOutputLines maximum number of output lines to keep; a negative number keeps all
     /// @throws std::bad_alloc if there is not enough memory
@@ -103,6 +109,18 @@ public:
     /// Removes a variable. Its storage is not touched.
     /// @param name name of the variable; an unknown one changes nothing
     void removeVariable(const std::string& name);
+
+    /// Returns all commands in bytewise order of their names, for a `help` command or for
+    /// completion. Takes time proportional to their number.
+    /// @return copies, including the built-in commands
+    /// @throws std::bad_alloc
+    [[nodiscard]] std::vector<TDescription> getCommands() const;
+
+    /// Returns all variables in bytewise order of their names. Takes time proportional to their
+    /// number.
+    /// @return copies
+    /// @throws std::bad_alloc
+    [[nodiscard]] std::vector<TDescription> getVariables() const;
 
     /// Processes one typed character. Code 13 runs a command line that is not empty: it prints the
     /// line, executes the command, and clears the line. Code 10 removes the last character. Codes

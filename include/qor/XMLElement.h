@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include "qor/Export.h"
+#include "qor/XMLChildren.h"
 
 namespace qor
 {
@@ -270,6 +271,22 @@ public:
                                                  const std::string& name) const noexcept;
     /// @}
 
+    /// Returns a view of the children for a range-based `for` loop.
+    /// @param name name of the children to visit; an empty one visits all
+    /// @return the view, which is valid as long as this element
+    /// @throws std::bad_alloc
+    /// @{
+    [[nodiscard]] XMLChildren<XMLElement> getChildren(const std::string& name = std::string())
+    {
+        return {*this, name};
+    }
+    [[nodiscard]] XMLChildren<const XMLElement>
+    getChildren(const std::string& name = std::string()) const
+    {
+        return {*this, name};
+    }
+    /// @}
+
     /// Returns the element at a path.
     /// @param path the path, see the class description
     /// @param create true appends each missing element to the children of its parent
@@ -336,6 +353,13 @@ public:
     /// @return the text, with nothing added between the tags
     /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] std::string toString() const;
+
+    /// Returns the text that save() writes.
+    /// @param formatted true writes one element per line, indented by tabs; false adds nothing
+    ///        between the tags. See save() for the size of formatted text.
+    /// @return the text
+    /// @throws std::bad_alloc
+    [[nodiscard]] std::string toString(bool formatted) const;
 
     /// Returns the description of the last failure of load(), parse(), save() or validate() on any
     /// element in the process. A success does not change it.

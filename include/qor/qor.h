@@ -29,4 +29,5 @@
 #include "qor/Thread.h"
 #include "qor/Vector.h"
 #include "qor/Version.h"
+#include "qor/XMLChildren.h"
 #include "qor/XMLElement.h"

@@ -11,14 +11,14 @@ namespace qor
 namespace
 {
 
-// __builtin_cpu_supports also checks that the system saves the vectors.
+// __builtin_cpu_supports also checks that the operating system saves the vector registers.
 
 bool has128()
 {
     return __builtin_cpu_supports("pclmul") != 0;
 }
 
-constexpr TCRCFolding FOLDING_128 = {128, 64, has128, fold<TVector128>};
+constexpr TCRCFolding FOLDING_128 = {128, 64, has128, fold<Vector128>};
 
 #ifdef QORTK_WIDE_CRC_FOLDING
 bool has256()
@@ -40,7 +40,7 @@ constexpr const TCRCFolding* FOLDINGS[] = {&FOLDING_128};
 
 } // namespace
 
-TCRCFoldings getCRCFoldings()
+TCRCFoldingList getCRCFoldings()
 {
     return {std::begin(FOLDINGS), std::end(FOLDINGS)};
 }

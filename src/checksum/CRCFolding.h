@@ -13,11 +13,11 @@ namespace qor
 /// CRCFolding.cpp has the list of implementations, NoCRCFolding.cpp an empty one for other
 /// processors and compilers.
 struct TCRCFolding {
-    static constexpr std::size_t UNIT = 16;
+    static constexpr std::size_t UNIT = 16; ///< folding adds only multiples of this size
 
-    int vectorBits;
-    std::size_t minSize;
-    bool (*isSupported)(); ///< whether this processor and system can run it
+    int vectorBits;        ///< width of the vectors
+    std::size_t minSize;   ///< minimum size of data in bytes
+    bool (*isSupported)(); ///< returns whether the processor and the operating system support it
 
     /// Adds data to a register, except the last `size` % `UNIT` bytes.
     /// @param value the register before the data
@@ -26,18 +26,18 @@ struct TCRCFolding {
     std::uint32_t (*fold)(std::uint32_t value, const unsigned char* data, std::size_t size);
 };
 
-/// The implementations that the library was compiled with, whatever this processor can run.
-struct TCRCFoldings {
+/// The implementations in the library, including those that this processor cannot run.
+struct TCRCFoldingList {
     const TCRCFolding* const* first;
-    const TCRCFolding* const* last;
+    const TCRCFolding* const* pastLast;
 
     const TCRCFolding* const* begin() const { return first; }
-    const TCRCFolding* const* end() const { return last; }
+    const TCRCFolding* const* end() const { return pastLast; }
 };
 
-TCRCFoldings getCRCFoldings();
+TCRCFoldingList getCRCFoldings();
 
-/// @return the fastest implementation for this size on this processor; null if there is none
+/// Returns the fastest implementation for this size on this processor; null if there is none.
 const TCRCFolding* chooseCRCFolding(std::size_t size);
 
 } // namespace qor

@@ -7,7 +7,7 @@ namespace qor
 namespace
 {
 
-struct TVector256 {
+struct Vector256 {
     using Type = __m256i;
 
     static Type load(const unsigned char* data)
@@ -20,12 +20,11 @@ struct TVector256 {
     }
     static Type fromConstants(TFoldConstants constants)
     {
-        return _mm256_set_epi64x(constants.second, constants.first, constants.second,
-                                 constants.first);
+        return _mm256_set_epi64x(constants.high, constants.low, constants.high, constants.low);
     }
     static Type fromRegister(std::uint32_t value)
     {
-        return _mm256_zextsi128_si256(TVector128::fromRegister(value));
+        return _mm256_zextsi128_si256(Vector128::fromRegister(value));
     }
     static Type add(Type a, Type b) { return _mm256_xor_si256(a, b); }
     static Type foldInto(Type target, Type bytes, Type constants)
@@ -40,7 +39,7 @@ struct TVector256 {
 
 std::uint32_t fold256(std::uint32_t value, const unsigned char* data, std::size_t size)
 {
-    return fold<TVector256>(value, data, size);
+    return fold<Vector256>(value, data, size);
 }
 
 } // namespace qor

@@ -7,19 +7,18 @@ namespace qor
 namespace
 {
 
-struct TVector512 {
+struct Vector512 {
     using Type = __m512i;
 
     static Type load(const unsigned char* data) { return _mm512_loadu_si512(data); }
     static void store(unsigned char* data, Type vector) { _mm512_storeu_si512(data, vector); }
     static Type fromConstants(TFoldConstants constants)
     {
-        return _mm512_set4_epi64(constants.second, constants.first, constants.second,
-                                 constants.first);
+        return _mm512_set4_epi64(constants.high, constants.low, constants.high, constants.low);
     }
     static Type fromRegister(std::uint32_t value)
     {
-        return _mm512_zextsi128_si512(TVector128::fromRegister(value));
+        return _mm512_zextsi128_si512(Vector128::fromRegister(value));
     }
     static Type add(Type a, Type b) { return _mm512_xor_si512(a, b); }
     static Type foldInto(Type target, Type bytes, Type constants)
@@ -35,7 +34,7 @@ struct TVector512 {
 
 std::uint32_t fold512(std::uint32_t value, const unsigned char* data, std::size_t size)
 {
-    return fold<TVector512>(value, data, size);
+    return fold<Vector512>(value, data, size);
 }
 
 } // namespace qor

@@ -11,8 +11,8 @@ namespace
 constexpr std::size_t SLICE_COUNT = 16;
 
 /// The tables of slicing-by-16 (after M. Kounavis and F. Berry, "A Systematic Approach to Building
-/// High Performance Software-based CRC Generators", 2005). Table n has the register that each byte
-/// leaves when n zero bytes follow it.
+/// High Performance Software-based CRC Generators", 2005). Table n maps a byte to the register
+/// after this byte and n zero bytes.
 class CRCTables
 {
 public:
@@ -44,13 +44,14 @@ private:
 
 constexpr CRCTables TABLES;
 
-/// Adds 4, 8 or 16 bytes at once: the look-ups do not depend on each other.
+/// Adds SIZE bytes, a multiple of 4. Unlike those of a loop over bytes, the look-ups are
+/// independent of each other.
 template<std::size_t SIZE>
 std::uint32_t addSlices(std::uint32_t value, const unsigned char* data)
 {
     std::uint32_t sum = 0;
     for (std::size_t i = 0; i < SIZE; i += sizeof value) {
-        // All four bytes of the register meet the first four bytes of the data.
+        // The register is combined with the first four bytes.
         const std::uint32_t word = loadWord(data + i) ^ (i == 0 ? value : 0);
         const std::size_t table = SIZE - 1 - i;
         sum ^= TABLES.get(table, word) ^ TABLES.get(table - 1, word >> 8) ^

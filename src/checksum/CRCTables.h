@@ -8,8 +8,8 @@ namespace qor
 
 constexpr std::uint32_t POLYNOMIAL = 0xEDB88320; ///< reflected, without x^32
 
-/// Shifts an empty CRC register by one bit. This is a multiplication by x: the highest bit of a
-/// reflected polynomial is its lowest power.
+/// Multiplies a reflected polynomial by x, modulo POLYNOMIAL. The highest bit is the lowest power,
+/// so this shifts right. A CRC register changes in the same way when one zero bit is added.
 constexpr std::uint32_t multiplyByX(std::uint32_t value)
 {
     return (value >> 1) ^ ((value & 1) != 0 ? POLYNOMIAL : 0);

@@ -9,7 +9,7 @@ namespace qor
 namespace
 {
 
-/// Adds bytes in pieces whose length `addRaw` can take.
+/// Adds bytes in pieces, because the length of `addRaw` is an unsigned int.
 void addBytes(Checksum& checksum, const char* text, std::size_t size)
 {
     constexpr std::size_t MAX_PIECE = std::numeric_limits<unsigned int>::max();

@@ -12,9 +12,9 @@ namespace
 {
 
 /// Offset of the length of the data in the last block.
-constexpr unsigned int LENGTH_POSITION = 56;
+constexpr unsigned int LENGTH_OFFSET = 56;
 
-std::uint32_t rotated(std::uint32_t word, int bits)
+std::uint32_t rotateLeft(std::uint32_t word, int bits)
 {
     return word << bits | word >> (32 - bits);
 }
@@ -23,14 +23,14 @@ std::uint32_t rotated(std::uint32_t word, int bits)
 // operations depend on b, the result of the previous step. The two terms of G share no bit, so they
 // can be added one after the other instead of combined by "or".
 
-struct TMixF {
+struct MixF {
     static void add(std::uint32_t& a, std::uint32_t b, std::uint32_t c, std::uint32_t d)
     {
         a += ((c ^ d) & b) ^ d;
     }
 };
 
-struct TMixG {
+struct MixG {
     static void add(std::uint32_t& a, std::uint32_t b, std::uint32_t c, std::uint32_t d)
     {
         a += c & ~d;
@@ -38,14 +38,14 @@ struct TMixG {
     }
 };
 
-struct TMixH {
+struct MixH {
     static void add(std::uint32_t& a, std::uint32_t b, std::uint32_t c, std::uint32_t d)
     {
         a += b ^ (c ^ d);
     }
 };
 
-struct TMixI {
+struct MixI {
     static void add(std::uint32_t& a, std::uint32_t b, std::uint32_t c, std::uint32_t d)
     {
         a += c ^ (b | ~d);
@@ -75,7 +75,7 @@ void runRound(std::uint32_t (&state)[4], const unsigned char* block)
         first += SINES[16 * ROUND + number] +
                  loadWord(block + (FIRST + STRIDE * number) % 16 * sizeof first);
         TMix::add(first, second, third, fourth);
-        first = rotated(first, rotation) + second;
+        first = rotateLeft(first, rotation) + second;
     };
     for (unsigned int i = 0; i < 16; i += 4) {
         step(a, b, c, d, i, R0);
@@ -107,6 +107,7 @@ void MD5::addRaw(const unsigned char* data, unsigned int length)
     m_BitCount[0] += length << 3;
     m_BitCount[1] += (length >> 29) + (m_BitCount[0] < oldBits ? 1 : 0);
 
+    // The number of bytes that m_Block holds, modulo its size.
     const unsigned int buffered = oldBits >> 3 & (BLOCK_SIZE - 1);
     if (buffered > 0) {
         const unsigned int size = std::min(length, BLOCK_SIZE - buffered);
@@ -131,14 +132,14 @@ void MD5::finalize()
     unsigned char* const bytes = blockBytes();
     unsigned int size = m_BitCount[0] >> 3 & (BLOCK_SIZE - 1);
     bytes[size++] = 0x80;
-    if (size > LENGTH_POSITION) {
+    if (size > LENGTH_OFFSET) {
         std::memset(bytes + size, 0, BLOCK_SIZE - size);
         MD5Transform(m_Block);
         size = 0;
     }
-    std::memset(bytes + size, 0, LENGTH_POSITION - size);
-    storeWord(bytes + LENGTH_POSITION, m_BitCount[0]);
-    storeWord(bytes + LENGTH_POSITION + 4, m_BitCount[1]);
+    std::memset(bytes + size, 0, LENGTH_OFFSET - size);
+    storeWord(bytes + LENGTH_OFFSET, m_BitCount[0]);
+    storeWord(bytes + LENGTH_OFFSET + 4, m_BitCount[1]);
     MD5Transform(m_Block);
 }
 
@@ -175,10 +176,10 @@ void MD5::MD5Transform(const unsigned int* block)
 {
     const unsigned char* const bytes = reinterpret_cast<const unsigned char*>(block);
     std::uint32_t state[4] = {m_State[0], m_State[1], m_State[2], m_State[3]};
-    runRound<TMixF, 0, 0, 1, 7, 12, 17, 22>(state, bytes);
-    runRound<TMixG, 1, 1, 5, 5, 9, 14, 20>(state, bytes);
-    runRound<TMixH, 2, 5, 3, 4, 11, 16, 23>(state, bytes);
-    runRound<TMixI, 3, 0, 7, 6, 10, 15, 21>(state, bytes);
+    runRound<MixF, 0, 0, 1, 7, 12, 17, 22>(state, bytes);
+    runRound<MixG, 1, 1, 5, 5, 9, 14, 20>(state, bytes);
+    runRound<MixH, 2, 5, 3, 4, 11, 16, 23>(state, bytes);
+    runRound<MixI, 3, 0, 7, 6, 10, 15, 21>(state, bytes);
     for (int i = 0; i < 4; ++i) {
         m_State[i] += state[i];
     }

@@ -3,7 +3,7 @@
 namespace qor
 {
 
-TCRCFoldings getCRCFoldings()
+TCRCFoldingList getCRCFoldings()
 {
     return {nullptr, nullptr};
 }

@@ -91,9 +91,9 @@ Configuration* Configuration::getInstance() noexcept
     return m_Instance;
 }
 
-// The value is set from the record, which is a copy of the arguments: adding a parameter moves
-// texts in the table, to which an argument may refer. After adding, setting the value takes no
-// memory unless a listener does.
+// An argument may refer to a text in the table, and adding a parameter moves these texts. So the
+// functions below first copy their arguments to a record, and use only the record afterwards.
+// Setting the initial value allocates no memory, except in listeners.
 
 bool Configuration::addBooleanParameter(const std::string& name, bool defaultValue,
                                         unsigned int version)

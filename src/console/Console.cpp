@@ -18,8 +18,8 @@ bool isDelimiter(char character)
     return character == ' ' || character == '\t';
 }
 
-/// Splits a command line into its tokens and drops the empty ones.
-/// @return whether each quotation ends
+/// Splits a command line into its tokens and drops empty ones.
+/// @return false if a quotation is not terminated
 bool tokenize(const std::string& line, std::vector<std::string>& tokens)
 {
     constexpr std::size_t TYPICAL_TOKEN_COUNT = 4;
@@ -43,6 +43,18 @@ bool tokenize(const std::string& line, std::vector<std::string>& tokens)
         }
         position = quoted ? end + 1 : end;
     }
+}
+
+/// Returns the names and descriptions of a table's entries.
+template<typename TTable>
+std::vector<Console::TDescription> describe(const TTable& table)
+{
+    std::vector<Console::TDescription> descriptions;
+    descriptions.reserve(table.size());
+    for (const auto& [name, entry] : table) {
+        descriptions.push_back({name, entry.help});
+    }
+    return descriptions;
 }
 
 } // namespace
@@ -101,9 +113,20 @@ void Console::removeVariable(const std::string& name)
     m_Variables.erase(name);
 }
 
+std::vector<Console::TDescription> Console::getCommands() const
+{
+    return describe(m_Commands);
+}
+
+std::vector<Console::TDescription> Console::getVariables() const
+{
+    return describe(m_Variables);
+}
+
 bool Console::putChar(char character)
 {
-    // Bytes above 127 are negative on every machine and so not printable.
+    // Bytes above 127 become negative on every system, also where char is unsigned, and are
+    // ignored.
     const int code = static_cast<signed char>(character);
     if (code >= FIRST_PRINTABLE) {
         m_CommandLine += character;
@@ -141,6 +164,7 @@ void Console::print(const std::string& line)
     if (m_Output.size() < static_cast<unsigned int>(m_MaxOutputLines)) {
         m_Output.push_back(line);
     } else if (!m_Output.empty()) {
+        // The full output is a ring buffer: the new line replaces the oldest one.
         std::string& oldest = m_Output[m_OldestOutput];
         if (oldest.capacity() > 2 * line.size()) {
             std::string(line).swap(oldest); // assigning would keep the buffer of the dropped line
@@ -162,8 +186,8 @@ void Console::getOutput(std::vector<std::string>& lines, int lineCount, int skip
     const std::size_t available = m_Output.size() - skipped;
     const std::size_t count = std::min(available, static_cast<std::size_t>(lineCount));
     lines.reserve(count);
-    for (std::size_t age = available; age > available - count; --age) {
-        lines.push_back(m_Output[(m_OldestOutput + age - 1) % m_Output.size()]);
+    for (std::size_t position = available; position > available - count; --position) {
+        lines.push_back(m_Output[(m_OldestOutput + position - 1) % m_Output.size()]);
     }
 }
 
@@ -179,6 +203,7 @@ unsigned int Console::getOutputModCount() const noexcept
 
 bool Console::execute(const std::vector<std::string>& tokens)
 {
+    // parseAndExecute() has checked the number of tokens against the limits of "set" and "get".
     const auto found = m_Variables.find(tokens[1]);
     if (found == m_Variables.end()) {
         return fail("Error: Variable not found");
@@ -217,7 +242,7 @@ bool Console::parseAndExecute(const std::string& commandLine)
     if (parameterCount > static_cast<unsigned int>(command.maxParameters)) {
         return fail("Error: Too many parameters for command");
     }
-    // The handler may remove its own record, which is not accessed from here on.
+    // The handler may remove its own command, so `command` must not be used after this call.
     return command.command->execute(tokens);
 }
 

@@ -16,8 +16,8 @@ namespace
 constexpr int CHANNELS = 3; ///< without alpha
 constexpr int ALPHA = 3;
 
-/// Truncates a channel times 255 to a signed 32-bit integer, saturated; NaN gives 0. Returns its
-/// bits.
+/// Returns the bits of a channel times 255, truncated to a signed 32-bit integer. Values out of
+/// range saturate, and NaN gives 0.
 std::uint32_t toLevel(float channel)
 {
     constexpr float LIMIT = 2147483648.0f; // 2^31, the smallest float above the 32-bit integers
@@ -71,14 +71,14 @@ void Color::clip(const float* in, float low, float high, float* out)
 
 void Color::normalize(const float* in, float* out)
 {
-    float largest = 0.0f;
+    float maximum = 0.0f;
     for (int i = 0; i < CHANNELS; ++i) {
-        largest = in[i] > largest ? in[i] : largest;
+        maximum = in[i] > maximum ? in[i] : maximum;
     }
     for (int i = 0; i < CHANNELS; ++i) {
-        out[i] = in[i] > 0.0f ? in[i] / largest : 0.0f;
+        out[i] = in[i] > 0.0f ? in[i] / maximum : 0.0f;
     }
-    // In this form, unlike std::min and std::max, NaN stays NaN.
+    // These comparisons keep NaN; std::min and std::max would depend on the order of arguments.
     const float alpha = in[ALPHA] > 1.0f ? 1.0f : in[ALPHA];
     out[ALPHA] = alpha < 0.0f ? 0.0f : alpha;
 }

@@ -17,27 +17,29 @@ namespace
 
 constexpr std::ptrdiff_t PIXEL_SIZE = sizeof(std::uint32_t);
 
-/// Sizes are signed 32-bit integers, however wide `unsigned long` is.
+/// Converts a size to a signed 32-bit integer, even if `unsigned long` has 64 bits.
 int toSize(unsigned long size)
 {
     return static_cast<int>(static_cast<std::uint32_t>(size));
 }
 
-/// Returns whether the range of `length` pixels from `begin` lies within 0 to `size`. The test
-/// cannot overflow: `size - length` is computed only if neither is negative.
-bool contains(int size, int begin, int length)
+/// Returns whether the range of `length` pixels from `begin` lies within 0 to `size`, which must
+/// not be negative. `size - length` cannot overflow, because a negative `length` is rejected
+/// before.
+bool isRangeInside(int size, int begin, int length)
 {
     return begin >= 0 && length >= 0 && begin <= size - length;
 }
 
-/// Returns whether an image has pixels for a whole area.
+/// Returns whether an image has pixels for a whole area. Images with pixels have positive sizes.
 bool hasArea(const Image& image, const Rectangle& area, int width, int height)
 {
-    return image.getData() && contains(image.getWidth(), area.getLeft(), width) &&
-           contains(image.getHeight(), area.getTop(), height);
+    return image.getData() && isRangeInside(image.getWidth(), area.getLeft(), width) &&
+           isRangeInside(image.getHeight(), area.getTop(), height);
 }
 
-/// The two areas of a transfer between images. The size of `source` counts for both.
+/// The two areas of a transfer between images, clipped to the target. Both have the size of
+/// `source`; the size of `target` is not used.
 struct TClippedAreas {
     Rectangle source;
     Rectangle target;
@@ -52,8 +54,8 @@ TClippedAreas clip(const Image& source, const Rectangle& sourceRect, const Image
                  wrappingSum(y, sourceRect.getHeight()));
     target.getSize().clipRectangle(to, from, scale);
     const int width = from.getWidth(), height = from.getHeight();
-    // Clipping guards neither against an area outside the source nor against a scale below 1,
-    // which cuts too little off the source.
+    // clipRectangle() clips to the target only, and with a scale below 1 it cuts too little from
+    // the source. So both areas are checked here.
     const bool isEmpty = from.empty() || !hasArea(source, from, width, height) ||
                          !hasArea(target, to, width, height);
     return {from, to, isEmpty};
@@ -212,7 +214,7 @@ int Image::blitRaw(const void* source, int width, int height, int sourcePitch, v
     if (columns < 1 || rows < 1 || !canAnyPixelPass(alphaLevel)) {
         return 0;
     }
-    // A single row is never advanced from, and its pitch times the step may overflow.
+    // With a single row, the distance to the next row is not used, and computing it might overflow.
     const std::ptrdiff_t rowStep = rows > 1 ? step : 0;
     TKeyedTransfer transfer;
     transfer.columns = columns;

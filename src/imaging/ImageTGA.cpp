@@ -195,7 +195,7 @@ bool writeBytes(platform::OutputFile& file, const unsigned char* bytes, std::siz
     return file.write(reinterpret_cast<const char*>(bytes), size) == size;
 }
 
-/// Writes the rows from the last to the first, in full blocks whose borders lie anywhere in a row.
+/// Writes the rows from the last to the first, in full blocks. A block may end inside a row.
 /// @return whether all pixels were written
 bool writePixels(platform::OutputFile& file, unsigned char depth, const Image& image)
 {
@@ -246,7 +246,8 @@ int Image::loadTGA(const char* filename)
     m_Width = readSize(header, WIDTH);
     m_Height = readSize(header, HEIGHT);
     const std::uint64_t count = qor::countPixels(m_Width, m_Height);
-    // Pixels that the file may lack are 0. Clearing memory for the others would take time.
+    // Pixels that a truncated file does not have are 0. For complete files, zeroing the memory
+    // would only take time.
     const bool isComplete =
         hasSize(file, HEADER_SIZE + header[ID_LENGTH] + count * (header[DEPTH] / 8));
     m_Pixels.reset(isComplete ? allocatePixels(m_Width, m_Height)

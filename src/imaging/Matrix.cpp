@@ -28,7 +28,7 @@ void Matrix::add(const float* a, const float* b, float* out)
 
 void Matrix::multiply(const float* a, const float* b, float* out)
 {
-    // A local array cannot alias the inputs, so that compilers compute a row at once.
+    // A local array cannot alias the inputs, so the compiler can vectorize the loop over columns.
     float product[ELEMENTS] = {};
     for (int row = 0; row < ELEMENTS; row += ORDER) {
         for (int k = 0; k < ORDER; ++k) {
@@ -43,6 +43,7 @@ void Matrix::multiply(const float* a, const float* b, float* out)
 void Matrix::multiplyV(const float* m, const float* v, float* out)
 {
     const float x = v[0], y = v[1], z = v[2];
+    // The perspective division of homogeneous coordinates.
     const float w = m[12] * x + m[13] * y + m[14] * z + m[15];
     const float factor = 1.0f / w;
     const float outX = (m[0] * x + m[1] * y + m[2] * z + m[3]) * factor;
@@ -103,6 +104,7 @@ void Matrix::makeRotateZ(float angle, float* out)
 
 void Matrix::makeRotate(const float* axis, float angle, float* out)
 {
+    // Rodrigues' rotation formula, for an axis of length 1.
     const float x = axis[0], y = axis[1], z = axis[2];
     const float c = std::cos(angle), s = std::sin(angle), t = 1.0f - c;
     const float rotation[ELEMENTS] = {

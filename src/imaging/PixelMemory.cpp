@@ -11,7 +11,7 @@ namespace qor
 namespace
 {
 
-/// Returns whether the number of bytes of so many pixels can be represented.
+/// Returns whether the size of `count` pixels in bytes fits into std::size_t.
 bool isAddressable(std::uint64_t count)
 {
     return count <= std::numeric_limits<std::size_t>::max() / sizeof(std::uint32_t);

@@ -23,16 +23,16 @@ std::uint32_t loadPixel(const unsigned char* source)
     return pixel;
 }
 
-/// The test of the black color key. Returns a mask: all bits set if the pixel fails, else none.
-struct TColorKey {
+/// Tests the black color key. Returns ALL_BITS if the pixel is black and so fails, else 0.
+struct ColorKeyTest {
     std::uint32_t operator()(std::uint32_t pixel) const
     {
         return (pixel & COLOR_BITS) == 0 ? ALL_BITS : 0;
     }
 };
 
-/// The test of an alpha threshold. Returns a mask as TColorKey does.
-struct TAlphaTest {
+/// Tests an alpha threshold. Returns ALL_BITS if the alpha is below the level, else 0.
+struct AlphaTest {
     int level;
 
     std::uint32_t operator()(std::uint32_t pixel) const
@@ -41,8 +41,8 @@ struct TAlphaTest {
     }
 };
 
-/// Transfers one row. Each target pixel is written, those that fail with their old value: this
-/// keeps branches out of the loop, so that compilers vectorize it.
+/// Transfers one row. Where a pixel fails, the old target pixel is written again. So the loop has
+/// no branch, and compilers vectorize it.
 /// @return the number of pixels that failed
 template<typename TTest, typename TStep>
 std::uint32_t transferRow(const unsigned char* source, unsigned char* target,
@@ -57,7 +57,7 @@ std::uint32_t transferRow(const unsigned char* source, unsigned char* target,
         const std::uint32_t result =
             (((pixel & COLOR_BITS) | alpha) & ~failMask) | (old & failMask);
         std::memcpy(target + to, &result, sizeof result);
-        failures -= failMask; // the mask is -1 as an integer
+        failures -= failMask; // subtracting ALL_BITS, which is -1 modulo 2^32, adds 1
     }
     return failures;
 }
@@ -81,17 +81,18 @@ QORTK_TARGET_CLONES int transferRows(const void* source, void* target,
     return static_cast<int>(count);
 }
 
-/// Transfers all rows, with a loop of its own for each of the common steps 1 and 2.
+/// Transfers all rows. The common steps 1 and 2 are constants of separate loops, so that compilers
+/// can vectorize them.
 template<typename TTest>
 int transferKeyed(const void* source, void* target, const TKeyedTransfer& transfer, TTest test)
 {
-    using One = std::integral_constant<std::ptrdiff_t, PIXEL_SIZE>;
-    using Two = std::integral_constant<std::ptrdiff_t, 2 * PIXEL_SIZE>;
-    if (transfer.step == One()) {
-        return transferRows(source, target, transfer, One(), test);
+    using OnePixel = std::integral_constant<std::ptrdiff_t, PIXEL_SIZE>;
+    using TwoPixels = std::integral_constant<std::ptrdiff_t, 2 * PIXEL_SIZE>;
+    if (transfer.step == OnePixel()) {
+        return transferRows(source, target, transfer, OnePixel(), test);
     }
-    if (transfer.step == Two()) {
-        return transferRows(source, target, transfer, Two(), test);
+    if (transfer.step == TwoPixels()) {
+        return transferRows(source, target, transfer, TwoPixels(), test);
     }
     return transferRows(source, target, transfer, transfer.step, test);
 }
@@ -100,13 +101,13 @@ int transferKeyed(const void* source, void* target, const TKeyedTransfer& transf
 
 int transferByColorKey(const void* source, void* target, const TKeyedTransfer& transfer)
 {
-    return transferKeyed(source, target, transfer, TColorKey());
+    return transferKeyed(source, target, transfer, ColorKeyTest());
 }
 
 int transferByAlpha(const void* source, void* target, const TKeyedTransfer& transfer,
                     int alphaLevel)
 {
-    return transferKeyed(source, target, transfer, TAlphaTest{alphaLevel});
+    return transferKeyed(source, target, transfer, AlphaTest{alphaLevel});
 }
 
 } // namespace qor

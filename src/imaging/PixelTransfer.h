@@ -6,7 +6,7 @@
 namespace qor
 {
 
-/// A keyed transfer of pixels with its geometry resolved. All distances are in bytes.
+/// The geometry and the new alpha of a keyed transfer of pixels. All distances are in bytes.
 struct TKeyedTransfer {
     std::ptrdiff_t columns;       ///< pixels per row of the target, at least 1
     std::ptrdiff_t rows;          ///< rows of the target, at least 1

@@ -10,7 +10,7 @@ namespace qor
 namespace
 {
 
-/// Moves an edge of the target by `cut`, and the same edge of the source by `scale` times as much.
+/// Subtracts `cut` from an edge of the target, and `cut * scale` from the same edge of the source.
 void cutEdges(int& targetEdge, int& sourceEdge, int cut, int scale)
 {
     targetEdge = wrappingDifference(targetEdge, cut);

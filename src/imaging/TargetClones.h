@@ -1,10 +1,10 @@
 #pragma once
 
 /// @def QORTK_TARGET_CLONES
-/// Placed before a function whose loops gain from vectors wider than every processor has. GCC
-/// compiles the function twice, with and without AVX2, and the loader selects one when the library
-/// is loaded. The macro is empty where that does not work: Clang does not clone templates, and
-/// ThreadSanitizer is not initialized yet when the loader selects.
+/// Marks a function whose loops are faster with AVX2. GCC compiles the function with and without
+/// AVX2, and the dynamic loader selects one of them (function multiversioning). The macro is empty
+/// for other compilers, because Clang does not clone templates, and with ThreadSanitizer, which is
+/// not initialized yet when the loader selects.
 
 #if defined(__GNUC__) && !defined(__clang__) && !defined(__SANITIZE_THREAD__) &&                   \
     defined(__x86_64__) && defined(__gnu_linux__)

@@ -3,7 +3,7 @@
 namespace qor
 {
 
-/// Arithmetic on coordinates, which keeps the low 32 bits of a result that no int holds.
+/// Adds, subtracts or multiplies integers modulo 2^32, so that overflow is not undefined.
 /// @{
 inline int wrappingSum(int a, int b)
 {

@@ -121,8 +121,7 @@ StateMachine::StateMachine() : State(this, nullptr, "root"), m_CurrentState(this
     registerState(this);
 }
 
-// Copying leaves out m_IsChanging and m_IsStarting: they belong to the calls that are running on
-// one machine.
+// m_IsChanging and m_IsStarting are not copied, because they describe running calls of one machine.
 
 StateMachine::StateMachine(const StateMachine& other)
     : State(other), m_CurrentState(other.m_CurrentState), m_PendingState(other.m_PendingState),

@@ -8,8 +8,9 @@ namespace qor
 {
 
 /// Eight bytes of a text as one little-endian word, for SWAR searches. A mask has the highest bit
-/// of each matching byte. Masks come from the SWAR zero-byte test `(x - 0x01..) & ~x & 0x80..`: its
-/// borrows can only mark bytes after the first match by mistake, so the first match is exact.
+/// of each matching byte. Masks come from the SWAR zero-byte test `(x - 0x01..) & ~x & 0x80..`
+/// (A. Mycroft, 1987). Its borrows run from a match to later bytes, so a mask may have wrong bits
+/// after the first match, but none before it.
 class ByteWord
 {
 public:
@@ -29,8 +30,8 @@ public:
         std::memcpy(target, &bytes, sizeof bytes);
     }
 
-    /// Returns the mask of the bytes that equal `byte` once the bits in `ignored`, which must be
-    /// set in `byte`, are set in them.
+    /// Returns the mask of the bytes that equal `byte` except for the bits in `ignored`. `byte`
+    /// must have all of these bits.
     std::uint64_t matchMask(char byte, unsigned char ignored = 0) const
     {
         const std::uint64_t difference =
@@ -74,14 +75,14 @@ private:
     std::uint64_t m_Bytes;
 };
 
-/// Finds the first occurrence of a byte. Within the short distances between the tags of a document,
-/// this is faster than a call of std::memchr.
+/// Finds the first occurrence of a byte. Short texts, as between two tags, are searched here faster
+/// than by a call of std::memchr.
 /// @return `end` if the byte does not occur
 inline const char* findByte(const char* begin, const char* end, char byte)
 {
-    constexpr int SHORT_DISTANCE = 4;
+    constexpr int MAX_WORDS = 4;
     for (int words = 0; end - begin >= ByteWord::SIZE; ++words) {
-        if (words == SHORT_DISTANCE) {
+        if (words == MAX_WORDS) {
             const void* const found =
                 std::memchr(begin, byte, static_cast<std::size_t>(end - begin));
             return found ? static_cast<const char*>(found) : end;

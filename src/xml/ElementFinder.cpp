@@ -51,9 +51,8 @@ void ElementFinder::enterGroup(std::string_view path, bool create)
     }
 }
 
-/// Finds a child of the group. All names that are looked up while the group path stays the same
-/// differ from each other, because the paths do. So children that were found are not compared
-/// again, and paths in the order of the document are found at once.
+/// Finds a child of the group. Each path is looked up only once, so all names in a group differ,
+/// and children that were found are skipped. A path in document order takes one comparison.
 XMLElement* ElementFinder::findInGroup(std::string_view name, bool create)
 {
     if (name.empty()) {
@@ -85,8 +84,8 @@ XMLElement* ElementFinder::findChild(XMLElement& parent, std::string_view name, 
     return child || !create ? child : parent.addChild(new XMLElement(name, {}));
 }
 
-/// Finds a child among few, or in a large group, in linear time. A group that is searched more
-/// often gets an index.
+/// Finds a child by a linear search. After several searches a group of more than FEW children gets
+/// an index: an array sorted by name for binary search, and a map for children created later.
 XMLElement* ElementFinder::findNamed(XMLElement& parent, std::string_view name)
 {
     auto group = m_LargeGroups.find(&parent);

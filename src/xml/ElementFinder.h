@@ -13,11 +13,11 @@ namespace qor
 
 class XMLElement;
 
-/// Finds elements of one tree by path, with the same results as XMLElement::findChild. A path is
-/// looked up at most once. Paths in the order of the document take constant time each, others
-/// logarithmic time.
+/// Finds elements of one tree by path, with the same results as XMLElement::findChild. Paths in
+/// document order take constant time each, other paths logarithmic time.
 ///
-/// While the finder exists, only its own calls may change names or children in the tree.
+/// Each path may be looked up only once, and while the finder exists, only its own calls may change
+/// names or children in the tree.
 class ElementFinder
 {
 public:
@@ -49,7 +49,7 @@ private:
     XMLElement& m_Root;
     std::string m_GroupPath;           ///< the last path up to its last slash
     XMLElement* m_Group;               ///< the element there; null if it does not exist
-    std::vector<XMLElement*> m_Passed; ///< the group's children up to m_Last that were not found
+    std::vector<XMLElement*> m_Passed; ///< children up to m_Last that no path has named
     XMLElement* m_Last = nullptr;      ///< the last child that was visited; null before the first
     std::unordered_map<const XMLElement*, TLargeGroup> m_LargeGroups; ///< by parent
 };

@@ -20,7 +20,7 @@ constexpr TEntity ENTITIES[] = {
     {"&amp;", '&'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&apos;", '\''}};
 
 /// Writes the byte of the entity at the start of a text, if there is one.
-/// @return the size of the entity; 1 for an ampersand that begins none, which is dropped
+/// @return the size of the entity; 1 if there is none, so that the caller drops the ampersand
 std::size_t replaceEntity(std::string_view text, char*& target)
 {
     for (const TEntity& entity : ENTITIES) {
@@ -34,10 +34,11 @@ std::size_t replaceEntity(std::string_view text, char*& target)
 
 } // namespace
 
-/// Unescapes a value whose first `plainSize` bytes have no ampersand. Words are stored as a whole,
-/// and the bytes after `target` are overwritten later. This cannot overrun a buffer of the value's
-/// size: a word is copied only if it ends within the value, and the target is never farther from
-/// its start than the source, because no replacement is longer than its entity.
+/// Unescapes a value whose first `plainSize` bytes have no ampersand. The loop
+/// stores whole words, even if an entity begins inside; the next store overwrites its bytes. This
+/// cannot overrun a buffer of the value's size: a word is copied only if it ends within the value,
+/// and the target offset never exceeds the source offset, because no replacement is longer than its
+/// entity.
 std::string_view Unescaper::unescape(std::string_view value, std::size_t plainSize)
 {
     if (m_Buffer.size() < value.size()) {

@@ -11,7 +11,7 @@ void XMLElement::calculateChecksum(Checksum& checksum) const
 {
     checksum.add(m_Name);
     checksum.add(m_Value);
-    std::vector<const XMLElement*> followers; // next siblings of the ancestors
+    std::vector<const XMLElement*> pendingSiblings; // next siblings of the ancestors
     const XMLElement* element = m_FirstChild;
     while (element) {
         checksum.add(element->m_Name);
@@ -19,12 +19,12 @@ void XMLElement::calculateChecksum(Checksum& checksum) const
         const XMLElement* next = element->m_NextSibling;
         if (element->m_FirstChild) {
             if (next) {
-                followers.push_back(next);
+                pendingSiblings.push_back(next);
             }
             next = element->m_FirstChild;
-        } else if (!next && !followers.empty()) {
-            next = followers.back();
-            followers.pop_back();
+        } else if (!next && !pendingSiblings.empty()) {
+            next = pendingSiblings.back();
+            pendingSiblings.pop_back();
         }
         element = next;
     }

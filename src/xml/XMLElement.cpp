@@ -83,7 +83,8 @@ void storeFixed(std::string& text, TNumber number)
 
 } // namespace
 
-// A pointer, since it is usable before and after the lifetime of all static objects.
+// A pointer, because static objects may use it before dynamic initialization and after the
+// destruction of static objects.
 std::string* XMLElement::m_LastError = nullptr;
 
 XMLElement::XMLElement(const std::string& name) : m_Name(name) {}
@@ -376,7 +377,7 @@ int XMLElement::fail(int result, const std::string& message)
     return result;
 }
 
-/// Appends an element and takes its ownership.
+/// Appends an element and takes ownership of it.
 XMLElement* XMLElement::addChild(XMLElement* child) noexcept
 {
     child->m_IsChild = true;
@@ -462,7 +463,7 @@ bool XMLElement::hasDescendant(const XMLElement& element) const
     return false;
 }
 
-/// Replaces name and value and takes the children over. This element must not have children.
+/// Moves name, value and children from another element. This element must not have children.
 void XMLElement::moveContentFrom(XMLElement& other) noexcept
 {
     m_Name = std::move(other.m_Name);

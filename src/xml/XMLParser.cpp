@@ -20,11 +20,12 @@ namespace qor
 namespace
 {
 
-constexpr std::size_t MAX_SIZE = std::numeric_limits<int>::max(); // of a position in a result
+/// The maximum size of a document: results of load() and parse() are positions of type int.
+constexpr std::size_t MAX_SIZE = std::numeric_limits<int>::max();
 
 /// Compares a text with a name of the same size. For short names, this is faster than a call of
 /// std::memcmp.
-bool isSame(const char* text, std::string_view name)
+bool equalsName(const char* text, std::string_view name)
 {
     const char* other = name.data();
     const char* const end = other + name.size();
@@ -227,12 +228,13 @@ private:
         return true;
     }
 
-    /// Returns whether the end tag with a name is at `tag`, which is at a `<` or at the end.
+    /// Returns whether an end tag with this name begins at `tag`.
+    /// @param tag the position of a `<`, or the end of the text
     bool isEndTag(const char* tag, std::string_view name) const
     {
         // A name that was read contains no `>`, so the `>` after the name ends the tag.
         return static_cast<std::size_t>(m_End - tag) >= name.size() + END_TAG_MARKS &&
-               tag[1] == '/' && tag[name.size() + 2] == '>' && isSame(tag + 2, name);
+               tag[1] == '/' && tag[name.size() + 2] == '>' && equalsName(tag + 2, name);
     }
 
     /// Reads the text of a tag, from the position after its `<` to its `>` or the end of the text.

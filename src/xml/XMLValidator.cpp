@@ -48,12 +48,14 @@ bool isBefore(const std::string& a, const std::string& b)
 
 /// Validates one document against one template.
 ///
-/// The children of a template element become a level of rules when the first document element
-/// reaches them, and all others use the same level: the rules in template order, the same sorted by
-/// name, and the mandatory rules, which have to be applied even without such children. If no name
-/// repeats in the template, an element costs time in proportion to its own children and mandatory
-/// rules, not to the rules of the template. Each repetition of a name visits the children of that
-/// name again, with all their descendants.
+/// The children of a template element become a level of rules when the first document element needs
+/// them; later elements use the same level. A level has its rules in template order, an index of
+/// them sorted by name, and the mandatory rules, which apply even if the document has no such
+/// child.
+///
+/// If names are unique in the template, an element takes time in proportion to its own children and
+/// its mandatory rules, not to all rules of the template. Each repetition of a name visits the
+/// children with that name again, and all their descendants.
 class XMLElement::Validator
 {
 public:
@@ -156,7 +158,7 @@ private:
 
     /// Appends the children of an element, except comments, to m_Children in the order of their
     /// rules.
-    /// @return false after the error if the template does not have a child's name
+    /// @return false, with the error set, if the template has no rule for a child
     bool collectChildren(const XMLElement& element, const TLevel& level)
     {
         const std::ptrdiff_t firstChild = static_cast<std::ptrdiff_t>(m_Children.size());
@@ -183,8 +185,8 @@ private:
         return true;
     }
 
-    /// Returns the first rule for a name; NONE if the level does not have it. Mostly it is the rule
-    /// of the previous child or the next one.
+    /// Returns the first rule for a name; NONE if the level does not have it. The rule of the
+    /// previous child and the rule after it are tried before the binary search.
     std::size_t findRule(const std::string& name, const TLevel& level, std::size_t previous) const
     {
         const std::size_t endOfNear = std::min(previous + 2, level.endRule);
@@ -249,7 +251,7 @@ private:
         return true;
     }
 
-    /// Returns the index of the first child with a rule for its name, or where it would be.
+    /// Returns the index of the first child whose name has this rule or a later one.
     std::size_t findChildren(std::size_t firstChild, std::size_t nameRule) const
     {
         const auto found = std::lower_bound(

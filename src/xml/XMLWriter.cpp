@@ -276,8 +276,7 @@ private:
 int XMLElement::save(const std::string& filename, bool formatted) const
 {
     // The text is complete before the file is touched, because memory may run out.
-    std::string text;
-    Writer(text, formatted).write(*this);
+    const std::string text = toString(formatted);
     if (!platform::replaceFile(filename, text.data(), text.size())) {
         return fail(-1, "Unable to open target file '" + filename + "'");
     }
@@ -287,8 +286,13 @@ int XMLElement::save(const std::string& filename, bool formatted) const
 
 std::string XMLElement::toString() const
 {
+    return toString(false);
+}
+
+std::string XMLElement::toString(bool formatted) const
+{
     std::string text;
-    Writer(text, false).write(*this);
+    Writer(text, formatted).write(*this);
     return text;
 }
 

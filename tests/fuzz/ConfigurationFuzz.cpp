@@ -34,7 +34,8 @@ std::vector<std::string> textsOf(const qor::Configuration& table)
     return texts;
 }
 
-/// Holds a table of odd names against an element's own ways to get to them.
+/// Checks that a configuration with arbitrary names reads and writes the same elements as
+/// XMLElement::findChild does.
 void checkPaths(FuzzInput& input, const qor::XMLElement& root)
 {
     qor::Configuration table(2), loaded(2);
@@ -59,17 +60,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     FuzzInput input(data, size);
     const FuzzFile file(input.takeText());
-    qor::Configuration table = makeTable(), again = makeTable();
+    qor::Configuration table = makeTable(), reloaded = makeTable();
     qor::XMLElement root("");
     const bool isReadable = root.load(file.name) >= 0;
     require(table.load(file.name) == isReadable);
-    require(isReadable || textsOf(table) == textsOf(again));
+    require(isReadable || textsOf(table) == textsOf(reloaded));
     if (isReadable) {
-        const bool isNew = static_cast<unsigned int>(root.getValueAsInteger("version", 0)) >= 2;
+        const bool hasCurrentVersion =
+            static_cast<unsigned int>(root.getValueAsInteger("version", 0)) >= 2;
         require(table.getBoolean(NAMES[0]) == root.getValueAsBoolean(NAMES[0], true));
         require(table.getInteger(NAMES[2]) == root.getValueAsInteger(NAMES[2], 6));
         require(table.getFloat(NAMES[4]) == root.getValueAsFloat(NAMES[4], 0.25f));
-        require(table.getString(NAMES[5]) == (isNew ? root.getValue(NAMES[5], "none") : "none"));
+        require(table.getString(NAMES[5]) ==
+                (hasCurrentVersion ? root.getValue(NAMES[5], "none") : "none"));
     }
     for (std::size_t i = 0; (i = input.takeByte()) > 0;) {
         const std::string name = NAMES[i % NAMES.size()], text = input.takeText();
@@ -79,7 +82,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(table.set(name, table.get(name)) && textsOf(table) == texts);
     }
     table.setString(NAMES[5], qor::StringUtil::trim(table.getString(NAMES[5])));
-    require(table.save() && again.load(file.name) && textsOf(again) == textsOf(table));
+    require(table.save() && reloaded.load(file.name) && textsOf(reloaded) == textsOf(table));
     checkPaths(input, root);
     return 0;
 }

@@ -6,9 +6,10 @@
 namespace
 {
 
-/// A host that looks after every character whether its console is as it should be.
-struct THost : qor::ConsoleCommand {
-    explicit THost(int maxLines) : most(static_cast<unsigned int>(maxLines)), console(maxLines)
+/// Types characters into a console and checks the state of the console after each one.
+struct TypingHost : qor::ConsoleCommand {
+    explicit TypingHost(int maxLines)
+        : maxCount(static_cast<unsigned int>(maxLines)), console(maxLines)
     {
         console.addCommand("any", "", 0, -1, this);
         console.addCommand("few", "", 1, 2, this);
@@ -36,7 +37,7 @@ struct THost : qor::ConsoleCommand {
         require(calls > callsBefore || console.getCommandLineModCount() == changes + change);
 
         const unsigned int added = console.getOutputModCount() - printed;
-        const unsigned int kept = std::min(console.getOutputModCount(), most);
+        const unsigned int kept = std::min(console.getOutputModCount(), maxCount);
         require((added > 0) == (character == '\r' && !before.empty()));
         require(console.getOutputLenght() == static_cast<int>(kept));
         std::vector<std::string> echo;
@@ -44,7 +45,8 @@ struct THost : qor::ConsoleCommand {
         require(added > 0 && added <= kept ? echo.at(0) == before : echo.empty());
     }
 
-    /// Types the words again, one by one in quotes where they may be.
+    /// Types the words of the last command again, in quotation marks unless they contain one, and
+    /// checks that the console splits the line into the same words.
     void typeWords()
     {
         type('\r');
@@ -63,14 +65,14 @@ struct THost : qor::ConsoleCommand {
     {
         require(tokens[0] == "any" || (tokens[0] == "few" && tokens.size() - 2 < 2));
         words = tokens;
-        // Some lines go on, and are run anew, from within. Two characters stand for the codes.
+        // The first two calls type their last word into the console: `~` is Enter, `^` deletes.
         for (const char character : ++calls < 3 ? tokens.back() : "") {
             type(character == '~' ? '\r' : character == '^' ? '\n' : character);
         }
         return true;
     }
 
-    const unsigned int most;
+    const unsigned int maxCount;
     qor::Console console;
     std::vector<std::string> words; ///< of the last command
     int calls = 0;
@@ -83,7 +85,7 @@ struct THost : qor::ConsoleCommand {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     FuzzInput input(data, size);
-    THost host(input.takeByte() % 16 - 1);
+    TypingHost host(input.takeByte() % 16 - 1);
     while (!input.isEmpty()) {
         host.type(static_cast<char>(input.takeByte()));
     }

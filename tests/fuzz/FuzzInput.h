@@ -10,7 +10,7 @@
 
 #include <unistd.h>
 
-/// Ends the process, as a fault, where something does not hold that always should.
+/// Aborts the process if an invariant is violated, so that the fuzzer reports a crash.
 inline void require(bool holds)
 {
     if (!holds) {
@@ -18,7 +18,7 @@ inline void require(bool holds)
     }
 }
 
-/// What a fuzz target gets, taken piece by piece.
+/// Splits the input of a fuzz target into bytes and texts.
 class FuzzInput
 {
 public:
@@ -44,7 +44,7 @@ private:
     const std::uint8_t* m_End;
 };
 
-/// A file of this process that goes when it ends.
+/// A temporary file, which the destructor removes.
 class FuzzFile
 {
 public:

@@ -8,7 +8,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
-/// Feeds each file that is named to the fuzz target, which aborts on a fault.
+/// Runs the fuzz target once for each file of the command line. The target aborts if a check fails.
 int main(int argumentCount, char** argumentValues)
 {
     for (int i = 1; i < argumentCount; ++i) {

@@ -10,11 +10,14 @@ using qor::StateMachine;
 namespace
 {
 
-/// What is done with a machine, from its states' handlers as well.
-struct TPlay {
+/// Runs the actions of the input on a state machine, also from handlers, and records the states
+/// that should be entered.
+struct ActionRunner {
     State* pick(unsigned int number) { return states[number % states.size()]; }
 
-    /// @return whether that handles an event. It may throw a number.
+    /// Runs the next action of the input.
+    /// @return the result of an event handler that runs this action
+    /// @throws unsigned int if the action is to throw
     bool act()
     {
         const unsigned int byte = input.takeByte(), action = byte % 8, number = byte / 8;
@@ -28,14 +31,14 @@ struct TPlay {
             require(machine->transition(target->getName()));
         } else if (action == 4) {
             const State* const before = machine->getCurrentState();
-            const int leftBefore = left, startsBefore = starts;
+            const int exitCountBefore = exitCount, startCountBefore = startCount;
             machine->setCurrentState(target);
             State* const state = machine->getCurrentState();
             const bool isThere = state == target || state->isChildStateOf(target);
-            if (!target || changes > 0) {
+            if (!target || handlerDepth > 0) {
                 require(state == before);
             } else {
-                require(left > leftBefore && (isThere || starts > startsBefore));
+                require(exitCount > exitCountBefore && (isThere || startCount > startCountBefore));
             }
         } else if (action == 5) {
             start();
@@ -50,7 +53,7 @@ struct TPlay {
         const bool isOutermost = !isStarting;
         if (isOutermost && machine->getInitialChildState()) {
             entered = {nullptr, machine}; // a start exits nothing
-            ++starts;
+            ++startCount;
             isStarting = true;
         }
         machine->start();
@@ -60,49 +63,50 @@ struct TPlay {
     FuzzInput input;
     StateMachine* machine;
     std::vector<State*> states{nullptr};
-    std::vector<const State*> entered{nullptr}; ///< and not left, innermost last
-    std::vector<const State*> resumed{}; ///< the same after an entry in which start() was called
-    int left = 0;
-    int starts = 0;
+    std::vector<const State*> entered{nullptr}; ///< entered states, innermost last
+    std::vector<const State*>
+        resumed{}; ///< `entered` as it was when the last entry handler was called
+    int exitCount = 0;
+    int startCount = 0;
     bool isStarting = false;
-    int changes = 0; ///< how many handlers are entering or leaving
+    int handlerDepth = 0; ///< number of running entry and exit handlers
 };
 
-TPlay* play;
+ActionRunner* runner;
 
-/// A state, or with StateMachine a machine.
+/// A state or, if TBase is StateMachine, the machine. Its handlers run actions of the input.
 template<typename TBase>
-struct TActor : TBase {
+struct ActingState : TBase {
     using TBase::TBase;
 
     void onEntry(State* /*source*/) override
     {
-        if (this->getParentState() != play->entered.back()) {
-            play->entered = play->resumed;
+        if (this->getParentState() != runner->entered.back()) {
+            runner->entered = runner->resumed;
         }
-        require(this->getParentState() == play->entered.back());
-        play->entered.push_back(this);
-        play->resumed = change();
+        require(this->getParentState() == runner->entered.back());
+        runner->entered.push_back(this);
+        runner->resumed = runHandler();
     }
 
-    bool onEvent(unsigned int /*event*/) override { return play->act(); }
+    bool onEvent(unsigned int /*event*/) override { return runner->act(); }
 
     void onExit(State* /*target*/) override
     {
-        require(this == play->entered.back());
-        ++play->left;
-        play->entered = change();
-        play->entered.pop_back();
+        require(this == runner->entered.back());
+        ++runner->exitCount;
+        runner->entered = runHandler();
+        runner->entered.pop_back();
     }
 
     /// Returns the states that were entered before the handler acted.
-    std::vector<const State*> change() const
+    std::vector<const State*> runHandler() const
     {
-        require(this == play->machine->getCurrentState());
-        const std::vector<const State*> before = play->entered;
-        ++play->changes;
-        play->act();
-        --play->changes;
+        require(this == runner->machine->getCurrentState());
+        const std::vector<const State*> before = runner->entered;
+        ++runner->handlerDepth;
+        runner->act();
+        --runner->handlerDepth;
         return before;
     }
 };
@@ -111,26 +115,27 @@ struct TActor : TBase {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    TActor<StateMachine> machine;
-    TPlay newPlay{FuzzInput(data, size), &machine, {nullptr, &machine}, {nullptr, &machine}};
-    play = &newPlay;
-    std::deque<TActor<State>> states;
-    for (int count = play->input.takeByte() % 16; count > 0; --count) {
-        const std::uint8_t byte = play->input.takeByte();
-        states.emplace_back(&machine, play->pick(byte / 8), std::string(byte % 8, 'a'));
-        play->states.push_back(&states.back());
+    ActingState<StateMachine> machine;
+    ActionRunner newRunner{
+        FuzzInput(data, size), &machine, {nullptr, &machine}, {nullptr, &machine}};
+    runner = &newRunner;
+    std::deque<ActingState<State>> states;
+    for (int count = runner->input.takeByte() % 16; count > 0; --count) {
+        const std::uint8_t byte = runner->input.takeByte();
+        states.emplace_back(&machine, runner->pick(byte / 8), std::string(byte % 8, 'a'));
+        runner->states.push_back(&states.back());
     }
-    while (!play->input.isEmpty()) {
-        play->changes = 0;
-        play->isStarting = false;
+    while (!runner->input.isEmpty()) {
+        runner->handlerDepth = 0;
+        runner->isStarting = false;
         try {
-            play->act();
+            runner->act();
         } catch (unsigned int) {
         }
-        // The current state and those around it, and no others, are entered.
+        // Exactly the current state and its ancestors are entered.
         State* state = machine.getCurrentState();
-        for (std::size_t i = play->entered.size() - 1; i > 0; --i) {
-            require(state == play->entered[i]);
+        for (std::size_t i = runner->entered.size() - 1; i > 0; --i) {
+            require(state == runner->entered[i]);
             state = state->getParentState();
         }
         require(!state);

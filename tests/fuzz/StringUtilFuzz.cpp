@@ -31,7 +31,7 @@ void checkTimeStamp(std::int64_t timeStamp)
     require(text.substr(text.size() - 8) == StringUtil::timeStampToString(timeStamp, false));
     const std::time_t seconds = timeStamp;
     const std::tm* const time = std::gmtime(&seconds);
-    if (time && time->tm_year >= 1000 - 1900) { // others are padded in various ways
+    if (time && time->tm_year >= 1000 - 1900) { // systems pad shorter years differently
         char expected[64];
         std::strftime(expected, sizeof expected, "%Y-%m-%d %H:%M:%S", time);
         require(text == expected);

@@ -7,9 +7,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     qor::XMLElement templateRoot(""), document("");
     templateRoot.parse(input.takeText());
     document.parse(input.takeText());
-    const std::string fault = plainFaultOf(document, templateRoot);
-    require(faultOf(document, templateRoot) == fault);
-    require(faultOf(document, templateRoot) == fault);
-    require(faultOf(qor::XMLElement(document), qor::XMLElement(templateRoot)) == fault);
+    const std::string expected = plainFaultOf(document, templateRoot);
+    require(faultOf(document, templateRoot) == expected);
+    require(faultOf(document, templateRoot) == expected);
+    require(faultOf(qor::XMLElement(document), qor::XMLElement(templateRoot)) == expected);
     return 0;
 }

@@ -1,4 +1,4 @@
-# Sourced by the scripts beside it: what they have in common.
+# Common functions of the scripts in this directory, which source it.
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 consumer=$here/tests/install/consumer
@@ -22,7 +22,7 @@ use_by_pkg_config() {
     [ "$(LD_LIBRARY_PATH=$1 "$folder/by-pkg-config")" = "$version" ]
 }
 
-# development_files LIBDIR LIBRARY tells the files that programs are compiled with.
+# development_files LIBDIR LIBRARY lists the files that programs are compiled with.
 development_files() {
     (cd "$here" && find include -name '*.h')
     printf "$1/%s\n" "$2" pkgconfig/qortk.pc cmake/qortk/qortk{Config,ConfigVersion,Targets,Targets-release}.cmake

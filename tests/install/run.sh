@@ -28,7 +28,7 @@ for shared in ON OFF; do
         exit 1
     fi
 
-    # pkg-config finds a moved library where it is told the new prefix.
+    # A moved library needs the new prefix in its pkg-config file.
     grep -qx "prefix=${prefix%-moved}" "$prefix/lib/pkgconfig/qortk.pc"
     sed -i "s|^prefix=.*|prefix=$prefix|" "$prefix/lib/pkgconfig/qortk.pc"
     export PKG_CONFIG_PATH=$prefix/lib/pkgconfig

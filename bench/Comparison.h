@@ -12,17 +12,18 @@
 struct TContestant {
     std::string name;
     std::function<void()> run;
-    std::function<bool()> isRight; ///< asked once, after run
+    std::function<bool()> isCorrect; ///< called once, after the first run
 };
 
-/// Lets each contestant do the work once, ends the program unless all do it right, and has them
-/// timed under the names WORK/SOURCE/CONTESTANT.
+/// Runs each contestant once, checks its result, and registers its benchmark. A wrong result ends
+/// the program.
+/// @param work the first two parts, WORK/SOURCE, of the benchmark's name WORK/SOURCE/CONTESTANT
 inline void compare(const std::string& work, const std::vector<TContestant>& contestants)
 {
     for (const TContestant& contestant : contestants) {
         contestant.run();
-        if (!contestant.isRight()) {
-            std::cerr << work << ": " << contestant.name << " does something else\n";
+        if (!contestant.isCorrect()) {
+            std::cerr << work << ": " << contestant.name << " has a different result\n";
             std::exit(EXIT_FAILURE);
         }
         const std::function<void()> run = contestant.run;
@@ -36,7 +37,8 @@ inline void compare(const std::string& work, const std::vector<TContestant>& con
     }
 }
 
-/// Times all that was announced.
+/// Runs the registered benchmarks that the command line selects.
+/// @return the exit status
 inline int runComparisons(int argumentCount, char** argumentValues)
 {
     benchmark::Initialize(&argumentCount, argumentValues);

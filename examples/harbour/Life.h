@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+
+#include <qor/StateMachine.h>
+
+/// What the program is at, as a state machine.
+class Life : public qor::StateMachine
+{
+public:
+    enum Event : unsigned int { CONTINUE, CONSOLE, PAUSE, ESCAPE, QUIT, YES, NO };
+
+    /// @param isChanged returns whether the scene has changes that are not saved
+    /// @param save saves the scene; returns whether it succeeded
+    Life(std::function<bool()> isChanged, std::function<bool()> save);
+
+    /// Returns whether a state is the current one, such as "console".
+    bool isIn(const std::string& name) { return getCurrentState()->getName() == name; }
+
+private:
+    /// A state whose events lead to other states; an empty name is the state that was left for it.
+    class Place : public qor::State
+    {
+    public:
+        Place(Life& life, qor::State& parent, const std::string& name,
+              std::map<unsigned int, std::string> targets)
+            : State(&life, &parent, name), m_Life(life), m_Targets(std::move(targets))
+        {
+        }
+
+    private:
+        void onEntry(qor::State* source) override;
+        bool onEvent(unsigned int event) override;
+
+        Life& m_Life;
+        const std::map<unsigned int, std::string> m_Targets;
+        std::string m_Source = "sailing";
+    };
+
+    std::function<bool()> m_IsChanged, m_Save;
+    Place m_Running, m_Intro, m_Sailing, m_Paused, m_Console, m_Leaving, m_Over;
+};

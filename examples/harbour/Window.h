@@ -1,0 +1,41 @@
+#pragma once
+
+#include <memory>
+
+#include <SDL.h>
+
+#include "Harbour.h"
+
+/// The window: the only part that uses SDL. It gives input to the harbour and shows its frames.
+class Window : private qor::Configuration::Listener
+{
+public:
+    /// @throws std::runtime_error if no window can be opened
+    explicit Window(Harbour& harbour);
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+    ~Window() override;
+
+    /// Runs the program until it is left.
+    void run();
+
+    /// Runs a number of frames, each an update on from the last, without regard to the time.
+    void run(int frameCount);
+
+private:
+    struct TCloser {
+        void operator()(SDL_Window* window) const { SDL_DestroyWindow(window); }
+        void operator()(SDL_Surface* surface) const { SDL_FreeSurface(surface); }
+    };
+
+    void parameterChanged(const std::string& name) override;
+    void applySetting(const std::string& name);
+    void handleEvents();
+    void handleKey(const SDL_Keysym& key);
+    void drawFrame();
+    void present(const qor::Image& frame) const;
+
+    Harbour& m_Harbour;
+    std::unique_ptr<SDL_Window, TCloser> m_Window;
+    bool m_SkipsText = false; ///< the key of the console also gives a text
+};
