@@ -113,13 +113,13 @@ public:
     /// Returns all commands in bytewise order of their names, for a `help` command or for
     /// completion. Takes time proportional to their number.
     /// @return copies, including the built-in commands
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] std::vector<TDescription> getCommands() const;
 
     /// Returns all variables in bytewise order of their names. Takes time proportional to their
     /// number.
     /// @return copies
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] std::vector<TDescription> getVariables() const;
 
     /// Processes one typed character. Code 13 runs a command line that is not empty: it prints the

@@ -274,7 +274,7 @@ public:
     /// Returns a view of the children for a range-based `for` loop.
     /// @param name name of the children to visit; an empty one visits all
     /// @return the view, which is valid as long as this element
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     /// @{
     [[nodiscard]] XMLChildren<XMLElement> getChildren(const std::string& name = std::string())
     {
@@ -358,7 +358,7 @@ public:
     /// @param formatted true writes one element per line, indented by tabs; false adds nothing
     ///        between the tags. See save() for the size of formatted text.
     /// @return the text
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] std::string toString(bool formatted) const;
 
     /// Returns the description of the last failure of load(), parse(), save() or validate() on any
