@@ -1,23 +1,23 @@
-# How every target of the project is compiled. Nothing here reaches a project that uses it.
+# Compiler and linker options of all targets. They do not affect projects that use the library.
 
 set(QORTK_WARNINGS
     -Wall -Wextra -Wpedantic
-    -Wshadow            # a name that hides another is read as the other
-    -Wconversion        # a number that doesn't fit is to be narrowed on purpose
-    -Wnon-virtual-dtor  # deleting through such a base is undefined
-    -Wold-style-cast)   # a cast is to say what it changes
+    -Wshadow            # a name that hides another is easily confused with it
+    -Wconversion        # narrowing needs an explicit cast
+    -Wnon-virtual-dtor  # deleting through such a base class is undefined
+    -Wold-style-cast)   # a C++ cast shows the kind of conversion
 
-# Debian's own flags. Undefined first, since some compilers define the macro themselves.
+# The flags of Debian's packages. -U comes first, because some compilers predefine the macro.
 set(QORTK_HARDENING -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$")
     list(APPEND QORTK_HARDENING -fcf-protection)
 endif()
-# The compilers that take options as Microsoft's does: cl and clang-cl.
+# Options of Microsoft's compiler and of clang-cl.
 set(QORTK_MSVC_OPTIONS
     /W4
-    /utf-8          # the sources' encoding and the programs'
-    /permissive-    # the standard's rules
-    /Zc:__cplusplus # the true number of the standard
+    /utf-8          # encoding of the sources and of texts at run time
+    /permissive-    # conformance to the standard
+    /Zc:__cplusplus # correct value of this macro
     /EHsc)
 
 function(qortk_compile target)
@@ -25,7 +25,7 @@ function(qortk_compile target)
     set_target_properties(${target} PROPERTIES CXX_STANDARD 17 CXX_EXTENSIONS OFF)
     if(MSVC)
         target_compile_options(${target} PRIVATE ${QORTK_MSVC_OPTIONS})
-        # Functions of the C and C++ standards count as deprecated there.
+        # Microsoft's headers mark some functions of the C and C++ standards as deprecated.
         target_compile_definitions(${target} PRIVATE _CRT_SECURE_NO_WARNINGS _SCL_SECURE_NO_WARNINGS)
         if(QORTK_WARNINGS_AS_ERRORS)
             target_compile_options(${target} PRIVATE /WX)

@@ -1,12 +1,12 @@
-# The Debian packages: libqortk1 and libqortk-dev, and libqortk-doc where scripts/docs.sh has built the
-# guide. QORTK_DEBIAN_PACKAGES is on in the preset `package`, whose prefix is /usr.
+# The Debian packages: libqortk1, libqortk-dev and, if scripts/docs.sh has built the guide, libqortk-doc. The preset
+# `package` enables QORTK_DEBIAN_PACKAGES and installs to /usr.
 
 list(APPEND CPACK_GENERATOR DEB)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
-# The changelog's date is that of the last commit, so that the same sources give the same packages.
+# The changelog has the date of the last commit, so that builds of the same sources are identical.
 execute_process(COMMAND git -C ${PROJECT_SOURCE_DIR} log -1 --format=%aD
     OUTPUT_VARIABLE QORTK_CHANGE_DATE OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
 if(NOT QORTK_CHANGE_DATE)

@@ -1,5 +1,5 @@
-# What `cmake --install` gives: headers, library, CMake package and pkg-config file. What programs need
-# that are built already is the component `runtime`, all else is `development`.
+# Install rules for the headers, the library, the CMake package and the pkg-config file. The component `runtime` has
+# the shared library for existing programs. The component `development` has all other files.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -26,8 +26,8 @@ install(FILES
     ${CMAKE_CURRENT_BINARY_DIR}/qortkConfigVersion.cmake
     DESTINATION ${QORTK_CMAKE_DIR} COMPONENT development)
 
-# The pkg-config file has the prefix that the files are installed with. Packages are assembled elsewhere,
-# and have the prefix of the configuration.
+# The pkg-config file is written during the installation, because `cmake --install` can change the prefix. CPack
+# installs to a temporary directory; its packages have the prefix of the configuration.
 foreach(id IN ITEMS LIBDIR INCLUDEDIR)
     set(QORTK_PC_${id} "${CMAKE_INSTALL_${id}}")
     if(NOT IS_ABSOLUTE "${CMAKE_INSTALL_${id}}")

@@ -1,4 +1,4 @@
-# `cpack`: an archive of the installed files and, on Debian, its packages.
+# Configuration of `cpack`, which makes an archive of the installed files and, if enabled, the Debian packages.
 
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
 set(CPACK_PACKAGE_VENDOR "The qortk authors")

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the benchmarks with all peers, runs them, and writes the ratios to build/bench/ratios.md. Takes less
-# than ten minutes.
+# Builds the benchmarks of this and other libraries, runs them, and writes the ratios of their times to
+# build/bench/ratios.md. Takes less than ten minutes.
 #   scripts/bench.sh               all benchmarks
 #   scripts/bench.sh PROGRAM...    some of them, such as xml or checksum
 set -euo pipefail
@@ -31,7 +31,7 @@ fi
 files=()
 for name in "$@"; do
     echo "Running bench_$name"
-    # Contestants take turns, so that a slow moment of the machine meets all of them.
+    # Repetitions of all libraries are interleaved at random, so that a busy machine slows all of them down.
     "$programs/bench_$name" --benchmark_repetitions=7 --benchmark_min_time=0.03 \
         --benchmark_enable_random_interleaving=true --benchmark_format=json >"$results/$name.json"
     files+=("$results/$name.json")

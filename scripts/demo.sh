@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the example host and shows it.
+# Builds the example host and runs it.
 #   scripts/demo.sh           runs a script of commands on the sample document
 #   scripts/demo.sh FILE.xml  opens another document; "help" lists the commands
 #   scripts/demo.sh --window  shows the example program with a window instead

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the reference and the guide. A public name without a description is an error, and so is a page whose
-# programs differ from the files.
+# Builds the reference and the guide. Fails if a public name, parameter or result has no description, or if a program
+# on a page differs from its file.
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Formats the C++ files; with --check, only tells which ones it would change.
+# Formats the C++ files. With --check, lists the files that need formatting and fails if there are any.
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)

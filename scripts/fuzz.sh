@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Runs fuzz targets, each from its corpus, and fails at the first one that finds a defect. New inputs are
-# kept in build/fuzz/corpus, the input that fails in build/fuzz.
-#   scripts/fuzz.sh [SECONDS] [TARGET...]   30 seconds for each of all targets by default
+# Runs fuzz targets, each with its corpus. Stops at the first target that finds a bug. Stores new inputs in
+# build/fuzz/corpus and the failing input in build/fuzz.
+#   scripts/fuzz.sh [SECONDS] [TARGET...]   all targets, 30 seconds each, by default
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -29,7 +29,7 @@ if [ $# -eq 0 ]; then
 fi
 for target in "${targets[@]}"; do
     if ! [ -d "$corpora/$target" ]; then
-        echo "Unknown fuzz target '$target'. There are: $(ls "$corpora" | xargs)" >&2
+        echo "Unknown fuzz target '$target'. Known targets: $(ls "$corpora" | xargs)" >&2
         exit 2
     fi
 done

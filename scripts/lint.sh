@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Looks for faults in the library and the examples without running them. .clang-tidy tells what is looked
-# for by the one program, and below stands what the other leaves out.
+# Checks the library and the examples by static analysis with clang-tidy and cppcheck. .clang-tidy lists the checks of
+# clang-tidy. The checks that cppcheck omits are listed below.
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -13,23 +13,24 @@ cmake -S . -B $build -DCMAKE_BUILD_TYPE=Debug -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
     >/dev/null
 commands=$build/compile_commands.json
 
-left_out=(
-    constParameter      # the public operations are declared as they are
-    unreadVariable      # takes a guard, which works by being there, for a value
-    unusedStructMember  # does not see a structured binding, nor a vector's elements
-    useStlAlgorithm     # a loop of three lines reads as well
-    # Does not see that the loop changes the condition, nor that the pointer is returned as a reference.
+suppressed=(
+    constParameter      # the parameters of public operations cannot change
+    unreadVariable      # reports scope guards
+    unusedStructMember  # reports members that are used in structured bindings or in elements of vectors
+    useStlAlgorithm     # short loops are as readable as algorithms
+    # Takes a condition that the loop changes for constant.
     knownConditionTrueFalse:src/xml/TextFile.cpp
+    # Takes a pointer that is returned as a reference for constant.
     constVariable:src/xml/XMLElement.cpp
-    # Does not see that a call changes what a reference to const refers to.
+    # Reports two equal expressions, although a call between them changes the object of a const reference.
     duplicateExpression:examples/host/Script.cpp
 )
 status=0
 mkdir -p $build/cppcheck
 cppcheck --project=$commands --cppcheck-build-dir=$build/cppcheck -j "$(nproc)" --quiet --error-exitcode=1 \
-    --enable=warning,style,performance,portability --inline-suppr "${left_out[@]/#/--suppress=}" || status=1
+    --enable=warning,style,performance,portability --inline-suppr "${suppressed[@]/#/--suppress=}" || status=1
 
-# What clang-tidy writes of itself is read only where it fails: the rest is counts.
+# The standard error of clang-tidy is shown only on failure, without the lines that count warnings.
 sed -n 's/^ *"file": "\(.*\)",*$/\1/p' $commands |
     xargs -d '\n' -n 1 -P "$(nproc)" clang-tidy -p $build --quiet 2>$build/clang-tidy.log || {
     grep -v ' generated\.$' $build/clang-tidy.log >&2 || true

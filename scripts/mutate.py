@@ -1,15 +1,14 @@
 #!/usr/bin/env python3
-"""Proves the tests: plants one fault after the other in src/ and looks whether the tests tell it.
+"""Mutation testing: plants bugs in src/, one at a time, and checks that a test finds each of them.
 
-    scripts/mutate.py                          20 faults in each folder of src/
-    scripts/mutate.py xml console --count 60   60 in each of these two
-    scripts/mutate.py --survivors left.txt     also writes those that no test told into a file
-    scripts/mutate.py --only left.txt          tries these again, once the tests are sharper
+    scripts/mutate.py                          20 mutations in each directory of src/
+    scripts/mutate.py xml console --count 60   60 mutations in each of these two directories
+    scripts/mutate.py --survivors left.txt     also lists the survivors in a file
+    scripts/mutate.py --only left.txt          tries the mutations in that file again
 
-Works on a copy under build/mutate, and changes nothing else. A fault is told if a test fails, crashes
-or hangs. Those that pass are tried again under AddressSanitizer, UndefinedBehaviorSanitizer and, where
-there are threads, ThreadSanitizer. Faults that do not compile, or compile to the same code as before,
-do not count.
+Works on a copy under build/mutate and changes no other files. A mutation is killed if a test fails, crashes
+or hangs. Other mutations are tried again with AddressSanitizer, UndefinedBehaviorSanitizer and, in directories
+with threads, ThreadSanitizer. Mutations that do not compile, or do not change the object code, are not counted.
 """
 import argparse
 import collections
@@ -31,12 +30,12 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutate"
 TREE = WORK / "tree"
-TIME_LIMIT = 20  # seconds for a test program; a sanitizer makes them slower
-PROCESSOR_LIMIT = 300  # seconds, for what has escaped the one above
+TIME_LIMIT = 20  # seconds for a test program without a sanitizer
+PROCESSOR_LIMIT = 300  # seconds of processor time, for child processes that the time limit does not end
 MEMORY_LIMIT = 8 << 30
 
-# The test programs that look most closely at a folder. They are run before the others.
-CLOSEST = {
+# The test programs that check a directory most thoroughly. They run before the others.
+FIRST_TESTS = {
     "foundation": "StringUtilTest MathTest FileTest LogTest ThreadTest DesktopTest ConfigurationTest",
     "xml": "XMLParserTest XMLTreeTest XMLWriterTest XMLValidatorTest ChecksumTest ConfigurationTest",
     "configuration": "ConfigurationTest",
@@ -44,24 +43,23 @@ CLOSEST = {
     "imaging": "ImageTest TGATest VectorMathTest",
     "checksum": "ChecksumTest",
     "statemachine": "StateMachineTest",
-    "platform": "FileTest LogTest ThreadTest DesktopTest",
+    "platform": "FileTest LogTest ThreadTest DesktopTest DiskFaultTest PosixTest PosixLogTest",
 }
 WITH_THREADS = {"foundation": ["LogTest", "ThreadTest"], "platform": ["LogTest", "ThreadTest"]}
 TOO_SLOW = "DeepTreeTest.DepthIsBoundedByMemoryAlone"
 
-# What no test can tell, since it decides on speed only.
-UNTELLABLE = re.compile("|".join([
-    r"\breserve\(",                       # memory in one piece
-    r"prefetch|CACHE_LINE",               # memory asked for ahead
-    r"\b(yieldThread|sched_yield)\(",  # hints to the scheduler
-    r"\bUSUAL_TOKEN_COUNT\b",             # memory in one piece
-    r"\bstatic_assert\b",                 # told by the compiler
+# Lines that affect only the speed or the compilation, so that no test can find a bug in them.
+UNTESTABLE = re.compile("|".join([
+    r"\breserve\(",                     # allocation in advance
+    r"prefetch|CACHE_LINE",             # hints to the processor
+    r"\b(yieldThread|sched_yield)\(",   # hints to the scheduler
+    r"\bstatic_assert\b",               # checked by the compiler
 ]))
 
 COMMENTS_AND_TEXTS = re.compile(
     r"""//[^\n]*|/\*.*?\*/|^[ \t]*\#(?:[^\n]*\\\n)*[^\n]*|"(?:\\.|[^"\\\n])*"|'(?:\\.|[^'\\\n])*'""",
     re.S | re.M)
-SWAPS = [  # kind, what to look for, what takes its place
+SWAPS = [  # kind, pattern, replacements
     ("comparison", r"(?<= )(?:[<>=!]=|[<>])(?=\s)",
      {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "=="}),
     ("arithmetic", r"(?<= )(?:<<|>>|[-+*/%&|^])=?(?=\s)",
@@ -82,11 +80,11 @@ NO_STATEMENT = re.compile(
     r"(?:return|using|throw|case|for|if|while|else|constexpr|public|private)\b|.*= (?:default|delete)$"
     r"|[\w:<>,*& ]+[ *&]\w+ = ", re.S)
 
-Fault = collections.namedtuple("Fault", "file start end kind new name")
+Mutation = collections.namedtuple("Mutation", "file start end kind new name")
 
 
-def plain(text):
-    """The text with blanks for comments and preprocessor lines, and ~ for what stands in quotes."""
+def mask_texts(text):
+    """Returns a text of equal length with blanks for comments and preprocessor lines, and ~ for quoted characters."""
     def blank(match):
         piece = match.group()
         if piece[0] in "\"'":
@@ -95,8 +93,8 @@ def plain(text):
     return COMMENTS_AND_TEXTS.sub(blank, text)
 
 
-def closing(code, position):
-    """Where the parenthesis that opens at the position is closed."""
+def find_closing(code, position):
+    """Returns the position of the parenthesis that closes the one at a position."""
     depth = 0
     while True:
         depth += {"(": 1, ")": -1}.get(code[position], 0)
@@ -105,9 +103,9 @@ def closing(code, position):
         position += 1
 
 
-def changes(text):
-    """Yields what can be changed, as kind, start, end, new text."""
-    code = plain(text)
+def find_changes(text):
+    """Yields the kind, start, end and new text of each possible change."""
+    code = mask_texts(text)
     for kind, pattern, new in SWAPS:
         for match in re.finditer(pattern, code):
             if match.group() in new:
@@ -116,7 +114,7 @@ def changes(text):
         number = match.group()
         yield "number", match.start(), match.end(), str(float(number) + 1 if "." in number else int(number, 0) + 1)
     for match in CONDITION.finditer(code):
-        begin, end = match.end(), closing(code, match.end() - 1)
+        begin, end = match.end(), find_closing(code, match.end() - 1)
         yield "condition", begin, end, "!(" + text[begin:end] + ")"
     for match in RETURN.finditer(code):
         if match.group(1) not in EMPTY_VALUES:
@@ -132,24 +130,25 @@ def changes(text):
             yield "character", start, end, "'%s'" % ("y" if piece == "'x'" else "x")
 
 
-def find_faults(file):
+def find_mutations(file):
+    """Yields all mutations of a file."""
     text = (TREE / file).read_text()
-    for kind, start, end, new in changes(text):
+    for kind, start, end, new in find_changes(text):
         line_start = text.rfind("\n", 0, start) + 1
         piece = text[line_start:text.find("\n", end)]
-        if UNTELLABLE.search(piece):
+        if UNTESTABLE.search(piece):
             continue
         old = text[start:end] if kind != "text" else text[text.rfind('"', 0, start):end + 1]
         name = "%s:%d:%d: %s: %s -> %s" % (file, text.count("\n", 0, start) + 1, start - line_start + 1,
                                            kind, " ".join(old.split()), " ".join(new.split()))
-        yield Fault(file, start, end, kind, new, name)
+        yield Mutation(file, start, end, kind, new, name)
 
 
-def choose(faults, generator):
-    """Shuffles, and takes the kinds in turn, so that a sample has some of each."""
+def choose(mutations, generator):
+    """Yields mutations in random order, with the kinds in turn, so that a sample has all kinds."""
     kinds = collections.defaultdict(list)
-    for fault in faults:
-        kinds[fault.kind].append(fault)
+    for mutation in mutations:
+        kinds[mutation.kind].append(mutation)
     for members in kinds.values():
         generator.shuffle(members)
     while kinds:
@@ -160,7 +159,7 @@ def choose(faults, generator):
 
 
 def copy_tree():
-    """Makes the copy anew. Files keep their times, so that only what has changed is built again."""
+    """Copies the sources. Files keep their times, so that only changed files are compiled again."""
     shutil.rmtree(TREE, ignore_errors=True)
     for name in ["cmake", "include", "src", "examples", "tests"]:
         shutil.copytree(ROOT / name, TREE / name)
@@ -168,7 +167,10 @@ def copy_tree():
 
 
 def run(command, seconds=None, memory=None, **options):
-    """Runs a command in a process group of its own, which is ended when the time is up."""
+    """Runs a command in a new session and kills it after a time limit.
+
+    Returns the exit status, or "time", and the output.
+    """
     def limit():
         resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
         resource.setrlimit(resource.RLIMIT_CPU, (PROCESSOR_LIMIT, PROCESSOR_LIMIT))
@@ -181,179 +183,190 @@ def run(command, seconds=None, memory=None, **options):
         return process.returncode, output.decode(errors="replace")
     except subprocess.TimeoutExpired:
         os.killpg(process.pid, signal.SIGKILL)
-        # Not to the end of the output: a child in a session of its own may hold it open.
+        # Does not read the rest of the output: a child process in another session may keep the pipe open.
         process.wait()
         process.stdout.close()
         return "time", ""
 
 
-class Build:
-    """The copy, built in one way, and with a fault in it where one is asked for."""
+def read_environment(test):
+    """Returns the environment variables of a test that ctest lists."""
+    values = {entry["name"]: entry["value"] for entry in test["properties"]}
+    return dict(variable.split("=", 1) for variable in values.get("ENVIRONMENT", []))
 
-    def __init__(self, folders, sanitizer=""):
+
+class Build:
+    """A build of the copy with or without sanitizers, and of the library with one mutation."""
+
+    def __init__(self, directories, sanitizer=""):
         self.sanitizer = sanitizer
-        self.folder = WORK / (sanitizer.replace(",", "-") or "plain")
+        self.directory = WORK / (sanitizer.replace(",", "-") or "plain")
         lists = (TREE / "tests" / "CMakeLists.txt").read_text()
-        self.subjects = re.findall(r"^ *add_subject\((\w+)", lists, re.M)
+        self.tests = re.findall(r"^ *add_subject\((?:posix/)?(\w+)[ )]", lists, re.M)
         if sanitizer:
-            self.subjects = sorted({s for folder in folders for s in self.closest(folder)})
+            self.tests = sorted({test for directory in directories for test in self.select_tests(directory)})
         replays = re.findall(r"^ *add_fuzz_target\((\w+)", (TREE / "tests/fuzz/CMakeLists.txt").read_text(), re.M)
-        targets = self.subjects + [name + "Replay" for name in replays] + ["qorhost"]
+        targets = self.tests + [name + "Replay" for name in replays] + ["qorhost"]
         configure = ["-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O1", "-DQORTK_SANITIZE=" + sanitizer,
                      "-DBUILD_SHARED_LIBS=ON", "-DQORTK_INSTALL=OFF", "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON"]
-        for command in [["cmake", "-Wno-dev", "-S", TREE, "-B", self.folder] + configure,
-                        ["cmake", "--build", self.folder, "--parallel", str(os.cpu_count()), "--target"] + targets]:
+        for command in [["cmake", "-Wno-dev", "-S", TREE, "-B", self.directory] + configure,
+                        ["cmake", "--build", self.directory, "--parallel", str(os.cpu_count()), "--target"] + targets]:
             status, output = run(command)
             if status != 0:
                 sys.exit(output)
         self.compiling = {}
-        for entry in json.loads((self.folder / "compile_commands.json").read_text()):
+        for entry in json.loads((self.directory / "compile_commands.json").read_text()):
             file = os.path.relpath(entry["file"], TREE)
             if file.startswith("src/"):
                 self.compiling[file] = entry
-        status, listed = run(["ctest", "--show-only=json-v1"], cwd=self.folder)
-        self.scripts = [test["command"] for test in json.loads(listed)["tests"]
-                        if re.match("Host|.*Replay$", test["name"])]
+        status, listed = run(["ctest", "--show-only=json-v1"], cwd=self.directory)
+        self.scripts = [(test["name"], test["command"], read_environment(test))
+                        for test in json.loads(listed)["tests"] if re.match("Host|.*Replay$", test["name"])]
 
-    def closest(self, folder):
-        """The test programs for a folder, those that look most closely first."""
+    def select_tests(self, directory):
+        """Returns the test programs for a directory, the most thorough ones first."""
         if self.sanitizer == "thread":
-            return WITH_THREADS.get(folder, [])
-        closest = CLOSEST[folder].split()
+            return WITH_THREADS.get(directory, [])
+        first = FIRST_TESTS[directory].split()
         if self.sanitizer:
-            return closest
-        return closest + [s for s in self.subjects
-                          if s not in closest and (s != "DeepTreeTest" or folder == "xml")]
+            return first
+        return first + [test for test in self.tests
+                        if test not in first and (test != "DeepTreeTest" or directory == "xml")]
 
-    def units_of(self, file):
-        """The sources that a file of src/ is compiled with."""
+    def find_units(self, file):
+        """Returns the translation units that contain a file of src/."""
         if file in self.compiling:
             return [file]
         users = [str(f.relative_to(TREE)) for f in (TREE / "src").rglob("*.*")
                  if '"%s"' % file[len("src/"):] in f.read_text()]
-        return sorted({unit for user in users for unit in self.units_of(user)})
+        return sorted({unit for user in users for unit in self.find_units(user)})
 
-    def make(self, fault, worker):
-        """Builds the library with the fault in the worker's folder. @return whether that changed it"""
-        text = (TREE / fault.file).read_text()
-        copy = worker / fault.file
-        copy.write_text(text[:fault.start] + fault.new + text[fault.end:])
+    def build_mutant(self, mutation, worker):
+        """Builds the library with a mutation in the worker's directory. Returns whether the library has changed."""
+        text = (TREE / mutation.file).read_text()
+        copy = worker / mutation.file
+        copy.write_text(text[:mutation.start] + mutation.new + text[mutation.end:])
         try:
-            return self.compile(self.units_of(fault.file), worker)
+            return self.compile(self.find_units(mutation.file), worker)
         finally:
             copy.write_text(text)
 
     def compile(self, units, worker):
-        link = shlex.split((self.folder / "src/CMakeFiles/qortk.dir/link.txt").read_text())
+        """Compiles and links the worker's sources. Returns false on failure or if the object code is unchanged."""
+        link = shlex.split((self.directory / "src/CMakeFiles/qortk.dir/link.txt").read_text())
         has_changed = False
         for unit in units:
             entry = self.compiling[unit]
             command = shlex.split(entry["command"].replace(str(TREE / "src"), str(worker / "src")))
-            place = command.index("-o") + 1
-            former, command[place] = command[place], str(worker / (unit.replace("/", "-") + ".o"))
-            link[link.index(former)] = command[place]
+            index = command.index("-o") + 1
+            original, command[index] = command[index], str(worker / (unit.replace("/", "-") + ".o"))
+            link[link.index(original)] = command[index]
             if run(command, 60, cwd=entry["directory"])[0] != 0:
                 return False
-            former = pathlib.Path(entry["directory"], former)
-            has_changed = has_changed or former.read_bytes() != pathlib.Path(command[place]).read_bytes()
+            original = pathlib.Path(entry["directory"], original)
+            has_changed = has_changed or original.read_bytes() != pathlib.Path(command[index]).read_bytes()
         if not has_changed:
             return False
         soname = next(part for part in link if part.startswith("-Wl,-soname,")).split(",")[-1]
         link[link.index("-o") + 1] = str(worker / soname)
-        return run(link + ["-Wl,-z,defs"], 60, cwd=self.folder / "src")[0] == 0
+        return run(link + ["-Wl,-z,defs"], 60, cwd=self.directory / "src")[0] == 0
 
-    def failing(self, subjects, worker):
-        """@return the first test program that tells a fault; None if all pass"""
+    def find_failure(self, tests, worker):
+        """Returns the name of the first test that fails with the worker's library; None if all pass."""
         temporary = worker / "tmp"
         environment = dict(os.environ, LD_LIBRARY_PATH=str(worker), TMPDIR=str(temporary),
                            TZ="Pacific/Chatham", ASAN_OPTIONS="hard_rss_limit_mb=8192")
-        commands = [(s, [self.folder / "tests" / s, "--gtest_brief=1", "--gtest_fail_fast",
-                         "--gtest_filter=-" + TOO_SLOW]) for s in subjects]
-        for script in self.scripts:
-            own = [re.sub("^-DFOLDER=.*", "-DFOLDER=%s/host" % temporary, part) for part in script]
-            commands.append((own[1].split("/")[-1], own))
-        for name, command in commands:
+        commands = [(test, [self.directory / "tests" / test, "--gtest_brief=1", "--gtest_fail_fast",
+                            "--gtest_filter=-" + TOO_SLOW], {}) for test in tests]
+        for name, script, variables in self.scripts:
+            command = [re.sub("^-DFOLDER=.*", "-DFOLDER=%s/host" % temporary, part) for part in script]
+            commands.append((name, command, variables))
+        for name, command, variables in commands:
             shutil.rmtree(temporary, ignore_errors=True)
             temporary.mkdir()
             status, output = run(command, TIME_LIMIT * (3 if self.sanitizer else 1),
-                                 0 if self.sanitizer else MEMORY_LIMIT, cwd=temporary, env=environment)
-            # A child that goes on in its parent's place may fail while that one ends well, and a fault
-            # may end the program before its tests are done.
-            is_cut_short = name in subjects and "  PASSED  " not in output
-            if status != 0 or "  FAILED  " in output or is_cut_short:
+                                 0 if self.sanitizer else MEMORY_LIMIT, cwd=temporary,
+                                 env={**environment, **variables})
+            # The exit status is not sufficient: a forked child process may report the failure, and a mutation may
+            # end the program before all tests have run.
+            is_incomplete = name in tests and "  PASSED  " not in output
+            if status != 0 or "  FAILED  " in output or is_incomplete:
                 test = re.search(r"\[  FAILED  \] ([\w.]+)", output)
                 return test.group(1) if test else "%s (%s)" % (name, status)
         return None
 
 
-def try_fault(fault, builds, workers):
-    """@return what told the fault; None if nothing did, and "" if it does not count"""
+def try_mutation(mutation, builds, workers):
+    """Returns the test that kills a mutation; None if it survives, "" if it is not counted."""
     worker = workers.get()
     try:
-        folder = fault.file.split("/")[1]
+        directory = mutation.file.split("/")[1]
         for build in builds:
-            subjects = build.closest(folder)
-            if not subjects:
+            tests = build.select_tests(directory)
+            if not tests:
                 continue
-            if not build.make(fault, worker):
+            if not build.build_mutant(mutation, worker):
                 return ""
-            told = build.failing(subjects, worker)
-            if told:
-                return told
+            killer = build.find_failure(tests, worker)
+            if killer:
+                return killer
         return None
     finally:
         workers.put(worker)
 
 
-def try_some(faults, count, builds, workers, jobs):
-    """Tries faults until so many count, and tells how each fared.
-    @return how many counted, how many did not, and which survived
+def try_mutations(mutations, count, builds, workers, jobs):
+    """Tries mutations until a number of them are counted, and prints the result of each.
+
+    Returns the number of counted mutations, the number of others, and the names of the survivors.
     """
-    counted, survivors, voids = 0, [], 0
-    faults = iter(faults)
+    counted, survivors, uncounted = 0, [], 0
+    mutations = iter(mutations)
     with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
         running = {}
         while True:
-            room = min(jobs, count - counted) - len(running)
-            for fault in itertools.islice(faults, max(room, 0)):
-                running[pool.submit(try_fault, fault, builds, workers)] = fault
+            free = min(jobs, count - counted) - len(running)
+            for mutation in itertools.islice(mutations, max(free, 0)):
+                running[pool.submit(try_mutation, mutation, builds, workers)] = mutation
             if not running:
-                return counted, voids, survivors
+                return counted, uncounted, survivors
             done = next(concurrent.futures.as_completed(running))
-            fault, told = running.pop(done), done.result()
-            if told == "":
-                voids += 1
+            mutation, killer = running.pop(done), done.result()
+            if killer == "":
+                uncounted += 1
                 continue
             counted += 1
-            if told is None:
-                survivors.append(fault.name)
-            print("%-9s %s%s" % ("told" if told else "SURVIVED", fault.name, " | " + told if told else ""),
+            if killer is None:
+                survivors.append(mutation.name)
+            print("%-9s %s%s" % ("killed" if killer else "SURVIVED", mutation.name, " | " + killer if killer else ""),
                   flush=True)
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("folders", nargs="*", metavar="FOLDER", help="of src/: " + ", ".join(CLOSEST))
-    parser.add_argument("--count", type=int, default=20, help="how many faults in each folder")
-    parser.add_argument("--seed", type=int, default=1, help="chooses another sample")
-    parser.add_argument("--jobs", type=int, default=os.cpu_count(), help="how many at a time")
-    parser.add_argument("--plain", action="store_true", help="leave the sanitizers out")
-    parser.add_argument("--survivors", metavar="FILE", help="write those that no test told here")
-    parser.add_argument("--only", metavar="FILE", help="try the faults listed there")
+    parser.add_argument("directories", nargs="*", metavar="DIRECTORY",
+                        help="directory of src/: " + ", ".join(FIRST_TESTS))
+    parser.add_argument("--count", type=int, default=20, help="number of mutations in each directory")
+    parser.add_argument("--seed", type=int, default=1, help="seed of the random sample")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count(), help="number of parallel jobs")
+    parser.add_argument("--plain", action="store_true", help="do not use sanitizers")
+    parser.add_argument("--survivors", metavar="FILE", help="write the list of survivors to this file")
+    parser.add_argument("--only", metavar="FILE", help="try only the mutations listed in this file")
     options = parser.parse_args()
 
     copy_tree()
-    folders = options.folders or list(CLOSEST)
+    directories = options.directories or list(FIRST_TESTS)
     files = sorted(str(f.relative_to(TREE)) for f in (TREE / "src").rglob("*.*") if f.suffix in (".h", ".cpp"))
-    faults = {folder: [fault for file in files if file.split("/")[1] == folder
-                       for fault in find_faults(file)] for folder in folders}
+    mutations = {directory: [mutation for file in files if file.split("/")[1] == directory
+                             for mutation in find_mutations(file)] for directory in directories}
     if options.only:
         wanted = set(pathlib.Path(options.only).read_text().splitlines())
-        faults = {folder: [f for f in all_ if f.name in wanted] for folder, all_ in faults.items()}
-    folders = [folder for folder in folders if faults[folder]]
-    builds = [Build(folders)]
+        mutations = {directory: [mutation for mutation in candidates if mutation.name in wanted]
+                     for directory, candidates in mutations.items()}
+    directories = [directory for directory in directories if mutations[directory]]
+    builds = [Build(directories)]
     if not options.plain:
-        builds += [Build(folders, "address,undefined"), Build(folders, "thread")]
+        builds += [Build(directories, "address,undefined"), Build(directories, "thread")]
     workers = queue.Queue()
     for number in range(options.jobs):
         worker = WORK / ("worker%d" % number)
@@ -361,19 +374,19 @@ def main():
         shutil.copytree(TREE / "src", worker / "src")
         workers.put(worker)
         for build in builds:
-            failing = build.failing(build.subjects, worker)
-            if failing:
-                sys.exit("Without any fault, this fails: " + failing)
+            failure = build.find_failure(build.tests, worker)
+            if failure:
+                sys.exit("This test fails without a mutation: " + failure)
 
     table, survivors = [], []
-    for folder, all_ in faults.items():
-        sample = all_ if options.only else choose(all_, random.Random("%s %d" % (folder, options.seed)))
-        counted, voids, left = try_some(sample, len(all_) if options.only else options.count, builds, workers,
-                                        options.jobs)
+    for directory, candidates in mutations.items():
+        sample = candidates if options.only else choose(candidates, random.Random("%s %d" % (directory, options.seed)))
+        counted, uncounted, left = try_mutations(sample, len(candidates) if options.only else options.count, builds,
+                                                 workers, options.jobs)
         survivors += left
         share = "%.0f %%" % (100 * (counted - len(left)) / counted) if counted else ""
-        table.append((folder, counted, counted - len(left), len(left), voids, share))
-    print("\n%-14s%9s%9s%10s%14s%8s" % ("", "planted", "told", "survived", "did not count", "told"))
+        table.append((directory, counted, counted - len(left), len(left), uncounted, share))
+    print("\n%-14s%9s%9s%10s%14s%8s" % ("", "counted", "killed", "survived", "not counted", "killed"))
     for row in table:
         print("%-14s%9d%9d%10d%14d%8s" % row)
     print("\nSurvivors:\n" + "\n".join(survivors))

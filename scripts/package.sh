@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes the Debian packages and the archive, in build/package or in the given directory. The guide becomes a
-# package if scripts/docs.sh has built it.
+# Makes the archive and the Debian packages, which include the guide if scripts/docs.sh has built it.
+#   scripts/package.sh [DIRECTORY]   in build/package by default
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -8,7 +8,7 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 require "$COMPILER" "$CMAKE" "$MAKE" "dpkg-dev:command -v dpkg-shlibdeps" "file:command -v file"
 
 cd "$here"
-folder=${1:-build/package}
-cmake --preset package -B "$folder"
-cmake --build "$folder" --parallel "$(nproc)" --target package
-ls "$folder"/*.deb "$folder"/*.tar.gz
+directory=${1:-build/package}
+cmake --preset package -B "$directory"
+cmake --build "$directory" --parallel "$(nproc)" --target package
+ls "$directory"/*.deb "$directory"/*.tar.gz

@@ -1,7 +1,7 @@
-# Sourced by the other scripts: sees to the programs and packages that they need.
+# Sourced by the other scripts: checks for the packages that they need.
 
-# require PACKAGE:TEST... runs each TEST, a shell command that succeeds where its Debian package is
-# there. What is missing is installed where that is allowed; else this tells how, and ends the script.
+# require PACKAGE:TEST... installs missing Debian packages. TEST is a shell command that succeeds if the package is
+# installed. If the user may not install packages, prints the command for it and ends the script.
 require() {
     local missing="" pair
     for pair in "$@"; do
@@ -15,16 +15,16 @@ require() {
     fi
     local install="apt-get install -y --no-install-recommends$missing"
     if ! command -v apt-get >/dev/null || { [ -n "$become_root" ] && ! sudo -n true 2>/dev/null; }; then
-        echo "Missing packages. Install them, here with Debian's names, and start again:" >&2
+        echo "Missing packages. Install them and start this script again. On Debian:" >&2
         echo "  sudo $install" >&2
         exit 1
     fi
     echo "Installing:$missing"
     export DEBIAN_FRONTEND=noninteractive
-    # A fresh system has no package lists, or old ones.
+    # A fresh system has no package lists or outdated ones.
     if ! $become_root apt-get update -qq ||
         ! $become_root $install -qq -o Dpkg::Use-Pty=0 >/dev/null; then
-        echo "Could not install the packages. Try by hand, and start again:" >&2
+        echo "Cannot install the packages. Install them and start this script again:" >&2
         echo "  sudo $install" >&2
         exit 1
     fi
@@ -39,7 +39,7 @@ CMAKE="cmake:command -v cmake"
 MAKE="make:command -v make"
 GTEST="libgtest-dev:has_header gtest/gtest.h"
 CURSES="libncurses-dev:has_header curses.h"
-# A test builds locales of its own.
+# A test builds locales from these definitions.
 LOCALES="locales:test -e /usr/share/i18n/locales/de_DE"
 # Cross builds: GoogleTest is built from its source, programs run in an emulator.
 GTEST_SOURCE="googletest:test -e /usr/src/googletest/CMakeLists.txt"

@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
 """Adds the guide's headings and concepts to the search index of the built pages.
 
-Doxygen finds names and titles by their beginning. This adds each word of each heading, and the words that
-docs/concepts.txt assigns to a heading: python3 scripts/search_index.py build/docs/html
+    scripts/search_index.py build/docs/html
+
+Doxygen's search finds only the beginnings of names and titles. This script adds each word of each heading, and the
+words that docs/concepts.txt assigns to a heading.
 """
 
 import html

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Compares the names that the shared library exports with src/exported-symbols.txt. Programs are linked
-# with them: one that goes, or changes, breaks programs that are built already.
-#   scripts/symbols.sh [LIBRARY]           the release build, or the LIBRARY given
-#   scripts/symbols.sh --update [LIBRARY]  writes the list anew
+# Compares the symbols that the shared library exports with src/exported-symbols.txt. A symbol that is removed or
+# changed breaks existing programs.
+#   scripts/symbols.sh [LIBRARY]           compares; LIBRARY is the release build by default
+#   scripts/symbols.sh --update [LIBRARY]  updates the list
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -22,11 +22,11 @@ if [ -z "$library" ]; then
     cmake --build "$here/build/release" --target qortk --parallel "$(nproc)"
 fi
 
-# Constructors and destructors have several symbols of one name, of which compilers make different ones.
+# A constructor or destructor has several symbols with one demangled name. Compilers export different ones of them.
 names=$(nm --dynamic --defined-only --demangle "$library" | cut -d' ' -f3- | LC_ALL=C sort -u)
 if [ $update = yes ]; then
     echo "$names" >"$list"
 elif ! diff -U0 --label "$list" --label "$library" "$list" - <<<"$names"; then
-    echo "The exported names have changed. If that is meant: scripts/symbols.sh --update" >&2
+    echo "The exported symbols have changed. If this is intended, run scripts/symbols.sh --update" >&2
     exit 1
 fi

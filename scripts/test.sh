@@ -23,7 +23,7 @@ preset=${1:-release}
 case $preset in
 windows)
     require "$CMAKE" "$NINJA" "$GTEST_SOURCE" "$MINGW_X86_64" "$MINGW_I686" "$WINE"
-    # Starting Wine's server takes longer than most tests.
+    # One Wine server serves all tests, because its start takes longer than most tests.
     export WINEPREFIX=$here/build/wine WINEDEBUG=-all
     mkdir -p "$WINEPREFIX"
     wineserver=$(command -v wineserver || echo /usr/lib/wine/wineserver)
@@ -31,7 +31,7 @@ windows)
     trap '"$wineserver" -k || true' EXIT
     build windows
     run_tests windows
-    # The library and its programs without C++11 threads in the compiler, and for 32-bit x86.
+    # With a compiler without C++11 threads, then for 32-bit x86.
     build windows-win32
     run_tests windows-win32
     build windows-i686

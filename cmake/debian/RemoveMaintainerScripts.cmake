@@ -1,5 +1,5 @@
-# CPack adds scripts that call ldconfig to every package with a shared library. The package's trigger does
-# the same once for all packages of an installation, so the scripts are removed.
+# Removes the scripts that call ldconfig, which CPack adds to every package with a shared library. The trigger of the
+# package calls ldconfig once per installation of any number of packages.
 foreach(package IN LISTS CPACK_PACKAGE_FILES)
     if(NOT package MATCHES "/libqortk[0-9]+_[^/]*\\.deb$")
         continue()

@@ -1,5 +1,5 @@
-# Linux on s390x (big-endian) by Debian's cross compiler. Programs are linked statically, so that they run without the
-# target's libraries.
+# Debian's cross compiler for Linux on s390x, which is big-endian. Programs are linked statically, so that they run
+# without the libraries of the target system.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR s390x)
 set(CMAKE_C_COMPILER s390x-linux-gnu-gcc)

@@ -1,8 +1,7 @@
-# Windows on 32-bit x86 by MinGW-w64. MINGW_THREADS is `posix` or `win32`: the thread model of the compiler's
-# own run-time library.
+# MinGW-w64 for Windows on 32-bit x86.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR i686)
-set(MINGW_THREADS posix CACHE STRING "Thread model of the compiler: posix or win32")
+set(MINGW_THREADS posix CACHE STRING "Thread model of the compiler's run-time library: posix or win32")
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES MINGW_THREADS)
 set(CMAKE_C_COMPILER i686-w64-mingw32-gcc-${MINGW_THREADS})
 set(CMAKE_CXX_COMPILER i686-w64-mingw32-g++-${MINGW_THREADS})

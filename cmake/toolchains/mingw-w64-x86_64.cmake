@@ -1,8 +1,7 @@
-# Windows on x86-64 by MinGW-w64. MINGW_THREADS is `posix` or `win32`: the thread model of the compiler's
-# own run-time library.
+# MinGW-w64 for Windows on x86-64.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
-set(MINGW_THREADS posix CACHE STRING "Thread model of the compiler: posix or win32")
+set(MINGW_THREADS posix CACHE STRING "Thread model of the compiler's run-time library: posix or win32")
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES MINGW_THREADS)
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-${MINGW_THREADS})
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-${MINGW_THREADS})

@@ -8,11 +8,11 @@
 namespace qor
 {
 
-/// The reflected CRC-32 with the polynomial 0xEDB88320, as a bare register: it starts with the
-/// initial value and is read as it is. Nothing is inverted at either end.
+/// The reflected CRC-32 with the polynomial 0xEDB88320. Neither the initial value nor the result is
+/// inverted.
 ///
-/// So the default object does not compute the usual CRC-32 of zip archives and PNG images. That one
-/// starts with 0xFFFFFFFF and is inverted at the end:
+/// Zip archives and PNG images use a CRC-32 with both inversions. To compute it, pass 0xFFFFFFFF to
+/// the constructor and invert the result:
 ///
 /// @code
 /// qor::CRC32 checksum(0xFFFFFFFF);
@@ -20,44 +20,50 @@ namespace qor
 /// const unsigned int usual = ~checksum.getChecksumInteger(); // 0xCBF43926
 /// @endcode
 ///
-/// finalize() does nothing: the value may be read and data added at any time. A copy is independent
-/// of its source and has the same initial value.
+/// Data may be added after the result has been read, because finalize() has no effect. A copy has
+/// the same value and initial value, and is independent of its source.
+///
+/// **Error handling** and **thread safety** are those of Checksum.
 class QORTK_API CRC32 : public Checksum
 {
 public:
-    /// Constructs a register with the initial value 0.
+    /// Constructs a checksum with the initial value 0.
     CRC32() : CRC32(0) {}
 
-    /// Constructs a register with an initial value.
-    /// @param initialValue value of the register at the start and after reset()
+    /// Constructs a checksum with an initial value.
+    /// @param initialValue value before any data is added, and after reset()
     explicit CRC32(unsigned int initialValue)
         : m_InitialValue(initialValue), m_CurrentValue(initialValue)
     {
     }
 
-    /// Copies the register and the initial value.
+    /// Copies the value and the initial value.
     /// @param other checksum to copy
-    /// @{
     CRC32(const CRC32& other) = default;
+
+    /// Copies the value and the initial value.
+    /// @param other checksum to copy
+    /// @return this checksum
     CRC32& operator=(const CRC32& other) = default;
-    /// @}
 
     ~CRC32() override = default;
 
     void addRaw(const unsigned char* data, unsigned int length) override;
 
-    /// Does nothing.
+    /// Has no effect.
     void finalize() override;
 
-    /// Returns 4.
+    /// Returns the length of the raw form.
+    /// @return 4
     unsigned int getChecksumLength() override;
 
-    /// Stores the register, least significant byte first. So the hexadecimal text has the bytes of
-    /// getChecksumInteger() in reverse order.
+    /// Stores the value, least significant byte first. The result of getChecksumHex() thus has the
+    /// bytes of getChecksumInteger() in reverse order.
     /// @param[out] out 4 bytes
     void getChecksumRaw(unsigned char* out) override;
 
-    /// Returns the register.
+    /// Returns the checksum as a number.
+    /// @return the current value
     unsigned int getChecksumInteger() override { return m_CurrentValue; }
 
     void reset() override;

@@ -7,20 +7,24 @@
 namespace qor
 {
 
-/// Base class of checksums, which are fed with data in pieces and then read as bytes, as
+/// Base class of checksums. Data is added in pieces. The result is read as raw bytes, as
 /// hexadecimal text or as a number.
 ///
-/// Call add() or addRaw() any number of times, then finalize() once, then the reading operations,
-/// which may be repeated. reset() starts again. Another order is not rejected: reading does not
-/// finalize, and returns the state of that moment.
+/// Call add() or addRaw() any number of times, then finalize() once, then the reading operations
+/// any number of times. reset() starts a new checksum. The order of calls is not checked: a reading
+/// operation before finalize() returns an intermediate result.
 ///
-/// To add a kind of checksum, derive from this class. Its result must not depend on how the data
-/// are cut into pieces.
+/// To implement another checksum algorithm, derive a class from this one. The result must depend on
+/// the data only, not on its division into pieces.
+///
+/// **Ownership**: a checksum stores no pointers to the data that is added.
 ///
 /// **Error handling**: no operation fails, except that getChecksumHex() throws `std::bad_alloc` if
 /// there is not enough memory.
 ///
 /// **Thread safety**: one thread at a time may use an object. Different objects are independent.
+///
+/// **Complexity**: adding data takes time proportional to its length and allocates nothing.
 ///
 /// @code
 /// std::string fingerprint(const qor::XMLElement& document, qor::Checksum& checksum)
@@ -34,13 +38,13 @@ namespace qor
 class QORTK_API Checksum
 {
 public:
-    /// Maximum length in bytes of the raw form of any kind.
+    /// Maximum length in bytes of the raw form of every algorithm.
     static const unsigned int MAX_CHECKSUM_LENGTH = 16;
 
     virtual ~Checksum();
 
     /// Adds the bytes of a text, including zero bytes.
-    /// @param data text of any length
+    /// @param data text of any length; addRaw() receives it in pieces if it exceeds 4 GiB
     virtual void add(const std::string& data);
 
     /// Adds the bytes of a zero-terminated text, without the zero.
@@ -52,24 +56,28 @@ public:
     /// @param length number of bytes
     virtual void addRaw(const unsigned char* data, unsigned int length) = 0;
 
-    /// Ends the data. Kinds that append padding do it here.
+    /// Completes the checksum after the last data. Algorithms with padding append it here.
     virtual void finalize() = 0;
 
-    /// Returns the length of the raw form in bytes, at most MAX_CHECKSUM_LENGTH.
+    /// Returns the length of the raw form.
+    /// @return bytes, at most MAX_CHECKSUM_LENGTH
     virtual unsigned int getChecksumLength() = 0;
 
     /// Stores the raw form.
     /// @param[out] out getChecksumLength() bytes; MAX_CHECKSUM_LENGTH bytes are always enough
     virtual void getChecksumRaw(unsigned char* out) = 0;
 
-    /// Returns the raw form as text: two lower-case hexadecimal digits for each byte, in its order.
+    /// Returns the raw form as hexadecimal text.
+    /// @return two lower-case digits for each byte, in the order of the bytes
+    /// @throws std::bad_alloc if there is not enough memory
     virtual std::string getChecksumHex();
 
-    /// Returns the last four bytes of the raw form as a number, the last byte in bits 7 to 0. A
-    /// shorter form is used completely.
+    /// Returns the end of the raw form as a number.
+    /// @return the last four bytes, or all bytes of a shorter form, with the last byte in bits 7
+    ///         to 0
     virtual unsigned int getChecksumInteger();
 
-    /// Discards all data.
+    /// Discards all data and starts a new checksum.
     virtual void reset() = 0;
 };
 

@@ -19,10 +19,11 @@ struct TEvent;
 /// Copies refer to the same event, which is destroyed with the last of them. An assignment makes
 /// the target refer to the other event and drops its reference to the former one.
 ///
-/// Thread safety: any thread may call `wait` and `signal`. Copying and assigning an object require
-/// that no other thread uses that object. The object may be destroyed when no thread waits and
-/// every `signal` has released its thread, so the thread that a signal released may destroy it at
-/// once.
+/// **Error handling**: only the constructor can fail, with `std::bad_alloc`.
+///
+/// **Thread safety**: any thread may call `wait` and `signal`. Copying, assigning and destroying an
+/// object require that no other thread uses that object, with one exception: a thread that a signal
+/// has released may destroy the object before that call of `signal` returns.
 ///
 /// @code
 /// struct TQueue {
@@ -53,7 +54,7 @@ class QORTK_API Condition
 {
 public:
     /// Creates an event that is not set.
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     Condition();
 
     /// Refers to the same event as another object.
@@ -68,20 +69,22 @@ public:
     /// Destroys the event if no other object refers to it.
     virtual ~Condition();
 
-    /// Releases one level of a lock, waits for a signal, and locks it again. The thread counts as
-    /// waiting before the lock is released: another thread that takes the lock and calls `signal`
-    /// releases it. If the event is set, it is reset and the call does not wait for a signal.
+    /// Unlocks a mutex, waits for a signal, and locks the mutex again. Unlocking and the begin of
+    /// the wait are atomic: a `signal` that another thread sends while it holds the mutex is not
+    /// missed. If the event is set, it is reset and the call does not wait for a signal.
     ///
     /// The caller cannot distinguish a signal from a time-out. Check the awaited state after each
     /// call, in a loop.
-    /// @param mutex   lock that the calling thread holds exactly once; a further level would remain
-    ///                locked during the wait. The thread holds it again when the call returns.
-    /// @param timeOut time limit in milliseconds; 0 waits without a limit. Waiting for the lock at
-    ///                the end is not limited.
+    /// @param mutex   mutex that the calling thread has locked exactly once. If it has locked the
+    ///                mutex several times, the mutex remains locked during the wait. The thread
+    ///                holds the mutex again when the call returns.
+    /// @param timeOut time limit of the wait for a signal in milliseconds; 0 sets no limit. The
+    ///                time for locking the mutex again is not limited.
     void wait(Mutex& mutex, unsigned int timeOut);
 
-    /// Releases exactly one of the threads that are waiting. If no thread is waiting, sets the
-    /// event: the next `wait` returns at once. Signals do not add up in that case.
+    /// Releases exactly one of the waiting threads. If no thread is waiting, sets the event: the
+    /// next `wait` returns at once. Several signals while no thread is waiting release only one
+    /// `wait`.
     void signal();
 
 private:

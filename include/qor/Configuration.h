@@ -18,26 +18,33 @@ class XMLElement;
 /// and writes the parameters by name, in their own type or as text. A number outside the limits is
 /// set to the nearer limit. Names are case-sensitive.
 ///
-/// **Errors.** Invalid input never causes an exception. Results report unknown names and other
-/// types; the `Log` gets a message, mostly of level DEBUG. Only `std::bad_alloc` is thrown. It
-/// leaves the table unchanged, except where several values are set, stored or notified: some of
-/// them are processed then.
+/// **Stored form**: an XML document with the element "version", which has the version of the table,
+/// and one element per parameter. The name of the parameter is the path of its element: the value
+/// of "window/width" is stored in the element "width" within the element "window". Floats are
+/// stored with six digits after the point, and texts without white space at their ends. Do not use
+/// the parameter name "version", names that are equal except for a leading slash, or names that
+/// cannot be names of elements, see `XMLElement`.
 ///
-/// **Stored form.** An XML document with the version of the table in the element "version" and each
-/// value in the element at the path that the parameter's name is: "window/width" is stored in the
-/// element "width" in the element "window". Floats are stored with six digits after the point, and
-/// texts without white space at their ends. Do not give a parameter the name "version", nor names
-/// that differ in a leading slash alone or cannot be names of elements, see `XMLElement`.
+/// **Versions**: pass to each parameter the last version of the host in which the meaning of its
+/// stored value changed. load() ignores values in older documents.
 ///
-/// **Versions.** The version of a parameter is the last version of the host in which the meaning of
-/// the stored value changed. Values in older documents are ignored.
+/// **Ownership**: a table owns its parameters. It owns neither its listeners nor the elements that
+/// are loaded and saved.
 ///
-/// **Threads.** One thread at a time may use a table. Tables in different threads share
+/// **Error handling**: invalid input never causes an exception. Unknown names and wrong types are
+/// reported through results and by messages in the `Log`, mostly of level DEBUG. Only
+/// `std::bad_alloc` is ever thrown. The table is unchanged then, except in operations on several
+/// parameters, which may have processed some of them.
+///
+/// **Thread safety**: one thread at a time may use a table. Tables in different threads share
 /// getInstance() and XMLElement::getLastError().
 ///
-/// Arguments may refer to texts in the table. Reading and writing a parameter takes constant
-/// time on average. Loading and storing take logarithmic time for each parameter,
-/// or constant time if the elements have the order of the parameters, unless noted otherwise.
+/// **Complexity**: reading and writing a parameter takes constant time on average. Loading and
+/// saving take logarithmic time per parameter, or constant time if the elements are in the order of
+/// the parameters. Loading an element into a table with listeners takes longer, see
+/// load(const XMLElement*).
+///
+/// Arguments of all operations may be references to texts in the table.
 ///
 /// @code
 /// qor::Configuration configuration(2);
@@ -53,8 +60,8 @@ class XMLElement;
 class QORTK_API Configuration
 {
 public:
-    /// Receives change notifications. A listener must exist until it is removed or all tables that
-    /// have it are destroyed.
+    /// Receives change notifications. A listener must exist until it has been removed from each
+    /// table to which it was added, or the table is destroyed.
     class QORTK_API Listener
     {
     public:
@@ -70,25 +77,25 @@ public:
         virtual void parameterChanged(const std::string& name) = 0;
     };
 
-    /// Constructs an empty table. It becomes the instance if there is none.
+    /// Constructs an empty table. It becomes the instance if there is no instance.
     /// @param version the version of the host's parameters, which is stored with them
     explicit Configuration(unsigned int version);
 
     /// Copies the version, the file name, all parameters and the list of listeners, which both
     /// tables notify from then on. The copy does not become the instance.
     /// @param other the table to copy
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     Configuration(const Configuration& other);
 
     /// Replaces the version, the file name, all parameters and the list of listeners by copies.
     /// Does not notify listeners. Self-assignment has no effect.
     /// @param other the table to copy
     /// @return this table
-    /// @throws std::bad_alloc and changes nothing
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     Configuration& operator=(const Configuration& other);
 
-    /// Destroys the table. If it is the instance, there is none until the next table is constructed
-    /// from a version.
+    /// Destroys the table. If it is the instance, there is no instance until the next table is
+    /// constructed from a version.
     ~Configuration();
 
     /// Returns the instance: the first table that was constructed from a version while there was no
@@ -97,8 +104,8 @@ public:
     [[nodiscard]] static Configuration* getInstance() noexcept;
 
     /// @name Declaring parameters
-    /// The parameter gets its default value, limited like every other value. Listeners are notified
-    /// if that is a number other than 0 or true.
+    /// The parameter gets its default value, clamped to the limits. Listeners are notified if that
+    /// value is `true` or a number other than 0.
     /// @{
 
     /// Adds a boolean parameter.
@@ -107,7 +114,7 @@ public:
     /// @param version oldest document version whose stored value is accepted; 0 accepts every
     ///        version
     /// @return false if the name exists already; nothing is changed then
-    /// @throws std::bad_alloc and changes nothing
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     bool addBooleanParameter(const std::string& name, bool defaultValue, unsigned int version);
 
     /// Adds an integer parameter.
@@ -118,7 +125,7 @@ public:
     /// @param version oldest document version whose stored value is accepted; 0 accepts every
     ///        version
     /// @return false if the name exists already; nothing is changed then
-    /// @throws std::bad_alloc and changes nothing
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     bool addIntegerParameter(const std::string& name, int defaultValue, int minimum, int maximum,
                              unsigned int version);
 
@@ -130,7 +137,7 @@ public:
     /// @param version oldest document version whose stored value is accepted; 0 accepts every
     ///        version
     /// @return false if the name exists already; nothing is changed then
-    /// @throws std::bad_alloc and changes nothing
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     bool addFloatParameter(const std::string& name, float defaultValue, float minimum,
                            float maximum, unsigned int version);
 
@@ -143,7 +150,7 @@ public:
     /// @param version oldest document version whose stored value is accepted; 0 accepts every
     ///        version
     /// @return false if the name exists already; nothing is changed then
-    /// @throws std::bad_alloc and changes nothing
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     bool addStringParameter(const std::string& name, const std::string& defaultValue,
                             int minimumLength, int maximumLength, unsigned int version);
 
@@ -156,15 +163,15 @@ public:
     /// @param name the name of the parameter
     /// @param value the new value
     /// @return false if no parameter has this name and type
-    /// @throws std::bad_alloc and changes nothing
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     bool setBoolean(const std::string& name, bool value);
 
     /// Sets a numeric parameter.
     /// @param name the name of the parameter
     /// @param value the new value. A value outside the limits is set to the nearer limit. NaN is
-    ///        not limited and differs from every value.
+    ///        stored in spite of limits, and differs from every value, NaN included.
     /// @return false if no parameter has this name and type
-    /// @throws std::bad_alloc and changes nothing
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     /// @{
     bool setInteger(const std::string& name, int value);
     bool setFloat(const std::string& name, float value);
@@ -174,7 +181,7 @@ public:
     /// @param name the name of the parameter
     /// @param value the new value. A text outside the limits is logged and stored in full.
     /// @return false if no parameter has this name and type
-    /// @throws std::bad_alloc and changes nothing
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     bool setString(const std::string& name, const std::string& value);
 
     /// Sets a parameter of any type from text.
@@ -183,7 +190,7 @@ public:
     ///        for a text parameter. White space before a word or number is skipped, and text after
     ///        it is ignored.
     /// @return false if no parameter has this name, or the text is not a value of its type
-    /// @throws std::bad_alloc and changes nothing
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     bool set(const std::string& name, const std::string& text);
 
     /// @}
@@ -213,25 +220,26 @@ public:
     /// point. set() accepts the text, except for infinities and NaN.
     /// @param name the name of the parameter
     /// @return the text; empty if no parameter has this name
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] const std::string get(const std::string& name) const;
 
     /// @}
     /// @name Listeners
     /// @{
 
-    /// Adds a listener after those that were added before.
-    /// @param listener the listener, not owned. Null and a listener of this table are not added.
-    /// @throws std::bad_alloc and changes nothing
+    /// Adds a listener at the end of the list.
+    /// @param listener the listener, not owned. Null, and a listener that is in the list already,
+    ///        are ignored.
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     void addListener(Listener* listener);
 
     /// Removes a listener.
-    /// @param listener the listener; nothing happens if this table does not have it
+    /// @param listener the listener; ignored if it is not in the list
     void removeListener(Listener* listener) noexcept;
 
-    /// Notifies all listeners of all parameters, in the order of their addition: all listeners of
-    /// the first parameter, then all of the second.
-    /// @throws std::bad_alloc
+    /// Notifies all listeners of all parameters: for each parameter in the order of declaration,
+    /// each listener in the order of addition.
+    /// @throws std::bad_alloc if there is not enough memory
     void updateAllParameters();
 
     /// @}
@@ -241,7 +249,7 @@ public:
 
     /// Saves to the file that was loaded last, see save(const std::string&) const.
     /// @return false if no file was loaded, or the file cannot be opened for writing
-    /// @throws std::bad_alloc. The file is then unchanged.
+    /// @throws std::bad_alloc if there is not enough memory; the file is unchanged then
     bool save() const;
 
     /// Saves to a file, which contains the parameters and nothing else. The file is replaced as a
@@ -250,32 +258,32 @@ public:
     /// @param fileName the path of the file. A path with a zero byte does not name a file.
     /// @return false if the file cannot be opened for writing. A failed write, as on a full disk,
     ///         is not reported.
-    /// @throws std::bad_alloc. The file is then unchanged.
+    /// @throws std::bad_alloc if there is not enough memory; the file is unchanged then
     bool save(const std::string& fileName) const;
 
     /// Stores the version and the values in an element. Missing elements are created, others are
     /// kept.
     /// @param root the element, not owned; may be null
     /// @return false if `root` is null
-    /// @throws std::bad_alloc. Some values may be stored then.
+    /// @throws std::bad_alloc if there is not enough memory; some values may be stored then
     bool save(XMLElement* root) const;
 
     /// Loads a file and stores its name for save(). Values are set in the order of their
     /// declaration, with limits and notifications. Parameters without a stored value keep theirs.
     /// @param fileName the path of the file. A path with a zero byte does not name a file.
-    /// @return true also if the file does not exist; false if it exists and cannot be read, for
-    ///         example a pipe without a writer. No value is changed then.
-    /// @throws std::bad_alloc. Some values may be set then.
+    /// @return true if the file was loaded or does not exist. False if it exists and cannot be
+    ///         read, for example a pipe without a writer; no value is changed then.
+    /// @throws std::bad_alloc if there is not enough memory; some values may be set then
     bool load(const std::string& fileName);
 
     /// Loads the values from an element, in the order of their declaration, with limits and
-    /// notifications. A stored text that is not a value of its type is false or 0. If the table has
-    /// listeners, each parameter takes linear time in the number of siblings of its element,
-    /// because a listener may change the tree.
+    /// notifications. If the stored text is not a value of the parameter's type, `false` or 0 is
+    /// set. If the table has listeners, each parameter takes linear time in the number of siblings
+    /// of its element, because a listener may change the tree.
     /// @param root the element, not owned; its name is ignored. It may be null, and a listener must
     ///        not destroy it.
     /// @return false if `root` is null
-    /// @throws std::bad_alloc. Some values may be set then.
+    /// @throws std::bad_alloc if there is not enough memory; some values may be set then
     bool load(const XMLElement* root);
 
     /// @}
@@ -312,7 +320,7 @@ private:
     void notify(const std::string& name) const;
 
     unsigned int m_Version;
-    std::string m_FileName; ///< the file that was loaded last; empty if none was
+    std::string m_FileName; ///< the file that was loaded last; empty before the first load
     std::vector<TParameter> m_Parameters;
     std::unordered_map<std::string, int> m_ParameterIndex; ///< by name
     std::list<Listener*> m_Listeners;

@@ -25,14 +25,15 @@ namespace qor
 /// registration.
 ///
 /// **Error handling**: an error in a command line is printed as an output line that begins with
-/// "Error: ". Operations only throw `std::bad_alloc`, which leaves the console unchanged, except
-/// that putChar() may have printed or run the line; the line is then still there.
+/// "Error: ". Only `std::bad_alloc` is thrown, and exceptions of commands pass through putChar().
+/// A failed operation has no effect, with one exception: a failed putChar() keeps the command line,
+/// but may have printed it and run its command.
 ///
 /// **Thread safety**: there is no lock. All calls on a console must come from one thread at a time.
 ///
 /// @code
 /// qor::Console console(500);
-/// std::string player = "nobody";
+/// std::string player = "unnamed";
 /// console.addVariable("player", "name of the player", qor::Console::VT_STRING, 0, 0, &player);
 /// for (char character : std::string("set player \"Ada L\"\r")) {
 ///     console.putChar(character);
@@ -43,8 +44,8 @@ namespace qor
 class QORTK_API Console : private ConsoleCommand
 {
 public:
-    /// Types of variables. `get` and `set` support VT_STRING, whose storage is a `std::string`.
-    /// They reject the other types, which can be registered.
+    /// Types of variables. Variables of all types can be registered, but `get` and `set` accept
+    /// only VT_STRING, whose storage is a `std::string`.
     enum VariableType : int {
         VT_BOOLEAN = 0,
         VT_INTEGER = 1,
@@ -68,20 +69,24 @@ public:
     /// remain those of the source: they use the source's variables, print to the source, and
     /// require it to outlive the copy.
     /// @param other console to copy
-    /// @throws std::bad_alloc if there is not enough memory; an assignment then changes nothing
-    /// @{
+    /// @throws std::bad_alloc if there is not enough memory
     Console(const Console& other);
+
+    /// Copies as the copy constructor does.
+    /// @param other console to copy
+    /// @return this console
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     Console& operator=(const Console& other);
-    /// @}
 
     ~Console() override;
 
     /// Registers a command. If the name is taken, the earlier command keeps it.
     /// @param name first token of the lines that run the command
-    /// @param help description for the host's own use
-    /// @param minParameters minimum number of parameters; a negative number accepts no line
+    /// @param help description, stored and not used
+    /// @param minParameters minimum number of parameters; a negative number rejects every line
     /// @param maxParameters maximum number of parameters; a negative number sets no limit
-    /// @param command handler, owned by the host; null changes nothing
+    /// @param command the command, owned by the host; null registers nothing
+    /// @throws std::bad_alloc if there is not enough memory
     void addCommand(const std::string& name, const std::string& help, int minParameters,
                     int maxParameters, ConsoleCommand* command);
 
@@ -91,12 +96,13 @@ public:
 
     /// Registers a variable. If the name is taken, the earlier variable keeps it.
     /// @param name name for `get` and `set`
-    /// @param help description for the host's own use
+    /// @param help description, stored and not used
     /// @param type VT_STRING, or a type that `get` and `set` reject
     /// @param firstFloat stored and not used
     /// @param secondFloat stored and not used
     /// @param storage the host's variable, a `std::string` for VT_STRING. `get` and `set` reject a
     ///        VT_STRING variable without storage as they reject other types.
+    /// @throws std::bad_alloc if there is not enough memory
     void addVariable(const std::string& name, const std::string& help, VariableType type,
                      float firstFloat, float secondFloat, void* storage);
 
@@ -107,13 +113,13 @@ public:
     /// Returns all commands in bytewise order of their names, for a `help` command or for
     /// completion. Takes time proportional to their number.
     /// @return copies, including the built-in commands
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] std::vector<TDescription> getCommands() const;
 
     /// Returns all variables in bytewise order of their names. Takes time proportional to their
     /// number.
     /// @return copies
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] std::vector<TDescription> getVariables() const;
 
     /// Processes one typed character. Code 13 runs a command line that is not empty: it prints the
@@ -124,30 +130,38 @@ public:
     /// then runs that line again.
     /// @param character code of the character
     /// @return always true
+    /// @throws std::bad_alloc if there is not enough memory, see the class description
     bool putChar(char character);
 
-    /// Returns the text typed so far; while a command runs, the line that runs it.
+    /// Returns the command line. While a command runs, it is still the line that started it.
+    /// @return a copy
+    /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] std::string getCommandLine() const;
 
-    /// Returns a counter that changes with each change of the command line. It wraps around.
+    /// Returns a counter of the changes of the command line.
+    /// @return the number of changes, modulo 2 to the power of 32
     [[nodiscard]] unsigned int getCommandLineModCount() const noexcept;
 
     /// Appends a line to the output as it is. If that exceeds the maximum number of lines, the
     /// oldest line is dropped and its memory released or reused. Takes time proportional to the
     /// length of the line.
     /// @param line text of the line
+    /// @throws std::bad_alloc if there is not enough memory
     void print(const std::string& line);
 
     /// Copies output lines, newest first.
     /// @param[out] lines replaced by the lines
     /// @param lineCount maximum number of lines to copy
     /// @param skipCount number of the newest lines to skip; a negative number gives no lines
+    /// @throws std::bad_alloc if there is not enough memory
     void getOutput(std::vector<std::string>& lines, int lineCount, int skipCount) const;
 
     /// Returns the number of output lines.
+    /// @return the lines that getOutput() can copy, at most the maximum of the constructor
     [[nodiscard]] int getOutputLenght() const noexcept;
 
-    /// Returns a counter that grows by one with each line printed. It wraps around.
+    /// Returns a counter of the printed lines, including dropped ones.
+    /// @return the number of lines, modulo 2 to the power of 32
     [[nodiscard]] unsigned int getOutputModCount() const noexcept;
 
 private:

@@ -10,31 +10,40 @@ namespace qor
 
 /// Base class of the commands that a host registers with a Console.
 ///
-/// The host owns its commands and keeps each alive while it is registered. Commands run on the
-/// thread that calls Console::putChar().
+/// **Ownership**: the host owns its commands. A command must exist while it is registered.
+///
+/// **Error handling**: a command prints its own errors. An exception passes through
+/// Console::putChar() to the host.
+///
+/// **Thread safety**: commands run on the thread that calls Console::putChar().
 ///
 /// @code
-/// class Quit : public qor::ConsoleCommand
+/// class Echo : public qor::ConsoleCommand
 /// {
 /// public:
+///     explicit Echo(qor::Console& console) : m_Console(console) {}
+///
 ///     bool execute(const std::vector<std::string>& tokens) override
 ///     {
-///         m_ExitCode = tokens.size() > 1 ? 1 : 0;
+///         m_Console.print(tokens[1]);
 ///         return true;
 ///     }
 ///
 /// private:
-///     int m_ExitCode = 0;
+///     qor::Console& m_Console;
 /// };
+///
+/// qor::Console console(500);
+/// Echo echo(console);
+/// console.addCommand("echo", "prints its parameter", 1, 1, &echo);
 /// @endcode
 class QORTK_API ConsoleCommand
 {
 public:
     /// Runs the command, inside the call of Console::putChar() that entered the line.
-    /// @param tokens the name of the command as typed, then its parameters, in the number that the
-    ///        command was registered for
-    /// @return whether the command succeeded. The console does not use it: a command prints its own
-    ///         errors.
+    /// @param tokens the name of the command, then its parameters. The number of parameters is
+    ///        within the limits given to Console::addCommand().
+    /// @return whether the command succeeded. The console ignores it.
     virtual bool execute(const std::vector<std::string>& tokens) = 0;
 
     virtual ~ConsoleCommand();

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// Macros for exported declarations. Programs that link the static library define `QORTK_STATIC`; the
-/// CMake package and the pkg-config file do so for them.
+/// Macros for exported declarations. Programs that link the static library define `QORTK_STATIC`;
+/// the CMake package and the pkg-config file do so for them.
 
 /// @def QORTK_API
 /// Marks a declaration that the shared library exports.
@@ -20,8 +20,8 @@
 #endif
 
 /// @def QORTK_PRINTF
-/// Lets the compiler check the arguments of a function against its printf format. `text` and `values`
-/// are the positions of the format and of the first argument, counted from 1.
+/// Lets the compiler check the arguments of a function against its printf format. `text` and
+/// `values` are the positions of the format and of the first argument, counted from 1.
 
 #if defined(__MINGW32__) && !defined(__clang__)
 #define QORTK_PRINTF(text, values) __attribute__((format(gnu_printf, text, values)))

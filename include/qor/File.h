@@ -10,8 +10,8 @@ namespace qor
 /// Operations on files, directories and their paths.
 ///
 /// A path is a byte string in the system's narrow character set. A path that contains a zero byte
-/// names no file, and every operation on it fails. Symbolic links are followed, unless an operation
-/// says otherwise.
+/// names no file, and every operation on it fails. All operations follow symbolic links, except
+/// deleteFile() and renameFile().
 ///
 /// **Error handling**: an operation that fails returns false, 0 or an empty text and writes an
 /// error with the system's message to the `Log`. Only `std::bad_alloc` is ever thrown.
@@ -39,15 +39,15 @@ public:
     File() = delete;
 
     /// Creates one directory.
-    /// @param path the directory, whose parent directory has to exist. Its permissions follow the
-    ///             process's file mode creation mask.
-    /// @return true if this call created the directory; false, with an error in the log, on
-    ///         failure, which includes an existing directory
+    /// @param path the directory. Its parent directory must exist. Its permissions follow the file
+    ///             mode creation mask of the process.
+    /// @return true on success; false, with an error in the log, if the path exists already or the
+    ///         directory cannot be created
     static bool createDirectory(const std::string& path);
 
     /// Checks whether a path exists and is not a directory. Writes nothing to the log.
     /// @param path the file
-    /// @return true for a file of any kind; false also if the system does not permit the check
+    /// @return true for a file of any type; false also if the system does not permit the check
     static bool fileExists(const std::string& path);
 
     /// Checks whether a path exists and is a directory. Writes nothing to the log.
@@ -55,13 +55,13 @@ public:
     /// @return true for a directory; false also if the system does not permit the check
     static bool directoryExists(const std::string& path);
 
-    /// Deletes a file. A symbolic link to a file is deleted instead of the file.
-    /// @param path the file. A directory, or a symbolic link to one, is not deleted.
-    /// @return true if this call deleted the file; false, with an error in the log, on failure
+    /// Deletes a file. If the path is a symbolic link to a file, deletes the link.
+    /// @param path the file. For a directory, or a symbolic link to one, the operation fails.
+    /// @return true on success; false, with an error in the log, on failure
     static bool deleteFile(const std::string& path);
 
-    /// Renames or moves a file or directory, as `std::rename` does. A symbolic link is renamed
-    /// itself.
+    /// Renames or moves a file or directory, as `std::rename` does. If the old path is a symbolic
+    /// link, renames the link.
     /// @param oldPath the existing file or directory
     /// @param newPath its new path, on the same file system. An existing file with this path is
     ///                replaced on POSIX systems; on Windows the operation fails.
@@ -69,13 +69,13 @@ public:
     static bool renameFile(const std::string& oldPath, const std::string& newPath);
 
     /// Returns the time of the last write to a file.
-    /// @param path the file, which has to be readable
-    /// @return seconds since the start of 1970 in UTC, limited to 0 and the maximum of the type;
-    ///         0, with an error in the log, on failure
+    /// @param path the file, which must be readable
+    /// @return seconds since the start of 1970 in UTC, clamped to the range of the type; 0, with an
+    ///         error in the log, on failure
     static unsigned int fileTime(const std::string& path);
 
     /// Returns the size of a file.
-    /// @param path the file, which has to be readable
+    /// @param path the file, which must be readable
     /// @return bytes, modulo 2 to the power of 32; 0, with an error in the log, on failure
     static unsigned int fileSize(const std::string& path);
 
@@ -85,22 +85,22 @@ public:
     static std::string standardizePath(const std::string& path);
 
     /// Joins a directory and a file name with a slash.
-    /// @param directory the directory; empty for none
+    /// @param directory the directory; may be empty
     /// @param file      the file's name or relative path
-    /// @return the joined path; only the file if the directory is empty
+    /// @return the joined path; `file` if the directory is empty
     static std::string filePath(const std::string& directory, const std::string& file);
 
-    /// Returns the directory for the user's data of one program.
+    /// Returns the directory in which a program stores data of its user.
     ///
-    /// This is the value of the environment variable `QOR_USER_DATA_DIR` if that is set. Otherwise
-    /// it is the directory `name` in the system's directory for such data, on POSIX systems
-    /// `XDG_DATA_HOME` if that holds an absolute path, else `.local/share` in the home directory.
-    /// Programs that run with other privileges than their caller (setuid) ignore all environment
+    /// If the environment variable `QOR_USER_DATA_DIR` is set, its value is the directory; an empty
+    /// value is an error. Otherwise the directory is a subdirectory of the system's directory for
+    /// user data. On POSIX systems, that is `XDG_DATA_HOME` if this variable contains an absolute
+    /// path, or `.local/share` in the home directory. Set-user-ID programs ignore all environment
     /// variables.
-    /// @param name   the program's name
-    /// @param create true to create the directory if it does not exist. Its parent directory has to
-    ///               exist. Only the user may access a new directory (mode 0700). Several processes
-    ///               may create it at the same time.
+    /// @param name   the name of the program, and of the subdirectory
+    /// @param create true creates the directory if it does not exist. Its parent directory must
+    ///               exist. Only the user may access the new directory (mode 0700). Several
+    ///               processes may create it at the same time.
     /// @return the directory in the form of standardizePath(); empty, with an error in the log, if
     ///         it cannot be determined or created
     static std::string getUserDataDirectory(const std::string& name, bool create);

@@ -39,10 +39,11 @@ class QORTK_API Image
 {
 public:
     /// @name Pixel tests of keyed transfers
-    /// The numbers between them are alpha thresholds.
+    /// A keyed transfer copies only the pixels that pass a test. The tests 1 to 255 are minimum
+    /// values of alpha.
     /// @{
-    static const int AL_NONE = 0;      ///< all pixels pass
-    static const int AL_CKBLACK = 256; ///< pixels pass that are not black
+    static const int AL_NONE = 0;      ///< every pixel passes
+    static const int AL_CKBLACK = 256; ///< color key black: a pixel passes if it is not black
     /// @}
 
     /// Layouts of external pixel data. No layout is defined.
@@ -59,43 +60,52 @@ public:
     /// @throws std::bad_alloc if there is not enough memory
     Image(unsigned long width, unsigned long height);
 
-    /// Copies the size and the pixels. After a failed assignment the target is unchanged.
+    /// Copies the size and the pixels.
     /// @param other image to copy
     /// @throws std::bad_alloc if there is not enough memory
-    /// @{
     Image(const Image& other);
+
+    /// Copies the size and the pixels.
+    /// @param other image to copy
+    /// @return this image
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     Image& operator=(const Image& other);
-    /// @}
 
     /// Moves the size and the pixels, in constant time.
     /// @param other image to move from; it is empty afterwards, 0 wide and 0 high
-    /// @{
     Image(Image&& other) noexcept;
+
+    /// Moves the size and the pixels, in constant time.
+    /// @param other image to move from; it is empty afterwards, 0 wide and 0 high
+    /// @return this image
     Image& operator=(Image&& other) noexcept;
-    /// @}
 
     virtual ~Image();
 
-    /// Returns the number of columns, as given to create() or read by loadTGA().
+    /// Returns the width of the image.
+    /// @return the number of columns, as given to create() or read by loadTGA()
     [[nodiscard]] int getWidth() const noexcept { return m_Width; }
 
-    /// Returns the number of rows, as given to create() or read by loadTGA().
+    /// Returns the height of the image.
+    /// @return the number of rows, as given to create() or read by loadTGA()
     [[nodiscard]] int getHeight() const noexcept { return m_Height; }
 
-    /// Returns the rectangle (0, 0, width, height).
+    /// Returns the area of the image.
+    /// @return the rectangle (0, 0, width, height)
     [[nodiscard]] Rectangle getSize() const { return Rectangle(0, 0, m_Width, m_Height); }
 
-    /// Returns the width * height pixels; null if there are none. The image keeps their ownership.
-    /// The pointer is valid until the image is changed as a whole: by create(), reset(), loading,
-    /// assignment or destruction.
+    /// Returns the pixels.
+    /// @return width * height pixels, owned by the image; null if it has no pixels. The pointer is
+    ///         valid until create(), reset(), loadTGA(), loadRawData() or an assignment is called
+    ///         or the image is moved from or destroyed.
     /// @{
     [[nodiscard]] std::uint32_t* getData() noexcept { return m_Pixels.get(); }
     [[nodiscard]] const std::uint32_t* getData() const noexcept { return m_Pixels.get(); }
     /// @}
 
     /// Releases the pixels and allocates undefined ones of a new size.
-    /// @param width columns; the low 32 bits count, as a signed integer
-    /// @param height rows; the low 32 bits count, as a signed integer
+    /// @param width columns, converted to a signed integer of 32 bits
+    /// @param height rows, converted to a signed integer of 32 bits
     /// @throws std::bad_alloc if there is not enough memory. The image then has the new size but no
     ///         pixels; call create() or reset() before further use.
     void create(unsigned long width, unsigned long height);
@@ -124,18 +134,19 @@ public:
     /// Copies the pixels of an area that pass a test into this image, and replaces their alpha.
     /// Allocates nothing.
     ///
-    /// Clipping reserves room for the area at its full size, whatever the step. What lies outside
-    /// this image is cut off the target, and `scale` times as much off the source.
+    /// Clipping treats the target area as if it had the size of `sourceRect`, although a step above
+    /// 1 fills only a part of it. For each row or column of the target area outside this image,
+    /// `scale` rows or columns are removed at the same edge of the source area.
     /// @param source image to copy from. It may be this image if the areas do not overlap.
     /// @param sourceRect area of `source` to copy
     /// @param x column of this image for the left column of the area
     /// @param y row of this image for the top row of the area
     /// @param alphaLevel the test, as for the keyed form of blitRaw()
-    /// @param newAlpha alpha of the pixels written; the low 8 bits count
+    /// @param newAlpha alpha of the pixels written; only its low 8 bits are used
     /// @param scale the step, as for the keyed form of blitRaw()
     /// @return the result of the keyed form of blitRaw() for the area left after clipping; 0 if
-    ///         nothing is left, `sourceRect` is not completely inside `source`, or a `scale` below
-    ///         1 would lead beyond this image
+    ///         nothing is left, `sourceRect` is not completely inside `source`, or `scale` is below
+    ///         1 and the rest of the source area does not fit into this image
     int blit(const Image& source, const Rectangle& sourceRect, int x, int y, int alphaLevel,
              int newAlpha, int scale);
 
@@ -160,23 +171,23 @@ public:
     /// back: the target must be readable, and no other thread may write to it during the call. If
     /// the test rejects all pixels, the target is not accessed.
     ///
-    /// A step s above 1 takes `width` / s pixels from each of `height` / s rows, s columns and s
-    /// rows apart. They are adjacent in the rows of the target, which are s rows apart. If `width`
-    /// is not a multiple of s, each row of samples begins `width` mod s pixels to the left of the
-    /// position s rows below the previous one.
+    /// With a step s, `width / s` pixels of each of `height / s` rows are tested. Pixel j of row i
+    /// is read from `source[i * (s * sourcePitch - width % s) + j * s]` and written to
+    /// `target[i * s * targetPitch + j]`.
     /// @param source first pixel to read
     /// @param width columns, before the step is applied
     /// @param height rows, before the step is applied
     /// @param sourcePitch distance from row to row of the source, in pixels
     /// @param target first pixel to write
     /// @param targetPitch distance from row to row of the target, in pixels
-    /// @param alphaLevel the test. AL_CKBLACK: pixels pass unless red, green and blue are all 0.
-    ///        0 to 255: pixels pass if their alpha is at least that. Any other value: no pixel
+    /// @param alphaLevel the test. AL_CKBLACK: a pixel passes unless red, green and blue are all 0.
+    ///        0 to 255: a pixel passes if its alpha is not below this value. Other values: no pixel
     ///        passes.
-    /// @param newAlpha alpha of the pixels written; the low 8 bits count
-    /// @param scale the step s; a value below 1 counts as 1
-    /// @return the number of pixels that passed. With AL_NONE and no step above 1 the plain form
-    ///         does the work: it copies alpha too and returns its own result.
+    /// @param newAlpha alpha of the pixels written; only its low 8 bits are used
+    /// @param scale the step s; a value below 1 is the same as 1
+    /// @return the number of pixels that passed. If `alphaLevel` is AL_NONE and `scale` is at most
+    ///         1, the call is the same as one of the plain form: `newAlpha` is ignored, and the
+    ///         result is that of the plain form.
     static int blitRaw(const void* source, int width, int height, int sourcePitch, void* target,
                        int targetPitch, int alphaLevel, int newAlpha, int scale);
 
@@ -186,41 +197,45 @@ public:
     /// Only the ID length, color map type, image type, size and depth of the header are read. The
     /// image descriptor is ignored: rows are taken as stored from bottom to top and from left to
     /// right, and the fourth byte of 32-bit pixels becomes alpha, even if the header declares no
-    /// alpha bits. Some programs write 0 there; their pictures load fully transparent.
+    /// alpha bits. Pictures of programs that set this byte to 0 are therefore transparent.
     ///
-    /// A pipe that no process has open for writing counts as an empty file.
+    /// A pipe without a writer is an empty file.
     ///
-    /// @warning The header alone decides how much memory is requested: up to 16 GiB, whatever the
-    ///          length of the file. A program that loads other people's files should first read the
-    ///          18 header bytes and check the width (bytes 12 and 13) and height (14 and 15, least
-    ///          significant first) against a limit of its own.
+    /// @warning The memory requested depends on the header only, not on the length of the file, and
+    ///          may reach 16 GiB. Before loading a file of unknown origin, read its 18 header bytes
+    ///          and compare the width (bytes 12 and 13) and height (bytes 14 and 15, least
+    ///          significant first) with a limit.
     /// @param filename path of the file
-    /// @return width * height modulo 2^32, or
-    ///         -1 if the file cannot be opened or `filename` is null;
-    ///         -2 if the file holds no complete header or cannot be read;
-    ///         -3 if it has a color map;
-    ///         -4 if the image type is neither 2 nor 3;
-    ///         -5 if the depth is not 8, 24 or 32;
-    ///         -6 if the file ends before the last pixel or cannot be read. The image then has the
-    ///            size that the header declares; it holds the pixels that were read, from the top
-    ///            row down in the order of the file, and the others are 0. If there is not enough
-    ///            memory for that size, the image is empty.
+    /// @return width * height modulo 2^32, or a negative result code:
+    ///         - -1: The file cannot be opened, or `filename` is null.
+    ///         - -2: The file has no complete header or cannot be read.
+    ///         - -3: The file has a color map.
+    ///         - -4: The image type is neither 2 nor 3.
+    ///         - -5: The depth is not 8, 24 or 32.
+    ///         - -6: The file ends before the last pixel or cannot be read. The image then has the
+    ///           size that the header declares. It has the pixels that were read, from the top row
+    ///           down in the order of the file; the other pixels are 0. If there is not enough
+    ///           memory for that size, the image is empty.
+    ///
     ///         After -1 to -5 the image is unchanged.
     /// @throws std::bad_alloc if there is not enough memory for a complete file. The image then has
     ///         the new size and no pixels.
     [[nodiscard]] int loadTGA(const char* filename);
 
     /// Writes an uncompressed TGA file in place, replacing the content of an existing file. Gray is
-    /// the mean of red, green and blue, rounded down. The format holds sizes up to 65535; larger
-    /// ones are not detected.
+    /// the mean of red, green and blue, rounded down.
+    ///
+    /// The header has 16 bits each for width and height. If the image is wider or higher than 65535
+    /// pixels, the file is invalid, and the function does not report this.
     /// @param filename path of the file
     /// @param depth bits per pixel: 8 (gray), 24, or 32 with alpha
-    /// @return width * height modulo 2^32, which is 0 if there are no pixels; or
-    ///         -1 if `depth` is another value; no file is touched;
-    ///         -2 if the file cannot be opened, such as a pipe that no process reads, or `filename`
-    ///            is null;
-    ///         -3 if writing failed. The file remains as far as it was written. A failure that the
-    ///            system reports only when the file is closed is not detected.
+    /// @return width * height modulo 2^32, which is 0 if there are no pixels, or a negative result
+    ///         code:
+    ///         - -1: `depth` is another value. No file is opened.
+    ///         - -2: The file cannot be opened, for example a pipe without a reader, or `filename`
+    ///           is null.
+    ///         - -3: Writing failed. The file is incomplete. A failure that the system reports only
+    ///           when the file is closed is not detected.
     [[nodiscard]] int saveTGA(const char* filename, unsigned char depth) const;
 
 private:

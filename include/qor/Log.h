@@ -33,7 +33,7 @@ class OutputFile;
 ///     X 2021-03-04 05:06:07.089 Log opened
 ///
 /// The prefix is E, I or D for `error`, `info` and `debug`. It is X for the log's own records,
-/// which every level lets pass. While no log is open, all calls except `open` write nothing.
+/// which are written at every level. While no log is open, all calls except `open` write nothing.
 ///
 /// Each line is passed to the system before the call returns, so a crash of the program loses no
 /// record. A line that the system does not accept, for example because the disk is full, is dropped
@@ -41,15 +41,16 @@ class OutputFile;
 /// and rename the file while the log is open. Child processes do not inherit the file descriptor.
 ///
 /// @warning Messages are written unchanged, except that they end at a zero byte. A line feed in a
-/// message starts a new line, which can look like a record of its own, and a control character can
+/// message starts a new line, which can look like another record, and a control character can
 /// change what a terminal shows. Remove both from text of unknown origin before you log it.
 ///
-/// Thread safety: any thread may call `error`, `info`, `debug` and `setLevel`; lines do not mix.
-/// Two lines that are written at nearly the same moment may be in the reverse order of their times.
-/// Call `open` before other threads log, and `close` after they have stopped. A forked child
+/// **Thread safety**: any thread may call `error`, `info`, `debug` and `setLevel`; lines do not
+/// mix. Two lines that are written at nearly the same moment may be in the reverse order of their
+/// times. Call `open` before other threads log, and `close` after they have stopped. A forked child
 /// process may log even if another thread was logging during the fork.
 ///
-/// Error handling: only `open` reports failures. The class throws nothing except `std::bad_alloc`.
+/// **Error handling**: only `open` reports failures. The class throws nothing except
+/// `std::bad_alloc`.
 ///
 /// @code
 /// qor::Log::open("host.log", false);
@@ -61,8 +62,8 @@ class OutputFile;
 class QORTK_API Log
 {
 public:
-    /// The records that pass: those with at most the level's number. Other numbers are allowed: a
-    /// negative level lets no record pass, a level above 3 lets all pass.
+    /// The records that are written. Other numbers are allowed: a negative level is the same as
+    /// NONE, a level above 3 the same as DEBUG.
     enum Level : int {
         NONE = 0,  ///< no records of `error`, `info` and `debug`
         ERROR = 1, ///< records of `error`
@@ -76,35 +77,35 @@ public:
     /// @param path   path of the log file, which is created if it does not exist; null cannot be
     ///               opened
     /// @param append `true` appends to an existing file, `false` truncates it
-    /// @return false if the file cannot be opened; the log is closed then
-    /// @throws std::bad_alloc; the log is closed then
+    /// @return true on success; false if the file cannot be opened; no log is open then
+    /// @throws std::bad_alloc if there is not enough memory; no log is open then
     static bool open(const char* path, bool append);
 
     /// Writes the record "Log closed" and closes the file. Does nothing while no log is open. The
     /// level does not change.
     static void close();
 
-    /// Sets the level and writes a record about it if it is one of the four named ones. While no
-    /// log is open, the level is set, but `open` resets it to DEBUG.
+    /// Sets the level. If it is one of the four named levels, writes a record of the change. `open`
+    /// sets the level to DEBUG again.
     /// @param level the new level
     static void setLevel(Level level);
 
-    /// Formats a message and writes it if the level lets it pass. A record that does not pass costs
-    /// a comparison: its arguments are not formatted. Messages are truncated to 1023 characters.
+    /// Formats a message and writes it if the level permits that. Otherwise the call takes only a
+    /// comparison, and the arguments are not formatted. Messages are truncated to 1023 bytes.
     /// @param format format as for `printf`, which the compiler checks against the arguments.
-    ///               Numbers are formatted as in the "C" locale, whatever locale is set. Null is an
-    ///               empty message. If the system cannot format the arguments, the format is the
-    ///               message.
-    /// @param ...    the values that the format names
+    ///               Numbers are formatted as in the "C" locale, independent of the host's locale.
+    ///               Null is an empty message. If the system cannot format the arguments, the
+    ///               format is the message.
+    /// @param ...    the arguments of the format
     /// @{
     static void error(const char* format, ...) QORTK_PRINTF(1, 2);
     static void info(const char* format, ...) QORTK_PRINTF(1, 2);
     static void debug(const char* format, ...) QORTK_PRINTF(1, 2);
     /// @}
 
-    /// Writes a text if the level lets it pass. Nothing in it is taken as a format.
+    /// Writes a text unchanged if the level permits that.
     /// @param text the message, of any length, up to its first zero byte
-    /// @throws std::bad_alloc for a text of more than 1000 characters
+    /// @throws std::bad_alloc if there is not enough memory for a text of more than 1000 bytes
     /// @{
     static void error(const std::string& text)
     {

@@ -9,12 +9,14 @@ namespace qor
 {
 
 /// The MD5 message digest of RFC 1321. It detects accidental changes. It does not protect against
-/// deliberate ones, since different texts with the same digest can be constructed.
+/// forged data, because collisions of MD5 can be constructed.
 ///
-/// Call finalize() exactly once after the last data. Before that, the reading operations return the
-/// state after the last complete block of 64 bytes. A second finalize(), or data added after it
-/// without reset(), give a defined result that is not a digest of the standard. A copy contains all
-/// data of its source and is independent of it.
+/// Call finalize() exactly once, after the last data. Before that call, the reading operations
+/// return the state after the last complete block of 64 bytes. If finalize() is called twice, or
+/// data is added after finalize() without a reset(), the result is defined but is not an MD5
+/// digest. A copy contains all data of its source and is independent of it.
+///
+/// **Error handling** and **thread safety** are those of Checksum.
 ///
 /// @code
 /// qor::MD5 digest;
@@ -30,10 +32,12 @@ public:
 
     /// Copies all data added so far.
     /// @param other digest to copy
-    /// @{
     MD5(const MD5& other) = default;
+
+    /// Copies all data added so far.
+    /// @param other digest to copy
+    /// @return this digest
     MD5& operator=(const MD5& other) = default;
-    /// @}
 
     ~MD5() override;
 
@@ -42,10 +46,11 @@ public:
     /// Appends the padding and the length of the data.
     void finalize() override;
 
-    /// Returns 16.
+    /// Returns the length of the raw form.
+    /// @return 16
     unsigned int getChecksumLength() override;
 
-    /// Stores the digest in the byte order of the standard.
+    /// Stores the digest in the byte order of RFC 1321.
     /// @param[out] out 16 bytes
     void getChecksumRaw(unsigned char* out) override;
 

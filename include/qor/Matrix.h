@@ -12,12 +12,16 @@ namespace qor
 /// Angles are in radians. A positive angle about an axis that points at the viewer rotates
 /// counterclockwise; about +z it rotates from +x towards +y.
 ///
-/// All operations are static. The caller owns all arrays. Result arrays come last and may be the
-/// same as an input. Objects of this class have no members. No operation fails or throws: NaN,
-/// infinities and overflow follow IEEE 754. Sums and products are rounded one by one, in the order
-/// documented here.
+/// All operations are static and take constant time.
 ///
-/// Thread safety: operations on different arrays may run in different threads at the same time.
+/// **Ownership**: the caller owns all arrays. No array is null. A result array may be the same as
+/// an input array.
+///
+/// **Error handling**: no operation fails or throws. NaN, infinities and overflow follow IEEE 754.
+/// Each sum and product is rounded, without fused operations, in the order documented here. Results
+/// are thus the same on all systems.
+///
+/// **Thread safety**: operations on different arrays may run in different threads at the same time.
 ///
 /// @code
 /// const float position[3] = {0.0f, 0.0f, -5.0f}, corner[3] = {1.0f, 0.0f, 0.0f};
@@ -41,23 +45,24 @@ public:
     /// @param[out] out the sum
     static void add(const float* a, const float* b, float* out);
 
-    /// Multiplies two matrices. The product applies `b` first, then `a`. Each element is summed up
-    /// from 0, along the row of `a` from left to right.
+    /// Multiplies two matrices. The product applies `b` first, then `a`. Each element is the sum of
+    /// 0 and the four products of a row of `a` and a column of `b`, added in the order of the row.
     /// @param a first matrix
     /// @param b second matrix
     /// @param[out] out the product `a` · `b`
     static void multiply(const float* a, const float* b, float* out);
 
-    /// Transforms a point: multiplies `m` by (x, y, z, 1), then the first three elements of the
-    /// result by the reciprocal of the fourth, which is not checked for 0.
+    /// Transforms a point. Multiplies `m` by the column (x, y, z, 1). Then multiplies x, y and z of
+    /// the product by the reciprocal of its fourth element. If that is 0, the results are infinite
+    /// or NaN.
     /// @param m matrix
     /// @param v point of three floats
-    /// @param[out] out three floats
+    /// @param[out] out the transformed point, three floats
     static void multiplyV(const float* m, const float* v, float* out);
 
     /// Transposes a matrix.
     /// @param in matrix
-    /// @param[out] out its rows as columns
+    /// @param[out] out the transpose of `in`
     static void transpose(const float* in, float* out);
 
     /// Makes the identity matrix.
@@ -74,7 +79,7 @@ public:
     /// @}
 
     /// Makes a rotation about any axis through the origin.
-    /// @param axis unit vector of three floats; with another length the result is not a rotation
+    /// @param axis unit vector of three floats. For another length, the result is not a rotation.
     /// @param angle radians
     /// @param[out] out the matrix
     static void makeRotate(const float* axis, float angle, float* out);

@@ -15,17 +15,19 @@ namespace platform
 struct TLock;
 }
 
-/// A recursive lock. The thread that holds it can lock it again; other threads can lock it after as
-/// many calls of `unlock` as of `lock`.
+/// A recursive lock. It has a recursion count: a thread that holds the lock may lock it again, and
+/// releases it by calling `unlock` as many times as `lock`.
 ///
 /// Copies refer to the same lock, which is destroyed with the last of them. An assignment makes the
 /// target refer to the other lock and drops its reference to the former one.
 ///
-/// Thread safety: any thread may call `lock` and `unlock`. Copying, assigning and destroying an
+/// **Error handling**: only the constructor can fail, with `std::bad_alloc`.
+///
+/// **Thread safety**: any thread may call `lock` and `unlock`. Copying, assigning and destroying an
 /// object require that no other thread uses that object.
 ///
-/// @warning A thread must not end while it holds a lock, and a lock must not be destroyed while a
-/// thread holds it: both are undefined.
+/// @warning The behavior is undefined if a thread ends while it holds a lock, or if a lock is
+/// destroyed while a thread holds it.
 ///
 /// @code
 /// qor::Mutex mutex;
@@ -39,7 +41,7 @@ class QORTK_API Mutex
 {
 public:
     /// Creates a lock that no thread holds.
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     Mutex();
 
     /// Refers to the same lock as another object.
@@ -54,11 +56,12 @@ public:
     /// Destroys the lock if no other object refers to it.
     virtual ~Mutex();
 
-    /// Waits, without a time limit, until the calling thread holds the lock. Returns at once if it
-    /// holds the lock already.
+    /// Acquires the lock, or increments its recursion count if the calling thread holds it already.
+    /// Waits without a time limit while another thread holds it.
     void lock();
 
-    /// Releases one level of the lock. Has no effect if the calling thread does not hold it.
+    /// Decrements the recursion count, and releases the lock when the count becomes 0. Has no
+    /// effect if the calling thread does not hold the lock.
     void unlock();
 
 private:

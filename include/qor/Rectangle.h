@@ -7,14 +7,17 @@ namespace qor
 
 /// An axis-aligned rectangle of pixels. Rows grow downward.
 ///
-/// The left and top edges are inside, the right and bottom edges outside. Edges are kept in any
-/// order: a rectangle is empty if its left edge is not left of its right edge or its top edge is
-/// not above its bottom edge. Its width or height is then zero or negative.
+/// The left and top edges are inside, the right and bottom edges outside. Edges are stored as
+/// given, in any order. A rectangle is empty if its left edge is not left of its right edge, or its
+/// top edge is not above its bottom edge. Its width or height is then 0 or negative.
 ///
-/// Coordinates wrap at 32 bits: sums and differences keep their low 32 bits. No operation fails or
-/// throws.
+/// All operations take constant time.
 ///
-/// Thread safety: different rectangles may be used by different threads at the same time.
+/// **Error handling**: no operation fails or throws. Sums and differences of coordinates wrap
+/// around at 32 bits.
+///
+/// **Thread safety**: one thread at a time may use a rectangle. Several threads may read it while
+/// no thread changes it.
 ///
 /// @code
 /// const qor::Rectangle screen(0, 0, 640, 480);
@@ -40,24 +43,41 @@ public:
 
     /// Copies the edges.
     /// @param other rectangle to copy
-    /// @{
     Rectangle(const Rectangle& other) = default;
+
+    /// Copies the edges.
+    /// @param other rectangle to copy
+    /// @return this rectangle
     Rectangle& operator=(const Rectangle& other) = default;
-    /// @}
 
     virtual ~Rectangle() = default;
 
-    /// Returns an edge, or the distance of two edges, in pixels.
-    /// @{
+    /// Returns the left edge.
+    /// @return first column inside
     [[nodiscard]] int getLeft() const noexcept { return m_Left; }
-    [[nodiscard]] int getTop() const noexcept { return m_Top; }
-    [[nodiscard]] int getRight() const noexcept { return m_Right; }
-    [[nodiscard]] int getBottom() const noexcept { return m_Bottom; }
-    [[nodiscard]] int getWidth() const noexcept;
-    [[nodiscard]] int getHeight() const noexcept;
-    /// @}
 
-    /// Returns whether no pixel is inside.
+    /// Returns the top edge.
+    /// @return first row inside
+    [[nodiscard]] int getTop() const noexcept { return m_Top; }
+
+    /// Returns the right edge.
+    /// @return first column outside, to the right
+    [[nodiscard]] int getRight() const noexcept { return m_Right; }
+
+    /// Returns the bottom edge.
+    /// @return first row outside, at the bottom
+    [[nodiscard]] int getBottom() const noexcept { return m_Bottom; }
+
+    /// Returns the width.
+    /// @return right edge - left edge; 0 or negative for some empty rectangles
+    [[nodiscard]] int getWidth() const noexcept;
+
+    /// Returns the height.
+    /// @return bottom edge - top edge; 0 or negative for some empty rectangles
+    [[nodiscard]] int getHeight() const noexcept;
+
+    /// Checks whether the rectangle is empty.
+    /// @return true if no pixel is inside
     [[nodiscard]] bool empty() const noexcept { return m_Left >= m_Right || m_Top >= m_Bottom; }
 
     /// Sets all edges to 0.
@@ -69,26 +89,26 @@ public:
     void offset(int dx, int dy) noexcept;
 
     /// Moves each edge outward.
-    /// @param amount number of pixels
+    /// @param amount number of pixels; a negative number moves inward
     void grow(int amount) noexcept;
 
-    /// Moves each edge inward, if necessary beyond the opposite one.
-    /// @param amount number of pixels
+    /// Moves each edge inward. The edges of a small rectangle pass each other.
+    /// @param amount number of pixels; a negative number moves outward
     void shrink(int amount) noexcept;
 
-    /// Returns whether a pixel is inside.
+    /// Checks whether a pixel is inside.
     /// @param x column
     /// @param y row
+    /// @return true if the pixel is inside
     [[nodiscard]] bool testPoint(int x, int y) const noexcept;
 
     /// Returns the intersection of two rectangles.
     /// @param other the second rectangle
-    /// @return the pixels inside both; if there are none, an empty rectangle, whose edges may be
-    /// out
-    ///         of order
+    /// @return the pixels that are inside both; an empty rectangle with edges in any order if there
+    ///         are none
     [[nodiscard]] Rectangle intersect(const Rectangle& other) const;
 
-    /// Returns the smallest rectangle around two rectangles. Empty ones do not count.
+    /// Returns the smallest rectangle around two rectangles. Empty rectangles are ignored.
     /// @param other the second rectangle
     /// @return the bounding rectangle; a copy of `other` if both are empty
     [[nodiscard]] Rectangle combine(const Rectangle& other) const;
@@ -97,9 +117,10 @@ public:
     /// @param[in,out] r rectangle to clip; empty afterwards if the two do not intersect
     void clipRectangle(Rectangle& r) const;
 
-    /// Clips the target area of a transfer to this rectangle, and its source area accordingly: each
-    /// cut, multiplied by `scale`, is taken off the same edge of the source. If the target lies
-    /// completely outside, beyond an edge that it does not even touch, both areas are cleared.
+    /// Clips the target area of a transfer to this rectangle. For each pixel by which an edge of
+    /// the target moves, the same edge of the source area moves by `scale` pixels.
+    ///
+    /// If the target neither intersects nor touches this rectangle, both areas are cleared.
     /// @param[in,out] first target area
     /// @param[in,out] second source area. It may become empty when the target does not.
     /// @param scale source pixels per target pixel; any number

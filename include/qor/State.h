@@ -10,15 +10,15 @@ namespace qor
 class StateMachine;
 
 /// A state of a StateMachine, nested in another state or at the top. A host derives its states from
-/// this class and overrides the handlers that it needs; StateMachine describes when they are
-/// called.
+/// this class and overrides handlers. StateMachine describes when the handlers are called.
 ///
 /// **Ownership**: the host owns its states. No operation removes a state from its parent or its
 /// machine, so each must live as long as the machine is in use.
 ///
-/// **Error handling**: only constructing, copying and getName() can fail, by `std::bad_alloc`.
+/// **Error handling**: only the constructors, the assignment and getName() can fail, with
+/// `std::bad_alloc`.
 ///
-/// **Thread safety**: as for the machine, one thread at a time.
+/// **Thread safety**: one thread at a time may use a machine and its states.
 ///
 /// @code
 /// class Door : public qor::State
@@ -36,44 +36,51 @@ class StateMachine;
 class QORTK_API State
 {
 public:
-    /// Constructs a state as the last child of `parent` and registers it with the machine. If its
-    /// name is taken there, transition() by name finds the earlier state, and this one can be
-    /// reached by pointer only.
+    /// Constructs a state as the last child of `parent` and registers it with the machine. If an
+    /// earlier state has the same name, a transition by name leads to that state; a transition by
+    /// pointer leads to either.
     /// @param stateMachine machine that the state belongs to; null registers it nowhere
-    /// @param parent enclosing state, constructed earlier: the machine for a state at the top. Null
-    ///        makes the state the top of a hierarchy of its own.
+    /// @param parent enclosing state, constructed earlier. It is the machine for a state at the
+    ///        top. Null starts a separate hierarchy with this state at its top.
     /// @param name name for StateMachine::transition()
-    /// @throws std::bad_alloc if there is not enough memory; neither parent nor machine then has
-    /// the
-    ///         state
+    /// @throws std::bad_alloc if there is not enough memory; parent and machine are then unchanged
     State(StateMachine* stateMachine, State* parent, const std::string& name);
 
-    /// Copies all members, the place in the hierarchy included. The parent and the machine of a
-    /// copy do not know it. An assignment must not make a state its own descendant.
+    /// Copies the name, the machine, the parent and the children. The parent does not list the copy
+    /// as a child, and the machine does not register it.
     /// @param other state to copy
-    /// @throws std::bad_alloc if there is not enough memory; the target is unchanged
-    /// @{
+    /// @throws std::bad_alloc if there is not enough memory
     State(const State& other) = default;
+
+    /// Copies as the copy constructor does. The state must not become its own descendant.
+    /// @param other state to copy
+    /// @return this state
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     State& operator=(const State& other) = default;
-    /// @}
 
     virtual ~State();
 
-    /// Returns the name given to the constructor.
+    /// Returns the name.
+    /// @return a copy of the name given to the constructor
+    /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] std::string getName() const;
 
-    /// Returns the enclosing state; null at the top of a hierarchy.
+    /// Returns the enclosing state.
+    /// @return the state, not owned; null at the top of a hierarchy
     [[nodiscard]] State* getParentState() noexcept { return m_ParentState; }
 
-    /// Returns the machine given to the constructor; may be null.
+    /// Returns the machine.
+    /// @return the machine given to the constructor, not owned; may be null
     [[nodiscard]] StateMachine* getStateMachine() noexcept { return m_StateMachine; }
 
-    /// Returns the child to enter when the machine arrives in this state; null to stay in this one.
-    /// By default it is the child that was constructed first.
+    /// Returns the child that is entered after this state.
+    /// @return the child that was constructed first, unless a derived class returns another one;
+    ///         null if the machine stays in this state
     virtual State* getInitialChildState();
 
-    /// Returns whether a state encloses this one, at any depth. No state encloses itself.
-    /// @param state possible ancestor; null gives false
+    /// Checks whether a state encloses this one, at any depth.
+    /// @param state possible ancestor; may be null
+    /// @return true if `state` is an ancestor; false for this state itself and for null
     [[nodiscard]] bool isChildStateOf(State* state);
 
 protected:
@@ -81,14 +88,14 @@ protected:
     /// @param source current state before the transition; the machine during StateMachine::start()
     virtual void onEntry(State* source);
 
-    /// Called with an event. Handles no event by default.
+    /// Called to handle an event. Returns false by default.
     /// @param event number given to StateMachine::sendEvent()
-    /// @return whether the event is handled. If not, the enclosing state receives it.
+    /// @return true if the event is handled. If false, the enclosing state receives the event.
     virtual bool onEvent(unsigned int event);
 
     /// Called before the machine exits this state. Does nothing by default.
-    /// @param target target of the transition; if a handler has recorded another transition since
-    ///        this one began, the target of that, which may be null
+    /// @param target target of the transition that was recorded last: of the running transition, or
+    ///        of one that a handler has recorded since it began. The latter may be null.
     virtual void onExit(State* target);
 
 private:

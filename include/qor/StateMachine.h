@@ -16,42 +16,44 @@ namespace qor
 /// current state, then to its enclosing states up to the root, until one of them handles it. After
 /// that it carries out the recorded transition, if there is one.
 ///
-/// **Transitions** exit the current state and its enclosing states, up to the nearest state that
-/// encloses the current one and either encloses or is the target. Then they enter the states from
-/// there down to the target, and the initial children below it. So a transition from a state to
-/// itself exits and enters it; one to an enclosing state neither exits nor enters that state, but
-/// enters its initial children.
+/// **Transitions** exit the current state and its enclosing states, up to but not including the
+/// common ancestor: the innermost state that encloses the current state and either is the target or
+/// encloses it. Then they enter the states from the common ancestor down to the target, and the
+/// initial children below the target. A transition from a state to itself thus exits and enters
+/// that state. A transition to an enclosing state neither exits nor enters that state, but enters
+/// its initial children.
 ///
 /// **Calls from onEntry() and onExit()**, which run during a transition or start():
 /// - setCurrentState() only records its target, as transition() does.
 /// - sendEvent() delivers its event, but carries out no transition.
-/// - start() enters the initial states at once, except inside another start(), where it does
-///   nothing. Then the surrounding transition continues: after an exit with the parent of the state
-///   that was exited, after an entry with the next state on its path. After the last state of the
-///   path it enters the initial children of the current state, which start() may have changed.
-/// - A transition that is recorded during another one is discarded when that one ends; the
-/// remaining
-///   calls of onExit() receive its target as their argument. One that is recorded during start()
-///   alone waits for the next event.
-/// - Assigning a state changes its parent at once. The exits of a running transition end where the
-///   chain of parents ends. Its entries keep the path that they began with, except for states more
-///   than 32 levels further down, whose parents are looked up on the way.
+/// - start() enters the initial states at once, except inside another start(), where it has no
+///   effect. Then the interrupted transition continues: with the exit of the parent of the exited
+///   state if onExit() has called start(), or with the entry of the next state on the path if
+///   onEntry() has called it. At its end, the transition enters the initial children of the current
+///   state, which start() may have changed.
+/// - A transition that is recorded during a running transition is discarded when the running one
+///   ends. Until then, onExit() receives its target. A transition that is recorded during start(),
+///   without a running transition, remains recorded for the next event.
+/// - An assignment to a state changes its parent at once. A running transition exits the new
+///   parents, up to the common ancestor or, if that is not among them, to the top. It enters the
+///   states that were on its path when it began; only more than 32 levels further down, it enters
+///   those that are on the path by then.
 ///
-/// So the machine cannot recurse without end, unless `onEvent` itself keeps sending events.
+/// The machine thus recurses without limit only if `onEvent` sends events without limit.
 ///
 /// **Ownership**: the host owns the states; see State. A copy of a machine has the same states as
-/// its source, and the same root: that of the source.
+/// its source, including the root state, which is the source itself.
 ///
-/// **Error handling**: nothing fails, except that registering states and copying machines throws
-/// `std::bad_alloc` if there is not enough memory. If a handler throws, the change ends and the
-/// machine is in that handler's state; the transition remains recorded, and the next event carries
-/// it out from there.
+/// **Error handling**: registering a state and copying a machine throw `std::bad_alloc` if there is
+/// not enough memory. No other operation fails. If a handler throws, the transition ends in the
+/// state of that handler and remains recorded. The next event carries it out from there.
 ///
 /// **Thread safety**: there is no lock. All calls on a machine and its states must come from one
 /// thread at a time. Handlers run on the stack of the call.
 ///
 /// **Complexity**: events and transitions allocate nothing. A transition takes time proportional to
-/// the depth of the states, plus one walk along the path for each 32 levels entered.
+/// the depth of the states. If it enters more than 32 levels, it also walks the path once for each
+/// 32 of them.
 ///
 /// @code
 /// enum Event { COIN, PUSH };
@@ -85,44 +87,48 @@ public:
     /// Constructs a machine that has only the root state and is in it.
     StateMachine();
 
-    /// Copies the registered states, the current state and the recorded transition. A copy is never
-    /// in the middle of a change, and an assignment does not end one. After a failed assignment the
-    /// target is unchanged.
+    /// Copies the registered states, the current state and the recorded transition. No transition
+    /// is running in the copy.
     /// @param other machine to copy
     /// @throws std::bad_alloc if there is not enough memory
-    /// @{
     StateMachine(const StateMachine& other);
+
+    /// Copies the registered states, the current state and the recorded transition. A transition
+    /// that is running in this machine continues.
+    /// @param other machine to copy
+    /// @return this machine
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     StateMachine& operator=(const StateMachine& other);
-    /// @}
 
     ~StateMachine() override;
 
-    /// Makes a state known by its name; its constructor does so, too. If the name is taken, the
-    /// earlier state keeps it.
+    /// Registers a state for transitions by name. The constructor of State does so, too. If an
+    /// earlier state has the same name, nothing is changed.
     /// @param state state to register; null changes nothing
     /// @throws std::bad_alloc if there is not enough memory
     void registerState(State* state);
 
-    /// Enters the initial child of the root, its initial child, and so on. Exits nothing, not even
-    /// on a second start. Keeps a recorded transition. Does nothing inside another start().
+    /// Enters the initial child of the root, its initial child, and so on. Exits no state, not even
+    /// on a second start. A recorded transition remains recorded.
     void start();
 
-    /// Returns the current state: during onEntry() the state being entered, during onExit() the
-    /// state being exited, before the start the machine itself.
+    /// Returns the current state.
+    /// @return the state, not owned: during onEntry() the state being entered, during onExit() the
+    ///         state being exited, before the start the machine itself
     [[nodiscard]] State* getCurrentState() noexcept { return m_CurrentState; }
 
-    /// Records a transition, which the next sendEvent() carries out, or the running one after its
-    /// event. Replaces a transition recorded before.
+    /// Records a transition and replaces the one recorded before. The next sendEvent() carries it
+    /// out; if sendEvent() is running, that call does so.
     /// @param state target; null only cancels a recorded transition
     void transition(State* state) noexcept { m_PendingState = state; }
 
     /// Records a transition by name. Takes logarithmic time in the number of states.
     /// @param name name of the target
-    /// @return whether the machine has a state of that name. If not, a recorded transition is
-    ///         cancelled.
+    /// @return true if the machine has a state of that name. If false, a recorded transition is
+    ///         canceled.
     bool transition(const std::string& name);
 
-    /// Carries out a transition at once. From onEntry() and onExit() it only records it.
+    /// Carries out a transition at once. Called from onEntry() and onExit(), only records it.
     /// @param state target; null only cancels a recorded transition
     void setCurrentState(State* state);
 

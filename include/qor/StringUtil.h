@@ -8,10 +8,17 @@
 namespace qor
 {
 
-/// Conversions between text and numbers, versions and time stamps.
+/// Conversions between text and numbers, versions and timestamps.
 ///
-/// All operations are static, keep no state and may be called from any thread. Numbers are read
-/// and written as in the classic locale, whatever locale the host has set.
+/// All operations are static and keep no state. Numbers are read and written as in the "C" locale,
+/// independent of the locale of the host.
+///
+/// **Error handling**: a text that is not a number or a version gives 0. Operations that return
+/// text throw `std::bad_alloc` if there is not enough memory.
+///
+/// **Thread safety**: any thread may call any operation.
+///
+/// **Complexity**: every operation takes time proportional to the length of the text.
 ///
 /// @code
 /// const unsigned int version = qor::StringUtil::versionStringToNumber("1.2.3"); // 0x01020300
@@ -23,39 +30,53 @@ class QORTK_API StringUtil
 public:
     StringUtil() = delete;
 
-    /// Packs "major.minor.patch" as major << 24 | minor << 16 | patch << 8, each field reduced to
-    /// its low eight bits. Text behind the third number is ignored.
-    /// @return 0 if the text does not begin with three numbers
+    /// Packs a version into a number.
+    /// @param text three decimal numbers separated by dots: "major.minor.patch". Each number may
+    ///        follow white space and have a sign. Text after the third number is ignored.
+    /// @return major << 24 | minor << 16 | patch << 8, with each number reduced to its low eight
+    ///         bits; 0 if the text does not begin with three numbers
     static unsigned int versionStringToNumber(const std::string& text);
 
-    /// Writes a packed version as "major.minor.patch"; the low byte is not shown.
+    /// Converts a packed version to text.
+    /// @param version number as from versionStringToNumber(); its low eight bits are ignored
+    /// @return "major.minor.patch"
     static std::string versionNumberToString(unsigned int version);
 
-    /// Reads one number from the start of the text, as a standard stream would: white space in
-    /// front is skipped, a sign may come first, and whatever follows the number is ignored.
-    /// @return 0 if there is no number, or none that the type can hold. Words such as "inf" and
-    ///         an exponent without digits are no numbers. `stringToUInt` takes "-1" as the
-    ///         greatest unsigned number.
+    /// Reads a number from the start of a text, as a standard stream does. Leading white space is
+    /// skipped, a sign is accepted, and text after the number is ignored.
+    /// @param text the number. Words such as "inf", and numbers that have an exponent mark without
+    ///        digits, are not accepted. stringToUInt() negates a number after a minus sign modulo
+    ///        2 to the power of 32: "-1" gives the maximum.
+    /// @return the number; 0 if the text does not begin with a number or the number exceeds the
+    ///         range of the type
     /// @{
     static float stringToFloat(const std::string& text);
     static int stringToInt(const std::string& text);
     static unsigned int stringToUInt(const std::string& text);
     /// @}
 
-    /// Writes seconds since the start of 1970 as a UTC time, "%H:%M:%S", behind "%Y-%m-%d " if
-    /// `withDate` is true. Any number is defined: dates before 1970 follow the Gregorian calendar
-    /// backwards, and years take as many digits as they need, at least four.
+    /// Converts a timestamp to text in UTC.
+    /// @param timeStamp any number of seconds since the start of 1970. Dates follow the proleptic
+    ///        Gregorian calendar.
+    /// @param withDate whether the date precedes the time
+    /// @return the time in the format "%H:%M:%S" or "%Y-%m-%d %H:%M:%S". A year has at least four
+    ///         digits.
     static std::string timeStampToString(std::int64_t timeStamp, bool withDate);
 
-    /// @return the text without the blanks, tabs, line feeds and carriage returns at its ends
+    /// Removes blanks, tabs, line feeds and carriage returns at both ends of a text.
+    /// @param text text to trim
+    /// @return the trimmed text
     static std::string trim(const std::string& text);
 
-    /// Fixed notation with `precision` digits behind the point, rounded to nearest, halves that
-    /// are exact in binary to the even digit. A negative precision means 6. Infinities and
-    /// not-a-number give "inf", "-inf", "nan" and "-nan".
+    /// Writes a float in fixed notation, rounded to the nearest number, ties to even.
+    /// @param number number to write
+    /// @param precision number of digits after the point; a negative precision means 6
+    /// @return the text; "inf", "-inf", "nan" or "-nan" for infinities and NaN
     static std::string toString(float number, int precision);
 
-    /// Plain decimal text.
+    /// Writes an integer in decimal.
+    /// @param number number to write
+    /// @return the digits, after a minus sign if the number is negative
     /// @{
     static std::string toString(int number);
     static std::string toString(unsigned int number);

@@ -5,10 +5,14 @@
 namespace qor
 {
 
-/// The work of a thread. Derive from it, implement `run`, and pass an object to Thread::start().
+/// The work of a thread. Derive a class from this one, implement `run`, and pass an object to
+/// Thread::start().
 ///
-/// The caller owns the task and must keep it alive until `run` has returned. `run` must protect the
-/// data that it shares with other threads.
+/// **Ownership**: the caller owns the task. The task must exist until `run` has returned.
+///
+/// **Error handling**: an exception that leaves `run` terminates the process.
+///
+/// **Thread safety**: `run` must protect the data that it shares with other threads.
 ///
 /// @code
 /// struct TSum : qor::Task {
@@ -33,7 +37,7 @@ public:
 
     virtual ~Task();
 
-    /// Does the work. It is called on the new thread. An exception that leaves it ends the process.
+    /// Does the work. The new thread calls it once.
     virtual void run() = 0;
 };
 

@@ -13,17 +13,24 @@ namespace platform
 struct TThread;
 }
 
-/// Runs a task on a thread of its own.
+/// Runs a task on a new thread.
 ///
-/// An object is idle until a successful `start`, and then started until `wait`, even if the task
-/// has ended before. The object does not own the task.
+/// An object is either idle or started. A new object is idle. A successful `start` makes it
+/// started, and `wait` makes it idle again. An object whose task has ended remains started until
+/// `wait`.
 ///
 /// The destructor neither waits for the thread nor stops it: the thread continues until its task
-/// ends. Copies refer to the same thread, task and state as the source at that moment. Each of them
-/// can wait for the thread; a later `start` or `wait` on one object does not change the others.
+/// ends. A copy refers to the same thread and task as its source, and is in the same state. It can
+/// wait for that thread, too. A later `start` or `wait` on one object does not change the others.
 ///
-/// Thread safety: `start` and `wait` on one object must not be called by two threads at once. The
-/// static functions may be called by any thread.
+/// **Ownership**: the caller owns the task. The thread does not use the Thread object, which may be
+/// destroyed, copied or assigned while the task runs.
+///
+/// **Error handling**: `start` returns false on failure. No operation throws, but threadFunction()
+/// passes on exceptions of the task.
+///
+/// **Thread safety**: one thread at a time may use an object. Any thread may call the static
+/// functions.
 ///
 /// @code
 /// struct TSum : qor::Task {
@@ -56,30 +63,34 @@ public:
     virtual ~Thread();
 
     /// Starts a thread that runs a task and ends.
-    /// @param task the task, not owned; it must live until its `run` has returned. Null starts a
-    ///             thread that ends at once.
-    /// @return false if the object is started already, which changes nothing, or if there is no
-    ///         memory or the system refuses a thread; the object keeps the task then, but is idle
+    /// @param task the task, which must exist until its `run` has returned. Null starts a thread
+    ///             that ends at once.
+    /// @return true on success. False if the object is started already; then nothing changes. False
+    ///         also if there is not enough memory or the system refuses a thread; then the object
+    ///         is idle and only has the task for threadFunction().
     bool start(Task* task);
 
-    /// Waits, without a time limit, until the thread has ended. The object is idle then and has no
-    /// task. Has no effect on an idle object and when called by the thread itself.
+    /// Waits, without a time limit, until the thread has ended. Then the object is idle and has no
+    /// task. Has no effect if the object is idle or the thread itself calls it.
     void wait();
 
-    /// Runs the object's task on the calling thread. Has no effect without a task.
+    /// Runs the object's task on the calling thread, without a new thread. Has no effect if the
+    /// object has no task.
     void threadFunction();
 
     /// Gives up the rest of the calling thread's time slice.
     static void yield();
 
-    /// Suspends the calling thread. A signal handler that runs meanwhile does not shorten the time.
+    /// Suspends the calling thread. Signal handlers do not shorten the time.
     /// @param milliseconds the time; 0 is the same as `yield`
     static void sleep(unsigned int milliseconds);
 
-    /// Returns the time since the system started, which changes of the wall clock do not affect.
-    /// Subtract two readings as unsigned numbers: the difference is right also after an overflow.
-    /// @return milliseconds modulo 2 to the power of 32, including the time in which the system was
-    ///         suspended, where the system counts it
+    /// Returns the time since the system started. Changes of the wall clock do not affect it.
+    ///
+    /// The result overflows after 49.7 days. The unsigned difference of two results is correct
+    /// nevertheless.
+    /// @return milliseconds modulo 2 to the power of 32. The time during which the system was
+    ///         suspended is included if the system counts it.
     static unsigned int timer();
 
 private:

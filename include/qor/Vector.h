@@ -9,17 +9,20 @@ namespace qor
 
 /// Operations on vectors of three floats: x, y, z.
 ///
-/// All operations are static. The caller owns all arrays; the result array comes last and may be
-/// the same as one of the inputs. Objects of this class hold nothing, and assigning one does
-/// nothing. Not-a-number, infinities and overflow follow the rules of IEEE 754; sums and products
-/// are rounded one by one, in the order in which they are written here.
+/// All operations are static and take constant time.
 ///
-/// Operations on different arrays may run in several threads at once.
+/// **Ownership**: the caller owns all arrays. Every array has three elements and is not null. A
+/// result array may be the same as an input array.
 ///
-/// Operations without products are inline, so that they are compiled with the host's options. They
-/// give the same results as long as these follow IEEE 754: `-ffast-math` and the like do not, and
-/// with `-ffp-contract=fast` a compiler may fuse a product of the host's own with the sum. All
-/// other operations round as described whatever the host's options are.
+/// **Error handling**: no operation fails or throws. NaN, infinities and overflow follow IEEE 754.
+/// Each sum and product is rounded, without fused operations, in the order documented here.
+///
+/// **Thread safety**: operations on different arrays may run in different threads at the same time.
+///
+/// @note copy(), add(), subtract() and inverse() are inline and use the compiler options of the
+/// host. Options such as `-ffast-math` can change their results. With `-ffp-contract=fast` the
+/// compiler may fuse a sum with a product that the host computes. The options of the host do not
+/// affect the other operations.
 ///
 /// @code
 /// const float velocity[3] = {3.0f, 0.0f, 4.0f};
@@ -29,45 +32,72 @@ namespace qor
 class QORTK_API Vector
 {
 public:
-    /// Copies all elements.
+    /// Copies a vector.
+    /// @param in vector to copy
+    /// @param[out] out the copy
     static void copy(const float* in, float* out) { std::memmove(out, in, 3 * sizeof *out); }
 
+    /// Returns the length of a vector.
+    /// @param in vector
     /// @return the square root of x² + y² + z²
     static float length(const float* in);
 
-    /// Adds `a` + `b`.
+    /// Adds two vectors.
+    /// @param a first vector
+    /// @param b second vector
+    /// @param[out] out the sum
     static void add(const float* a, const float* b, float* out)
     {
         store(a[0] + b[0], a[1] + b[1], a[2] + b[2], out);
     }
 
-    /// Subtracts `a` - `b`.
+    /// Subtracts two vectors.
+    /// @param a first vector
+    /// @param b second vector
+    /// @param[out] out the difference `a` - `b`
     static void subtract(const float* a, const float* b, float* out)
     {
         store(a[0] - b[0], a[1] - b[1], a[2] - b[2], out);
     }
 
-    /// The products of elements.
+    /// Multiplies two vectors element by element.
+    /// @param a first vector
+    /// @param b second vector
+    /// @param[out] out the products
     static void multiply(const float* a, const float* b, float* out);
 
-    /// Each element times `factor`.
+    /// Multiplies a vector by a factor.
+    /// @param in vector
+    /// @param factor any number
+    /// @param[out] out the products
     static void multiply(const float* in, float factor, float* out);
 
     /// Negates all elements.
+    /// @param in vector
+    /// @param[out] out the vector of the opposite direction
     static void inverse(const float* in, float* out) { store(-in[0], -in[1], -in[2], out); }
 
-    /// The cross product: (a₁b₂ - a₂b₁, a₂b₀ - a₀b₂, a₀b₁ - a₁b₀).
+    /// Computes the cross product (a₁b₂ - a₂b₁, a₂b₀ - a₀b₂, a₀b₁ - a₁b₀).
+    /// @param a first vector
+    /// @param b second vector
+    /// @param[out] out the cross product
     static void cross(const float* a, const float* b, float* out);
 
-    /// @return the dot product a₀b₀ + a₁b₁ + a₂b₂
+    /// Returns the dot product of two vectors.
+    /// @param a first vector
+    /// @param b second vector
+    /// @return a₀b₀ + a₁b₁ + a₂b₂
     static float dot(const float* a, const float* b);
 
-    /// Divides by the length. Where that is 0 or not a number, `out` stays as it is.
+    /// Divides a vector by its length.
+    /// @param in vector
+    /// @param[out] out the unit vector; unchanged if the length is 0 or NaN
     /// @return the length of `in`
     static float normalize(const float* in, float* out);
 
 private:
-    /// The arguments are read before `out` changes.
+    /// Stores three elements. They are parameters, so that they are computed before `out`, which
+    /// may be the same as an input, changes.
     static void store(float x, float y, float z, float* out)
     {
         out[0] = x;

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The version of the library. A program that is compiled with one version runs with every later one
-/// of the same major number. A minor version adds operations, a patch version fixes bugs.
+/// The version of the library. A program that is compiled with one version runs with every later
+/// one of the same major number. A minor version adds operations, a patch version fixes bugs.
 ///
 /// @code
 /// std::cout << "compiled with qortk " QORTK_VERSION ", running with " << qor::getVersion() << '\n';
@@ -13,7 +13,7 @@
 
 #include "qor/Export.h"
 
-/// A number of the version that the program is compiled with.
+/// Numbers of the version that the program is compiled with.
 /// @{
 #define QORTK_VERSION_MAJOR 1
 #define QORTK_VERSION_MINOR 1

@@ -10,9 +10,13 @@ namespace qor
 /// A view of the children of an XMLElement, for range-based `for` loops. XMLElement::getChildren()
 /// returns it. `TElement` is `XMLElement` or `const XMLElement`.
 ///
-/// The view does not own the children. It and its iterators are valid as long as the parent; an
-/// iterator also as long as its child, so a loop must not delete the current child. Children that
-/// are appended in a loop are visited, too. One thread at a time may use a view, as its tree.
+/// **Ownership**: the view does not own the children. The parent must outlive the view. An iterator
+/// must not outlive the view or its child, so a loop must not delete the current child. A loop also
+/// visits children that are appended while it runs.
+///
+/// **Error handling**: only the constructor and copying a view can fail, with `std::bad_alloc`.
+///
+/// **Thread safety**: a view and its iterators are part of the tree, see XMLElement.
 ///
 /// @code
 /// qor::XMLElement harbour("harbour");
@@ -50,9 +54,11 @@ public:
         }
 
         /// Returns the child. The iterator must not be at the end.
+        /// @return the child, not owned
         TElement& operator*() const noexcept { return *m_Child; }
 
         /// Returns the child. The iterator must not be at the end.
+        /// @return the child, not owned
         TElement* operator->() const noexcept { return m_Child; }
 
         /// Moves to the next child of the view. The iterator must not be at the end.
@@ -72,12 +78,14 @@ public:
             return former;
         }
 
-        /// Returns whether both iterators are at the same child, or both at the end.
+        /// Compares two iterators.
         /// @param other iterator of the same view
+        /// @return true if both are at the same child or both at the end
         bool operator==(const Iterator& other) const noexcept { return m_Child == other.m_Child; }
 
-        /// Returns whether the iterators differ.
+        /// Compares two iterators.
         /// @param other iterator of the same view
+        /// @return false if both are at the same child or both at the end
         bool operator!=(const Iterator& other) const noexcept { return !(*this == other); }
 
     private:
@@ -87,14 +95,16 @@ public:
 
     /// Constructs a view of the children with a name.
     /// @param parent element whose children are visited
-    /// @param name name of the children; an empty one visits all
-    /// @throws std::bad_alloc
+    /// @param name name of the children; an empty name matches every child
+    /// @throws std::bad_alloc if there is not enough memory
     XMLChildren(TElement& parent, const std::string& name) : m_Parent(&parent), m_Name(name) {}
 
-    /// Returns an iterator at the first child, which is looked up by each call.
+    /// Searches for the first child. Each call takes time proportional to its position.
+    /// @return an iterator at the first child; end() if there is no child
     [[nodiscard]] Iterator begin() const noexcept { return {this, m_Parent->getChild(m_Name)}; }
 
     /// Returns the end of the children.
+    /// @return an iterator after the last child
     [[nodiscard]] Iterator end() const noexcept { return {this, nullptr}; }
 
 private:

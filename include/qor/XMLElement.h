@@ -18,38 +18,43 @@ class Checksum;
 /// attributes, no namespaces and no links to parents. Names may repeat and may contain any bytes;
 /// no encoding is interpreted. An element whose name begins with `!` is a comment.
 ///
-/// **Paths** are names separated by `/`, relative to the element on which the operation is called.
+/// **Paths** are names separated by `/`, relative to the element whose operation is called.
 /// One leading `/` is ignored. An empty path is the element itself. If several children have the
 /// same name, a path follows the first one. An empty name, as after a trailing slash, matches the
 /// first child.
 ///
-/// **Format.** Documents consist of elements, comments and the entities `amp`, `lt`, `gt`, `quot`
-/// and `apos`. The whole text of a tag is the name of its element, including what other readers
-/// take as attributes or as the slash of an empty element. A declaration `<?xml ... ?>` before the
-/// root is skipped and never written. The text before, between and after child elements is one
-/// value.
+/// **Format**: documents consist of elements, comments and the entities `amp`, `lt`, `gt`, `quot`
+/// and `apos`. The whole text of a tag is the name of its element. The name thus includes
+/// attributes and the slash of an empty element, which have no meaning here. A declaration `<?xml
+/// ... ?>` before the root is skipped and never written. The text before, between and after child
+/// elements is one value.
 ///
-/// **Round trip.** A tree that is written and read again is the same, except:
-/// - if the name of an element below the root is empty, contains `>` or begins with `/`;
-/// - if the name of the root is empty, contains `>`, or begins with `!` or with `?xml`;
-/// - comments with children, with a value, or with a name that has fewer than five bytes or does
-///   not end in `--`;
-/// - white space at the end of a value. Only parse() and load() can store such a value: if it ends
-///   in `x &`, the ampersand begins no entity and is dropped after the value has been trimmed;
-/// - zero bytes in a file: the document ends at the first one. parse() and toString() keep them;
-/// - on Windows, carriage returns before line feeds in a file, which load() drops.
+/// **Round trip**: a tree that is written and read again is the same, unless it contains one of the
+/// following:
+/// - an element below the root whose name is empty, contains `>` or begins with `/`
+/// - a root whose name is empty, contains `>`, or begins with `!` or with `?xml`
+/// - a comment that has children or a value, or whose name has fewer than five bytes or does not
+///   end with `--`
+/// - a value that ends with white space. Only reading creates such a value: in `<a>x &</a>`, the
+///   ampersand is not part of an entity and is dropped, but the blank before it remains.
+/// - zero bytes, if it is read from a file: load() stops at the first one. parse() and toString()
+///   keep zero bytes.
+/// - carriage returns before line feeds, if it is read from a file on Windows: load() drops them.
 ///
-/// **Errors.** load(), parse() and save() return a negative number on failure, validate() returns
-/// false, and getLastError() describes the failure. Invalid input never causes an exception. Only
-/// `std::bad_alloc` is thrown. It leaves every tree valid and, except in load(), parse() and
-/// findChild() with `create`, unchanged.
+/// **Ownership**: an element owns its children. It must outlive all pointers to its descendants.
 ///
-/// **Memory and time.** No operation recurses, so only memory limits the depth. Every operation
-/// takes time proportional to the elements and bytes that it visits, unless noted otherwise.
+/// **Error handling**: load(), parse() and save() return a negative number on failure, validate()
+/// returns false, and getLastError() describes the failure. Invalid input never causes an
+/// exception. Only `std::bad_alloc` is ever thrown. All trees are valid then, and unchanged except
+/// by load(), parse() and findChild() with `create`.
 ///
-/// **Threads.** One thread at a time may use a tree. Several threads may read one tree while no
-/// thread changes it. All elements of the process share the text of the last error, so another
+/// **Thread safety**: one thread at a time may use a tree. Several threads may read one tree while
+/// no thread changes it. All elements of the process share the text of the last error, so another
 /// thread may replace it at any time.
+///
+/// **Complexity**: every operation takes time proportional to the elements and bytes that it
+/// visits, unless noted otherwise. No operation recurses, so the depth of a tree is limited by
+/// memory only.
 ///
 /// @code
 /// qor::XMLElement document("");
@@ -68,17 +73,17 @@ class QORTK_API XMLElement
 public:
     /// Constructs a root element with an empty value and no children.
     /// @param name any bytes
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     explicit XMLElement(const std::string& name);
 
     /// Constructs a root element as a copy of an element and its descendants.
     /// @param other the element to copy; null constructs an element with an empty name
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     explicit XMLElement(const XMLElement* other);
 
     /// Constructs a root element as a copy of an element and its descendants.
     /// @param other the element to copy
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     XMLElement(const XMLElement& other);
 
     /// Constructs a root element from the name, value and children of another element. Takes
@@ -93,15 +98,16 @@ public:
     /// Self-assignment has no effect.
     /// @param other the element to copy; may be an ancestor or a descendant of this element
     /// @return this element
-    /// @throws std::bad_alloc and changes nothing
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     XMLElement& operator=(const XMLElement& other);
 
-    /// Replaces name, value and children by those of another element. Between roots, only the
-    /// children that are replaced take time. Self-assignment has no effect.
+    /// Replaces name, value and children by those of another element. Self-assignment has no
+    /// effect. If both elements are roots, only the deletion of the former children takes time.
     /// @param other the source, which is left without name, value and children. It may be a
     ///        descendant of this element. If it is an ancestor, it is copied and not changed.
     /// @return this element
-    /// @throws std::bad_alloc if the element is a child, and changes nothing
+    /// @throws std::bad_alloc if the element is a child and there is not enough memory; nothing is
+    ///         changed then
     XMLElement& operator=(XMLElement&& other);
 
     /// @name Name and value
@@ -109,17 +115,17 @@ public:
 
     /// Returns the name.
     /// @return a copy
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] std::string getName() const;
 
     /// Replaces the name.
     /// @param name any bytes. See the class description for names that cannot be read again.
-    /// @throws std::bad_alloc and changes nothing
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     void setName(const std::string& name);
 
     /// Returns the value.
     /// @return a copy
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] std::string getValue() const;
 
     /// Returns the value as a number. Like a standard stream in the classic locale, it skips
@@ -138,7 +144,7 @@ public:
     /// @param path the path, see the class description
     /// @param defaultValue the result if the element does not exist
     /// @return a copy
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] std::string getValue(const std::string& path,
                                        const std::string& defaultValue) const;
 
@@ -161,18 +167,18 @@ public:
     /// Replaces the value by a text without the blanks, tabs, line feeds and carriage returns at
     /// its ends.
     /// @param text the text
-    /// @throws std::bad_alloc and changes nothing
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     void setValue(const std::string& text);
 
     /// Replaces the value by a text without the blanks, tabs, line feeds and carriage returns at
     /// its ends.
     /// @param text the text, ended by a zero byte; null stores an empty value
-    /// @throws std::bad_alloc and changes nothing
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     void setValue(const char* text);
 
     /// Replaces the value by the decimal text of an integer.
     /// @param number the integer
-    /// @throws std::bad_alloc and changes nothing
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     void setValue(int number);
 
     /// @copydoc setValue(int)
@@ -192,8 +198,8 @@ public:
 
     /// Replaces the value by the text of a number in fixed notation with six digits after the
     /// point.
-    /// @param number the number, which is not converted to another type
-    /// @throws std::bad_alloc and changes nothing
+    /// @param number the number, not converted to another floating-point type
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     void setValue(float number);
 
     /// @copydoc setValue(float)
@@ -201,7 +207,7 @@ public:
 
     /// Replaces the value by "true" or "false".
     /// @param flag the boolean
-    /// @throws std::bad_alloc and changes nothing
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     void setValue(bool flag);
 
     /// Not available, because a character would be stored as a number.
@@ -227,7 +233,7 @@ public:
     /// Appends a new child with an empty value in constant time.
     /// @param name any bytes
     /// @return the child
-    /// @throws std::bad_alloc and changes nothing
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     XMLElement* createChild(const std::string& name);
 
     /// Deletes a child. Takes time proportional to its position.
@@ -237,7 +243,8 @@ public:
     XMLElement* deleteChild(XMLElement* child) noexcept;
 
     /// Deletes all children with a name.
-    /// @param name the name; an empty one deletes the children whose name is empty
+    /// @param name the name. An empty name deletes only the children whose name is empty, although
+    ///        it matches every child in getChild().
     void deleteChild(const std::string& name) noexcept;
 
     /// Deletes all children. Name and value are kept.
@@ -247,7 +254,7 @@ public:
     void clear() noexcept;
 
     /// Returns the first child with a name.
-    /// @param name the name; an empty one matches every child
+    /// @param name the name; an empty name matches every child
     /// @return the child; null if it does not exist
     /// @{
     [[nodiscard]] XMLElement* getChild(const std::string& name) noexcept;
@@ -256,7 +263,7 @@ public:
 
     /// Returns the first sibling after a child that has a name.
     /// @param child a child of this element, or null
-    /// @param name the name; an empty one matches every sibling
+    /// @param name the name; an empty name matches every sibling
     /// @return the sibling; null if it does not exist or `child` is null
     /// @{
     [[nodiscard]] XMLElement* getNextChild(XMLElement* child, const std::string& name) noexcept;
@@ -267,7 +274,7 @@ public:
     /// Returns a view of the children for a range-based `for` loop.
     /// @param name name of the children to visit; an empty one visits all
     /// @return the view, which is valid as long as this element
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     /// @{
     [[nodiscard]] XMLChildren<XMLElement> getChildren(const std::string& name = std::string())
     {
@@ -282,7 +289,7 @@ public:
 
     /// Returns the element at a path.
     /// @param path the path, see the class description
-    /// @param create whether missing elements are appended to the children of their parents
+    /// @param create true appends each missing element to the children of its parent
     /// @return the element; null if it does not exist and is not created
     /// @throws std::bad_alloc if it creates elements. Some of them may exist afterwards.
     XMLElement* findChild(const std::string& path, bool create = false);
@@ -301,18 +308,22 @@ public:
     /// empty.
     /// @param filename the path of the file. A path with a zero byte does not name a file.
     /// @return a result of parse(); -1 if the file cannot be opened or read, or is empty
-    /// @throws std::bad_alloc. The element then has an unspecified part of the document.
+    /// @throws std::bad_alloc if there is not enough memory; the element then has an unspecified
+    ///         part of the document
     int load(const std::string& filename);
 
-    /// Replaces this element, its name included, by the document in a text. A text that ends early
-    /// closes all open elements, which is not a failure unless it ends directly after a start tag
-    /// or inside a tag below the root. See validate() for a way to detect truncated documents.
+    /// Replaces this element, its name included, by the document in a text.
+    ///
+    /// The end of a truncated text closes all open elements. This is a failure only if the text
+    /// ends within or directly after the start tag of an element below the root. validate() can
+    /// detect other truncated documents.
     /// @param source the document. Text after the root element is ignored.
-    /// @return the position after the closing tag of the root, or the length of the text if the
-    ///         text ends before that tag. On failure -1 or the negated position of the error; the
-    ///         element then has the elements before that position. A text of 2 GiB or more is an
-    ///         error.
-    /// @throws std::bad_alloc. The element then has an unspecified part of the document.
+    /// @return the position after the end tag of the root, or the length of the text if there is no
+    ///         such tag. On failure, the negated position of the error; the element then has the
+    ///         elements before that position. -1 if the error has no position, for example for an
+    ///         empty text or a text of 2 GiB or more.
+    /// @throws std::bad_alloc if there is not enough memory; the element then has an unspecified
+    ///         part of the document
     int parse(const std::string& source);
 
     /// Writes this element and its descendants to a file.
@@ -335,25 +346,25 @@ public:
     /// @return the size of the text in bytes, at most the maximum `int`; -1 if the file cannot be
     ///         opened for writing, for example a pipe without a reader. A failed write, as on a
     ///         full disk, is not reported: compare the size of the file with the result.
-    /// @throws std::bad_alloc. The file is then unchanged.
+    /// @throws std::bad_alloc if there is not enough memory; the file is unchanged then
     int save(const std::string& filename, bool formatted) const;
 
     /// Returns the text of this element and its descendants.
     /// @return the text, with nothing added between the tags
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] std::string toString() const;
 
     /// Returns the text that save() writes.
     /// @param formatted true writes one element per line, indented by tabs; false adds nothing
     ///        between the tags. See save() for the size of formatted text.
     /// @return the text
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] std::string toString(bool formatted) const;
 
     /// Returns the description of the last failure of load(), parse(), save() or validate() on any
     /// element in the process. A success does not change it.
-    /// @return a copy; empty if none of the calls has failed
-    /// @throws std::bad_alloc
+    /// @return a copy; empty before the first failure
+    /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] static std::string getLastError();
 
     /// @}
@@ -369,9 +380,9 @@ public:
     /// inclusive limits.
     ///
     /// A number begins after optional white space and ends before the first byte that is not a
-    /// digit. It is 0 without digits and at most 4294967295. There are no signs and no open ranges:
-    /// the upper limit of `1-` is 0. The count of the rule of the template's root and the names of
-    /// the two roots are ignored.
+    /// digit. Without digits it is 0, and its maximum is 4294967295. Signs and open ranges are not
+    /// supported: the upper limit of `1-` is 0. The names of the two roots, and the count in the
+    /// rule of the template's root, are ignored.
     ///
     /// Comments in the document are skipped. A template cannot have comments, because their values
     /// are not rules. If a template element has several children with one name, each of their
@@ -384,18 +395,18 @@ public:
     /// A mandatory element at the end of the document detects most truncated files.
     ///
     /// @note Takes time proportional to the elements and bytes of both trees, times at most the
-    ///       logarithm of the number of children of an element. Do not use templates from strangers
-    ///       in which names repeat: every repetition checks the same elements again, so that the
-    ///       time is exponential in the depth of such a template.
-    /// @param templateRoot describes this element; null is an element without a rule
+    ///       logarithm of the number of children of an element. If names repeat in a template, the
+    ///       time is exponential in its depth, because every repetition checks the same elements
+    ///       again. Do not use such templates from untrusted sources.
+    /// @param templateRoot template of this element; null is an error
     /// @return true if the document is valid; false sets getLastError()
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] bool validate(const XMLElement* templateRoot) const;
 
     /// Adds the names and values of this element and its descendants to a checksum, in document
     /// order and without separators. Comments are included.
     /// @param checksum the checksum, which is neither reset nor finalized
-    /// @throws std::bad_alloc
+    /// @throws std::bad_alloc if there is not enough memory
     void calculateChecksum(Checksum& checksum) const;
 
     /// @}

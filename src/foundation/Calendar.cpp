@@ -17,18 +17,21 @@ struct TDate {
 /// Converts days since the start of 1970 to a date of the proleptic Gregorian calendar.
 ///
 /// This is civil-from-days (H. Hinnant, "chrono-Compatible Low-Level Date Algorithms", 2013). Years
-/// begin on the 1st of March, so that the leap day is the last one, and eras have 400 years.
+/// begin on the 1st of March, so that the leap day is the last one. An era has 400 years. The
+/// divisors 1460, 36524 and 146096 count the leap days of 4, 100 and 400 years. Without these leap
+/// days, each year has 365 days.
 TDate civilFromDays(std::int64_t daysSince1970)
 {
     constexpr std::int64_t DAYS_PER_ERA = 146097, DAYS_BEFORE_1970 = 719468;
     const std::int64_t days = daysSince1970 + DAYS_BEFORE_1970;
     const std::int64_t era = (days >= 0 ? days : days - (DAYS_PER_ERA - 1)) / DAYS_PER_ERA;
-    const unsigned int day = static_cast<unsigned int>(days - era * DAYS_PER_ERA);
-    const unsigned int year = (day - day / 1460 + day / 36524 - day / 146096) / 365;
-    const unsigned int dayOfYear = day - (365 * year + year / 4 - year / 100);
+    const unsigned int dayOfEra = static_cast<unsigned int>(days - era * DAYS_PER_ERA);
+    const unsigned int yearOfEra =
+        (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+    const unsigned int dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
     const unsigned int monthFromMarch = (5 * dayOfYear + 2) / 153;
     const unsigned int month = monthFromMarch < 10 ? monthFromMarch + 3 : monthFromMarch - 9;
-    return {year + era * 400 + (month <= 2 ? 1 : 0), month,
+    return {yearOfEra + era * 400 + (month <= 2 ? 1 : 0), month,
             dayOfYear - (153 * monthFromMarch + 2) / 5 + 1};
 }
 
@@ -52,7 +55,7 @@ public:
     }
 
 private:
-    char m_Text[32] = {}; ///< enough for a sign, 12 digits of the year and 15 characters
+    char m_Text[32] = {}; ///< fits a sign, 12 digits of the year and 15 other characters
     char* m_Begin = m_Text + sizeof m_Text;
 };
 
@@ -69,12 +72,12 @@ std::string StringUtil::timeStampToString(std::int64_t timeStamp, bool withDate)
     }
 
     BackwardWriter text;
-    const unsigned int second = static_cast<unsigned int>(remainder);
-    text.putTwoDigits(second % 60);
+    const unsigned int secondOfDay = static_cast<unsigned int>(remainder);
+    text.putTwoDigits(secondOfDay % 60);
     text.put(':');
-    text.putTwoDigits(second / 60 % 60);
+    text.putTwoDigits(secondOfDay / 60 % 60);
     text.put(':');
-    text.putTwoDigits(second / 3600);
+    text.putTwoDigits(secondOfDay / 3600);
     if (!withDate) {
         return text.getText();
     }

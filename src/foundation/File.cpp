@@ -15,9 +15,9 @@ namespace qor
 namespace
 {
 
-/// Checks that the C library would read the whole path and that it is not a directory, which
-/// `std::remove` would delete.
-/// @return a value of `errno`; 0 if the path may name a file
+/// Checks a path before `std::remove`, which reads a path up to its first zero byte and also
+/// deletes directories.
+/// @return EINVAL for a path with a zero byte, EISDIR for a directory, otherwise 0
 int checkFilePath(const std::string& path)
 {
     if (path.find('\0') != std::string::npos) {
@@ -26,8 +26,8 @@ int checkFilePath(const std::string& path)
     return File::directoryExists(path) ? EISDIR : 0;
 }
 
-/// Writes the reason to the log if a file could not be opened.
-/// @return whether that was so
+/// Writes an error to the log if a file is not open.
+/// @return true if the file is not open
 bool logOpenFailure(const platform::InputFile& file, const std::string& path)
 {
     if (file.getError() == 0) {

@@ -6,7 +6,7 @@
 namespace qor
 {
 
-/// Converts a word between the byte order of the machine and little endian.
+/// Converts a word from native to little endian, or back.
 inline std::uint32_t toLittleEndian(std::uint32_t word) noexcept
 {
 #if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__

@@ -18,26 +18,28 @@ namespace qor
 namespace
 {
 
-constexpr std::size_t MESSAGE_SIZE = 1024; ///< of a formatted message, with its zero byte
-constexpr std::size_t TIMESTAMP_SIZE = 32; ///< fits a year of as many digits as an int can have
-constexpr std::size_t FRAME_SIZE = TIMESTAMP_SIZE + 16; ///< all of a line except the message
+constexpr std::size_t MESSAGE_SIZE = 1024; ///< maximum of a formatted message with its zero byte
+constexpr std::size_t TIMESTAMP_SIZE = 32; ///< maximum, for a year of any `int` value
+constexpr std::size_t MAX_FRAME_SIZE = TIMESTAMP_SIZE + 16; ///< of a line without its message
 
-/// Whether the system has accepted only a part of the file's last line. Guarded by the log's mutex.
+/// Whether the last line of the file has no line feed, because a write failed. Guarded by the log's
+/// mutex.
 bool isLastLineIncomplete = false;
 
-class MutexHolder
+class MutexGuard
 {
 public:
-    explicit MutexHolder(Mutex& mutex) : m_Mutex(mutex) { m_Mutex.lock(); }
-    MutexHolder(const MutexHolder&) = delete;
-    MutexHolder& operator=(const MutexHolder&) = delete;
-    ~MutexHolder() { m_Mutex.unlock(); }
+    explicit MutexGuard(Mutex& mutex) : m_Mutex(mutex) { m_Mutex.lock(); }
+    MutexGuard(const MutexGuard&) = delete;
+    MutexGuard& operator=(const MutexGuard&) = delete;
+    ~MutexGuard() { m_Mutex.unlock(); }
 
 private:
     Mutex& m_Mutex;
 };
 
-/// A line to write. Its size is known before, and only long lines use the heap.
+/// A line to write. The constructor allocates memory only for long lines. The appended text must
+/// not exceed the size that was passed to it.
 class LineBuffer
 {
 public:
@@ -54,7 +56,7 @@ public:
     std::size_t getSize() const { return static_cast<std::size_t>(m_End - m_Begin); }
 
 private:
-    std::array<char, FRAME_SIZE + MESSAGE_SIZE> m_StackBuffer;
+    std::array<char, MAX_FRAME_SIZE + MESSAGE_SIZE> m_StackBuffer;
     std::unique_ptr<char[]> m_HeapBuffer;
     char* m_Begin;
     char* m_End;
@@ -67,14 +69,14 @@ struct TTimestampCache {
     std::array<char, TIMESTAMP_SIZE> text = {};
 };
 
-/// Each thread formats the text once per second.
+/// Returns the text for a second. Each thread formats it at most once per second.
 const TTimestampCache& getTimestamp(std::int64_t second, Mutex& logMutex)
 {
     thread_local TTimestampCache cache;
     if (cache.second != second) {
-        // A fork waits for the log's mutex. Without it, a child process could find the lock that
-        // the C library takes for the time zone locked forever.
-        const MutexHolder holder(logMutex);
+        // The C library locks its time zone data. A fork in another thread waits for the log's
+        // mutex, so a child process never gets a copy of that lock in the locked state.
+        const MutexGuard guard(logMutex);
         const platform::TLocalTime time = platform::getLocalTime(second);
         const int size =
             std::snprintf(cache.text.data(), cache.text.size(), "%04d-%02d-%02d %02d:%02d:%02d.",
@@ -85,7 +87,7 @@ const TTimestampCache& getTimestamp(std::int64_t second, Mutex& logMutex)
     return cache;
 }
 
-/// Appends everything that precedes the message.
+/// Appends the prefix, the timestamp and the blanks between them and the message.
 void writePrefix(LineBuffer& line, char prefix, Mutex& logMutex)
 {
     const platform::TWallClock now = platform::getWallClock();
@@ -203,13 +205,13 @@ void Log::write(char prefix, const char* text)
         return;
     }
     const std::size_t length = std::strlen(text);
-    LineBuffer line(FRAME_SIZE + length);
+    LineBuffer line(MAX_FRAME_SIZE + length);
     line.append('\n'); // Ends an incomplete line in the file, if there is one.
     writePrefix(line, prefix, *m_LogMutex);
     line.append(text, length);
     line.append('\n');
 
-    const MutexHolder holder(*m_LogMutex);
+    const MutexGuard guard(*m_LogMutex);
     const std::size_t skipped = isLastLineIncomplete ? 0 : 1;
     const char* const begin = line.getBegin() + skipped;
     const std::size_t accepted = m_LogStream->write(begin, line.getSize() - skipped);

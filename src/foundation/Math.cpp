@@ -30,8 +30,8 @@ void Math::adjustBlendFactor(float& factor, bool rising, float riseTime, float f
     if (rising ? factor >= end : factor <= end) {
         return;
     }
+    // 1 / time may be infinite, and infinity times 0 is NaN.
     if (elapsedTime == 0.0f) {
-        // 1 / time may be infinite, and infinity times 0 is NaN.
         return;
     }
     const float step = (1.0f / time) * elapsedTime;

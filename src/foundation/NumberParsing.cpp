@@ -20,10 +20,10 @@ constexpr double POWERS_OF_TEN[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e
                                     1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 constexpr std::int64_t MAX_POWER = 22;
 
-/// A decimal number: `digits` times ten to the power of `exponent`.
+/// A decimal number: `significand` times ten to the power of `exponent`.
 struct TDecimal {
     bool isNegative = false;
-    std::uint64_t digits = 0; ///< only the lowest 64 bits, if there are more than 19 digits
+    std::uint64_t significand = 0; ///< only its lowest 64 bits if there are more than 19 digits
     std::ptrdiff_t digitCount = 0;
     std::int64_t exponent = 0;
     const char* end = nullptr; ///< after the last character
@@ -32,20 +32,21 @@ struct TDecimal {
 const char* scanDigits(const char* position, const char* end, TDecimal& decimal)
 {
     const char* const begin = position;
-    std::uint64_t digits = decimal.digits;
+    std::uint64_t significand = decimal.significand;
     for (; position != end && isDigit(*position); ++position) {
-        digits = digits * 10 + static_cast<unsigned int>(*position - '0');
+        significand = significand * 10 + static_cast<unsigned int>(*position - '0');
     }
-    decimal.digits = digits;
+    decimal.significand = significand;
     decimal.digitCount += position - begin;
     return position;
 }
 
-/// Scans the characters after an exponent mark.
-/// @return the position after them; null if they are not an exponent
+/// Scans an exponent, after its mark, and adds it to that of the number.
+/// @return the position after the exponent; null if there are no digits
 const char* scanExponent(const char* position, const char* end, TDecimal& decimal)
 {
-    // No text has so many digits that they could outweigh it.
+    // A larger exponent gives the same result, 0 or out of range, because the digits of a text can
+    // change the exponent by at most the length of the text.
     constexpr std::int64_t MAX_EXPONENT = 100000000000000000;
     const bool isNegative = position != end && *position == '-';
     if (isNegative || (position != end && *position == '+')) {
@@ -64,9 +65,9 @@ const char* scanExponent(const char* position, const char* end, TDecimal& decima
     return position;
 }
 
-/// Scans what a stream takes as a number. Like a stream it refuses an exponent mark without digits
-/// after it, and words such as "inf".
-/// @return whether there is a number
+/// Scans a number by the rules of a standard stream: an exponent mark without digits is an error,
+/// and words such as "inf" are not numbers.
+/// @return whether the text begins with a number
 bool scanDecimal(std::string_view text, TDecimal& decimal)
 {
     const char* position = text.data();
@@ -85,23 +86,25 @@ bool scanDecimal(std::string_view text, TDecimal& decimal)
         position = scanExponent(position + 1, end, decimal);
     }
     decimal.end = position;
-    return position;
+    return position != nullptr;
 }
 
-/// The fast path of W. Clinger ("How to Read Floating Point Numbers Accurately", 1990): digits and
-/// power are exact as `double`, so that their quotient or product is rounded once. Takes half
-/// of the time of std::from_chars.
+/// Converts a number by the fast path of W. Clinger ("How to Read Floating Point Numbers
+/// Accurately", 1990): significand and power of ten are exact as `double`, so that their quotient
+/// or product is rounded once. Takes half of the time of std::from_chars.
+/// @return the number; nothing if the fast path does not apply
 std::optional<float> convertExactly(const TDecimal& decimal)
 {
-    constexpr std::uint64_t MAX_DIGITS = std::uint64_t{1} << DBL_MANT_DIG;
-    constexpr std::ptrdiff_t MAX_COUNT = std::numeric_limits<std::uint64_t>::digits10;
-    if (FLT_EVAL_METHOD != 0 || decimal.digitCount > MAX_COUNT || decimal.digits > MAX_DIGITS ||
-        decimal.exponent < -MAX_POWER || decimal.exponent > MAX_POWER) {
+    constexpr std::uint64_t MAX_EXACT_SIGNIFICAND = std::uint64_t{1} << DBL_MANT_DIG;
+    constexpr std::ptrdiff_t MAX_DIGIT_COUNT = std::numeric_limits<std::uint64_t>::digits10;
+    if (FLT_EVAL_METHOD != 0 || decimal.digitCount > MAX_DIGIT_COUNT ||
+        decimal.significand > MAX_EXACT_SIGNIFICAND || decimal.exponent < -MAX_POWER ||
+        decimal.exponent > MAX_POWER) {
         return std::nullopt;
     }
-    const double digits = static_cast<double>(decimal.digits);
-    const double value = decimal.exponent < 0 ? digits / POWERS_OF_TEN[-decimal.exponent]
-                                              : digits * POWERS_OF_TEN[decimal.exponent];
+    const double significand = static_cast<double>(decimal.significand);
+    const double value = decimal.exponent < 0 ? significand / POWERS_OF_TEN[-decimal.exponent]
+                                              : significand * POWERS_OF_TEN[decimal.exponent];
 
     // Rounding twice, to `double` and to `float`, differs from rounding once only if the first
     // result lies exactly between two floats.
@@ -114,8 +117,9 @@ std::optional<float> convertExactly(const TDecimal& decimal)
     return static_cast<float>(decimal.isNegative ? -value : value);
 }
 
-/// Distinguishes a number that is nearer to 0 than any float from one that is too large.
-/// @param number the characters of one that is either
+/// Returns whether a number outside the range of `float` is too close to 0. Otherwise it is too
+/// large.
+/// @param number the characters of the number
 bool isUnderflow(std::string_view number, const TDecimal& decimal)
 {
     const char* const significant = number.data() + number.find_first_of("123456789");

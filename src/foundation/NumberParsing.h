@@ -27,7 +27,8 @@ inline std::string_view withoutLeadingSpace(std::string_view text)
     return text;
 }
 
-/// Drops a plus sign, which streams accept and std::from_chars does not.
+/// Drops a plus sign, which streams accept and std::from_chars does not. Returns an empty text if a
+/// minus sign follows it, because that is not a number.
 inline std::string_view withoutPlus(std::string_view text)
 {
     if (!text.empty() && text.front() == '+') {
@@ -39,7 +40,8 @@ inline std::string_view withoutPlus(std::string_view text)
     return text;
 }
 
-/// Reads an integer from the start of the text, whatever follows it.
+/// Reads an integer from the start of a text. Ignores text after the number.
+/// @return nothing if there is no number or it exceeds the range of the type
 inline std::optional<int> readInteger(std::string_view text)
 {
     const std::string_view digits = withoutPlus(withoutLeadingSpace(text));
@@ -49,12 +51,13 @@ inline std::optional<int> readInteger(std::string_view text)
     return result.ec == std::errc() ? std::optional<int>(number) : std::nullopt;
 }
 
-/// Reads a number from the start of the text, whatever follows it. A number nearer to 0 than any
-/// float is 0.
-/// @return nothing if there is no number, or none that a float can hold
+/// Reads a float from the start of a text. Ignores text after the number. A number too close to 0
+/// for a float is 0.
+/// @return nothing if there is no number or it exceeds the range of the type
 std::optional<float> readFloat(std::string_view text);
 
-/// Reads a boolean word from the start of the text, whatever follows it.
+/// Reads "true" or "false" from the start of a text. Ignores text after the word.
+/// @return nothing if the text begins with neither word
 inline std::optional<bool> readBoolean(std::string_view text)
 {
     const std::string_view word = withoutLeadingSpace(text);

@@ -8,7 +8,7 @@
 namespace qor
 {
 
-/// @return characters of the longest number in fixed notation
+/// Returns the maximum length of a number in fixed notation.
 template<typename TNumber>
 constexpr std::size_t fixedTextSize(int precision)
 {

@@ -18,6 +18,7 @@ namespace qor
 namespace
 {
 
+/// Returns the number at the start of a text; 0 if there is no number or it is out of range.
 unsigned int readUnsigned(std::string_view digits)
 {
     unsigned int number = 0;
@@ -25,12 +26,13 @@ unsigned int readUnsigned(std::string_view digits)
     return number;
 }
 
-/// Reads the low eight bits of a decimal number of any length and drops it from the text.
+/// Removes a decimal number of any length from the start of a text.
+/// @return the low eight bits of the number; nothing if the text does not begin with a number
 std::optional<unsigned int> takeVersionField(std::string_view& text)
 {
     text = withoutLeadingSpace(text);
-    const bool negative = !text.empty() && text.front() == '-';
-    if (negative || (!text.empty() && text.front() == '+')) {
+    const bool isNegative = !text.empty() && text.front() == '-';
+    if (isNegative || (!text.empty() && text.front() == '+')) {
         text.remove_prefix(1);
     }
     if (text.empty() || !isDigit(text.front())) {
@@ -41,11 +43,11 @@ std::optional<unsigned int> takeVersionField(std::string_view& text)
         field = (field * 10 + static_cast<unsigned int>(text.front() - '0')) & 0xFF;
         text.remove_prefix(1);
     }
-    return (negative ? 0 - field : field) & 0xFF;
+    return (isNegative ? 0 - field : field) & 0xFF;
 }
 
 template<typename TNumber>
-std::string decimalText(TNumber number)
+std::string toDecimalText(TNumber number)
 {
     char digits[std::numeric_limits<TNumber>::digits10 + 2];
     const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, number);
@@ -108,7 +110,7 @@ std::string StringUtil::trim(const std::string& text)
 std::string StringUtil::toString(float number, int precision)
 {
     constexpr int DEFAULT_PRECISION = 6;
-    // No float has more digits after the point; all others are zeros.
+    // The digits of a float after the 149th are zeros.
     constexpr int MAX_EXACT_PRECISION = 149;
 
     const int digits = precision < 0 ? DEFAULT_PRECISION : precision;
@@ -123,12 +125,12 @@ std::string StringUtil::toString(float number, int precision)
 
 std::string StringUtil::toString(int number)
 {
-    return decimalText(number);
+    return toDecimalText(number);
 }
 
 std::string StringUtil::toString(unsigned int number)
 {
-    return decimalText(number);
+    return toDecimalText(number);
 }
 
 } // namespace qor

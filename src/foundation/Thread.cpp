@@ -10,7 +10,8 @@ namespace qor
 namespace
 {
 
-/// The new thread receives the task instead of the Thread, which the host may destroy meanwhile.
+/// The work of a new thread. It gets the task and not the Thread, because the host may destroy the
+/// Thread before the task ends.
 void runTask(void* task)
 {
     if (task) {

@@ -5,13 +5,13 @@
 namespace qor
 {
 
-/// The white space of values and documents: blank, tab, line feed and carriage return.
+/// Checks for white space of values and documents: blank, tab, line feed or carriage return.
 inline bool isWhitespace(char character)
 {
     return character == ' ' || character == '\t' || character == '\n' || character == '\r';
 }
 
-/// The text without white space at its ends.
+/// Returns a text without the white space at its ends.
 inline std::string_view trimmed(std::string_view text)
 {
     const char* begin = text.data();

@@ -5,14 +5,13 @@
 #include <cstdint>
 #include <string>
 
-/// What the library needs of the operating system, and all that it asks of it beyond the standard
-/// library. Each folder beside this header implements all of it for one system, and the build takes
-/// one of them.
+/// The interface between the library and the operating system. The library calls the system only
+/// through this header and the standard library. Each subdirectory implements the whole header for
+/// one system; the build selects one subdirectory.
 ///
-/// A path is a byte string in the system's narrow character set; a path with a zero byte in it
-/// names nothing. A result of type `int` that is called an error is 0 on success, and else the
-/// system's own number of what went wrong, which `getErrorText` puts into words. All functions may
-/// be called from any thread.
+/// A path is a byte string in the system's narrow character set. A path with a zero byte does not
+/// name a file. An error code is 0 on success, otherwise the system's number of the error, which
+/// `getErrorText` converts to a message. Any thread may call any function.
 namespace qor::platform
 {
 
@@ -30,44 +29,49 @@ struct TLocalTime {
     int year, month, day, hour, minute, second;
 };
 
+/// Returns the current time.
 TWallClock getWallClock();
 
-/// Converts seconds since the start of 1970 in UTC to local time. Each call notices a changed time
-/// zone of the system, which can cost a system call.
+/// Converts seconds since the start of 1970 in UTC to local time. Each call reads the time zone
+/// again if it has changed, which can take a system call.
 TLocalTime getLocalTime(std::int64_t second);
 
 /// Returns the milliseconds since the system started, modulo 2 to the power of 32. Changes of the
-/// wall clock do not affect the count. It includes the time in which the system was suspended, where
-/// the system counts that.
+/// wall clock do not affect the result. The time during which the system was suspended is included
+/// if the system counts it.
 unsigned int getTickCount();
 
 /// @}
 /// @name Locks, events and threads
-/// The caller owns an object from the function `create...` to the function `destroy...`. Out of
-/// memory is reported as `std::bad_alloc` by the functions `create...` and by `startThread`.
+/// The caller owns the objects that the functions `create...` return, and destroys them by the
+/// functions `destroy...`. The functions `create...` and `startThread` throw `std::bad_alloc` if
+/// there is not enough memory.
 /// @{
 
 /// A recursive lock.
 struct TLock;
 
+/// Creates a lock that no thread holds.
 TLock* createLock();
 
 /// No thread may hold the lock.
 void destroyLock(TLock* lock);
 
-/// Waits until the calling thread holds the lock, and adds a level to it.
+/// Waits until no other thread holds the lock, and increments its recursion count.
 void acquire(TLock& lock);
 
-/// Removes a level from the lock. Has no effect if the calling thread does not hold it.
+/// Decrements the recursion count of the lock. Has no effect if the calling thread does not hold
+/// it.
 void release(TLock& lock);
 
 /// Makes the lock usable in forked child processes: a fork waits until no other thread holds the
-/// lock, and in the child process no thread holds it. The lock is destroyed as any other. Does
-/// nothing on systems that do not fork processes.
+/// lock, and in the child process no thread holds it. Has no effect on systems without `fork`.
 void makeForkSafe(TLock& lock);
 
-/// An auto-reset event, not set at first.
+/// An auto-reset event.
 struct TEvent;
+
+/// Creates an event that is not set.
 
 TEvent* createEvent();
 
@@ -75,26 +79,29 @@ TEvent* createEvent();
 /// returned, even if the call of `set` that released it has not returned yet.
 void destroyEvent(TEvent* event);
 
-/// Releases exactly one of the waiting threads, the one that has waited longest where the system
-/// keeps that order. If no thread is waiting, sets the event.
+/// Releases exactly one of the waiting threads. It is the one that has waited longest, if the
+/// system maintains that order. If no thread is waiting, sets the event.
 void set(TEvent& event);
 
 constexpr unsigned int NO_TIME_LIMIT = 0;
 
-/// Releases one level of the lock, waits for the event, and acquires the lock again. The thread
-/// counts as waiting before another thread can acquire the lock. The wait ends when `set` releases
-/// the thread, at once if the event is set, which resets it, or after the time limit in
-/// milliseconds.
+/// Decrements the recursion count of the lock, waits for the event, and acquires the lock again.
+/// The first two steps are atomic: if another thread acquires the lock and calls `set`, the calling
+/// thread is waiting already. The wait ends when `set` releases the thread or the time limit has
+/// passed. If the event is set, the function resets it and does not wait.
+/// @param timeLimit milliseconds, or NO_TIME_LIMIT
 void waitForEvent(TEvent& event, TLock& lock, unsigned int timeLimit);
 
 /// A thread, running or not.
 struct TThread;
 
+/// Creates an object for a thread, without starting the thread.
+
 TThread* createThread();
 
-/// Starts the thread, with the default stack size. It calls `work(argument)` and ends. The function
-/// is called at most once per object.
-/// @return false if the system refuses
+/// Starts the thread, with the default stack size. The thread calls `work(argument)` and ends. Call
+/// this function at most once per object.
+/// @return false if the system cannot start a thread
 bool startThread(TThread& thread, void (*work)(void* argument), void* argument);
 
 /// Waits until the thread has ended. Any number of threads may call it, any number of times.
@@ -106,16 +113,16 @@ void destroyThread(TThread* thread);
 
 void yieldThread();
 
-/// Suspends the calling thread, also if signal handlers run meanwhile.
+/// Suspends the calling thread. Signal handlers do not shorten the time.
 void sleepThread(unsigned int milliseconds);
 
 /// @}
 /// @name Text
 /// @{
 
-/// Formats like C99's vsnprintf, always with the decimal point of the "C" locale and without digit
-/// grouping, whatever locale the host has set.
-/// @return the length of the whole text without the terminating zero, even where the buffer is
+/// Formats as vsnprintf of C99 does, with the numbers of the "C" locale, independent of the host's
+/// locale.
+/// @return the length of the whole text without the terminating zero, even if the buffer is
 ///         shorter; negative if the format or an argument cannot be converted
 int formatText(char* buffer, std::size_t size, const char* format, va_list arguments);
 
@@ -145,8 +152,8 @@ std::string getUserDataDirectory();
 
 enum class PathKind { NONE, FILE, DIRECTORY };
 
-/// Returns NONE for a path that does not exist or cannot be examined, and FILE for everything that
-/// is not a directory.
+/// Returns the kind of a path: NONE if it does not exist or cannot be examined, DIRECTORY for a
+/// directory, FILE for everything else.
 PathKind getPathKind(const std::string& path);
 
 /// The users who may access a new directory.
@@ -159,10 +166,10 @@ enum class Access {
 /// @return an error code; not 0 if the path already exists
 int createDirectory(const std::string& path, Access access);
 
-/// An existing file, opened for reading. Opening does not wait for the other end of a pipe: a pipe
-/// that no process has opened for writing reads as empty. It does wait until another process gives
-/// up a lease on the file. Child processes do not inherit the handle, and it never takes the place
-/// of a closed standard stream.
+/// An existing file, opened for reading. A pipe without a writer is read as an empty file; opening
+/// it does not wait for a writer. If another process has a lease on the file, opening waits until
+/// the lease is released. Child processes do not inherit the handle. The handle is never one that a
+/// closed standard stream had.
 class InputFile
 {
 public:
@@ -178,14 +185,14 @@ public:
     InputFile& operator=(const InputFile&) = delete;
     ~InputFile();
 
-    /// Returns whether the file can be read or queried. On some systems a directory is open, too,
-    /// but `getError` returns an error for it and `read` fails.
+    /// Returns whether the file can be read or queried. On some systems this is true for a
+    /// directory also, although `getError` returns an error and `read` fails.
     bool isOpen() const;
 
     /// Returns the error code if opening or reading has failed, otherwise 0.
     int getError() const { return m_Error; }
 
-    /// Reads until the buffer is full or the file ends, and continues after signals.
+    /// Reads until the buffer is full or the file ends. Signals do not end it earlier.
     /// @return the number of bytes read; fewer than `size` at the end of the file or on failure
     std::size_t read(void* buffer, std::size_t size);
 
@@ -200,20 +207,20 @@ public:
 private:
     std::intptr_t m_Handle;
     int m_Error = 0;
-    [[maybe_unused]] int m_State = 0; ///< defined by each system
+    [[maybe_unused]] int m_State = 0; ///< meaning defined by the system's implementation
 };
 
 /// A file opened for writing, created if it does not exist. Opening a pipe without a reader fails
-/// at once, and a write to a pipe whose reader has closed it fails without a signal. Opening waits
-/// until another process gives up a lease on the file. Child processes do not inherit the handle,
-/// and it never takes the place of a closed standard stream.
+/// at once. Writing to a pipe without a reader fails without a signal. If another process has a
+/// lease on the file, opening waits until the lease is released. Child processes do not inherit the
+/// handle. The handle is never one that a closed standard stream had.
 class OutputFile
 {
 public:
     enum class Kind {
         BINARY,      ///< truncated
         TEXT,        ///< truncated; line feeds are converted to the system's line ends
-        APPEND_TEXT, ///< as TEXT, but not truncated
+        APPEND_TEXT, ///< not truncated; line feeds are converted as for TEXT
     };
 
     /// Opens the file. Text is always written at the current end of the file: other programs may
@@ -226,12 +233,13 @@ public:
     bool isOpen() const;
 
     /// Passes bytes to the system, in one call if the system accepts them all.
-    /// @return the number of bytes of `bytes` that were accepted; fewer than `size` on failure
+    /// @return the number of bytes of `bytes` that the system accepted; fewer than `size` on
+    ///         failure
     std::size_t write(const char* bytes, std::size_t size);
 
 private:
     std::intptr_t m_Handle;
-    int m_State = 0; ///< the kind of the file, in the system's own terms
+    int m_State = 0; ///< meaning defined by the system's implementation
 };
 
 /// Replaces the content of a file, or creates it. A regular file is replaced as a whole: after a
@@ -250,8 +258,8 @@ bool replaceFile(const std::string& path, const char* bytes, std::size_t size);
 /// @return false if the user may not have seen it
 bool showErrorBox(const char* text, const char* caption);
 
-/// Opens an address with the desktop's program for it, and does not wait for that program. An
-/// address that the desktop could read as an option is not opened.
+/// Opens an address in the user's preferred program, and does not wait for that program. An address
+/// that could be read as a program's option is ignored.
 void openAddress(const char* address);
 
 /// @}

@@ -21,14 +21,14 @@ bool isSet(const char* variable)
     return value && *value != '\0';
 }
 
-/// Keeps a program from reading a text as an option.
-std::string withoutLeadingSign(const std::string& text)
+/// Puts a blank before a leading sign, so that a program does not read the text as an option.
+std::string withProtectedSign(const std::string& text)
 {
     const bool hasSign = !text.empty() && (text.front() == '-' || text.front() == '+');
     return hasSign ? " " + text : text;
 }
 
-/// Returns the known dialog programs, the best one first.
+/// Returns the known dialog programs in the order of preference.
 std::vector<Program> getDialogs(const char* text, const char* captionText)
 {
     const std::string caption = makeDialogText(captionText, TextFormat::PLAIN);
@@ -38,17 +38,18 @@ std::vector<Program> getDialogs(const char* text, const char* captionText)
         TArguments{"zenity", "--error", "--no-markup", "--title=" + caption, "--text=" + plain});
     dialogs.emplace_back(TArguments{"kdialog", "--title=" + caption,
                                     "--error=" + makeDialogText(text, TextFormat::RICH_TEXT)});
-    dialogs.emplace_back(TArguments{"Xdialog", "--title", withoutLeadingSign(caption), "--msgbox",
-                                    withoutLeadingSign(makeDialogText(text, TextFormat::ESCAPED)),
+    dialogs.emplace_back(TArguments{"Xdialog", "--title", withProtectedSign(caption), "--msgbox",
+                                    withProtectedSign(makeDialogText(text, TextFormat::ESCAPED)),
                                     "0", "0"});
-    // Without a status, xmessage ends with 101 for the first button.
+    // By default, the exit status of xmessage for its first button is 101 instead of 0.
     dialogs.emplace_back(TArguments{"xmessage", "-center", "-buttons", "OK:0", "-title",
-                                    withoutLeadingSign(caption), withoutLeadingSign(plain)});
+                                    withProtectedSign(caption), withProtectedSign(plain)});
     return dialogs;
 }
 
-/// Returns whether an exit status leaves open if the user has seen the dialog. Programs end with 1
-/// if the dialog was closed without its button, and some also if they found no display.
+/// Returns whether a status does not show if the user has seen the dialog. The exit status is 1 if
+/// the dialog was closed without its button. For some programs, it is also 1 if there is no
+/// display.
 bool isUncertain(int status)
 {
     return status == 1 || status == STATUS_UNKNOWN;

@@ -46,8 +46,8 @@ std::size_t getCharacterLength(std::string_view text)
 }
 
 /// Returns the markup for a character of a rich text.
-/// @param former the byte before the character
-std::string_view encodeMarkup(std::string_view character, char former)
+/// @param previous the byte before the character
+std::string_view encodeMarkup(std::string_view character, char previous)
 {
     switch (character[0]) {
     case '<':
@@ -57,8 +57,8 @@ std::string_view encodeMarkup(std::string_view character, char former)
     case '\n':
         return "<br>";
     case ' ':
-        // Adjacent blanks would become one, and those at the beginning of a line none.
-        return former == ' ' || former == '\n' ? "&nbsp;" : " ";
+        // Rich text collapses adjacent blanks and drops those at the beginning of a line.
+        return previous == ' ' || previous == '\n' ? "&nbsp;" : " ";
     default:
         return character;
     }
@@ -72,21 +72,21 @@ std::string makeDialogText(std::string_view text, TextFormat format)
     const bool isMarkup =
         format == TextFormat::RICH_TEXT && text.find_first_of("<&") != std::string_view::npos;
     std::string result = isMarkup ? "<qt>" : "";
-    char former = '\n';
+    char previous = '\n';
     while (!text.empty()) {
         const std::size_t length = getCharacterLength(text);
         std::string_view encoded = length == 0 ? REPLACEMENT_CHARACTER : text.substr(0, length);
         if (encoded == "\\" && format != TextFormat::PLAIN) {
             encoded = "\\\\";
         } else if (isMarkup) {
-            encoded = encodeMarkup(encoded, former);
+            encoded = encodeMarkup(encoded, previous);
         }
         if (result.size() + encoded.size() > MAX_SIZE) {
             result += ELLIPSIS;
             break;
         }
         result += encoded;
-        former = text.front();
+        previous = text.front();
         text.remove_prefix(length == 0 ? 1 : length);
     }
     return isMarkup ? result + "</qt>" : result;

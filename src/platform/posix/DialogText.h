@@ -6,17 +6,17 @@
 namespace qor::platform
 {
 
-/// How a dialog program reads a text in its arguments.
+/// How a dialog program interprets a text in its arguments.
 enum class TextFormat {
-    PLAIN,     ///< as it is
-    ESCAPED,   ///< with escape sequences such as "\n"
-    RICH_TEXT, ///< as ESCAPED, and as Qt's rich text if it contains "<" or "&"
+    PLAIN,     ///< not interpreted
+    ESCAPED,   ///< a backslash begins an escape sequence such as "\n"
+    RICH_TEXT, ///< as ESCAPED, and as Qt's rich text if the text contains "<" or "&"
 };
 
-/// Makes an argument from which a dialog program shows the text unchanged. Bytes that are not valid
-/// UTF-8 become replacement characters, because programs refuse them. The argument is cut at about
-/// 64 KiB, after a whole character and with an ellipsis, because systems limit an argument's
-/// length.
+/// Encodes a text as an argument, so that a dialog program shows the text unchanged. Bytes that are
+/// not valid UTF-8 become replacement characters, because programs reject them. An argument of more
+/// than about 64 KiB is truncated after a whole character and ends with an ellipsis, because
+/// systems limit the length of an argument.
 std::string makeDialogText(std::string_view text, TextFormat format);
 
 } // namespace qor::platform

@@ -13,7 +13,7 @@ namespace qor::platform
 namespace
 {
 
-std::string getVariable(const char* name)
+std::string getVariableOrEmpty(const char* name)
 {
     const char* const value = getEnvironmentVariable(name);
     return value ? value : "";
@@ -49,11 +49,11 @@ const char* getEnvironmentVariable(const char* name)
 
 std::string getUserDataDirectory()
 {
-    std::string dataHome = getVariable("XDG_DATA_HOME");
+    std::string dataHome = getVariableOrEmpty("XDG_DATA_HOME");
     if (!dataHome.empty() && dataHome.front() == '/') {
         return dataHome;
     }
-    std::string home = getVariable("HOME");
+    std::string home = getVariableOrEmpty("HOME");
     if (home.empty()) {
         home = getPasswdHome();
     }

@@ -18,7 +18,7 @@ namespace
 
 using TNames = std::vector<std::string>;
 
-/// The system's own limit for a list of names and for a value.
+/// The system's limit for a list of names and for a value.
 constexpr std::size_t MAX_SIZE = 65536;
 
 /// Returns the names of a file's attributes; nothing if they cannot be read.
@@ -60,17 +60,17 @@ bool copyAttribute(int from, int to, const std::string& name)
 
 bool copyExtendedAttributes(int from, int to)
 {
-    const std::optional<TNames> wanted = listAttributes(from);
-    const std::optional<TNames> found = listAttributes(to);
-    if (!wanted || !found) {
+    const std::optional<TNames> source = listAttributes(from);
+    const std::optional<TNames> current = listAttributes(to);
+    if (!source || !current) {
         return false;
     }
-    const bool isCopied = std::all_of(wanted->begin(), wanted->end(), [&](const std::string& name) {
+    const bool isCopied = std::all_of(source->begin(), source->end(), [&](const std::string& name) {
         return copyAttribute(from, to, name);
     });
-    // A new file may get attributes from its directory.
-    return isCopied && std::all_of(found->begin(), found->end(), [&](const std::string& name) {
-               return std::count(wanted->begin(), wanted->end(), name) > 0 ||
+    // A new file may have inherited other attributes from its directory.
+    return isCopied && std::all_of(current->begin(), current->end(), [&](const std::string& name) {
+               return std::count(source->begin(), source->end(), name) > 0 ||
                       fremovexattr(to, name.c_str()) == 0;
            });
 }

@@ -12,7 +12,7 @@ namespace qor::platform
 namespace
 {
 
-/// Replaces a descriptor of a standard stream by one above them.
+/// Replaces a descriptor that belongs to a standard stream by a greater one.
 int moveAboveStandardStreams(int descriptor)
 {
     if (descriptor < 0 || descriptor > STDERR_FILENO) {
@@ -50,7 +50,7 @@ int openDescriptor(int directory, const char* path, int flags, mode_t mode)
 int openNonBlocking(const char* path, int flags)
 {
     const int descriptor = openDescriptor(AT_FDCWD, path, flags | O_NONBLOCK);
-    // A regular file fails like this only while another process holds a lease on it.
+    // For a regular file, this error means that another process has a lease on it.
     if (descriptor < 0 && (errno == EAGAIN || errno == EWOULDBLOCK) && isRegularFile(path)) {
         return openDescriptor(AT_FDCWD, path, flags);
     }

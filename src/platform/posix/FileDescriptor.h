@@ -15,11 +15,11 @@ constexpr int INVALID_DESCRIPTOR = -1;
 /// Permissions of a new file, before the process's file mode creation mask is applied.
 constexpr mode_t FILE_MODE = 0666;
 
-/// Owns a file descriptor, or none.
+/// Owns at most one file descriptor.
 class FileDescriptor
 {
 public:
-    /// Takes ownership of a descriptor. A negative number means none.
+    /// Takes ownership of a descriptor. A negative number owns no descriptor.
     explicit FileDescriptor(int descriptor) noexcept : m_Descriptor(descriptor) {}
     FileDescriptor(const FileDescriptor&) = delete;
     FileDescriptor& operator=(const FileDescriptor&) = delete;
@@ -46,19 +46,20 @@ private:
     int m_Descriptor;
 };
 
-/// Returns whether the system would read the whole path. It reads up to the first zero byte.
+/// Returns whether a path has no zero byte. The system reads a path only up to its first zero byte.
 bool isValidPath(const std::string& path);
 
-/// Opens a file with `openat`. The descriptor is 3 or greater, even where a standard stream is
-/// closed, since output for that stream would go into the file. Child processes do not inherit it.
+/// Opens a file with `openat`. The descriptor is at least 3, even if a standard stream is closed:
+/// otherwise output for that stream would be written to the file. Child processes do not inherit
+/// the descriptor.
 /// @param directory descriptor that a relative path refers to; AT_FDCWD for the current directory
 /// @return the descriptor; INVALID_DESCRIPTOR on failure, with the reason in `errno`
 int openDescriptor(int directory, const char* path, int flags, mode_t mode = FILE_MODE);
 
 /// Opens a file as `openDescriptor` does, relative to the current directory, without waiting for
-/// the other end of a pipe or a serial line. The descriptor is in non-blocking mode, except for a
-/// regular file that another process holds a lease on: the function waits until that process has
-/// released the lease.
+/// the other end of a pipe or a serial line. The descriptor is in non-blocking mode. If another
+/// process has a lease on a regular file, the function waits until the lease is released, and the
+/// descriptor is in blocking mode.
 int openNonBlocking(const char* path, int flags);
 
 /// Returns whether a descriptor refers to a regular file.
@@ -67,7 +68,7 @@ bool isRegularFile(int descriptor);
 /// Ends the non-blocking mode, so that reading and writing wait for the other end of a pipe.
 void setBlocking(int descriptor);
 
-/// Writes all bytes in as few calls as the system permits, and continues after signals. A pipe
+/// Writes all bytes in as few calls as the system permits. Signals do not end it earlier. A pipe
 /// without a reader raises SIGPIPE.
 /// @return the number of bytes written; fewer than `size` on failure, with the reason in `errno`
 std::size_t writeAll(int descriptor, const char* bytes, std::size_t size);

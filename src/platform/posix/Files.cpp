@@ -12,7 +12,7 @@ namespace qor::platform
 namespace
 {
 
-/// The state of an `OutputFile`: whether a write may raise SIGPIPE.
+/// State of an `OutputFile`. A write may raise SIGPIPE if the file is not a regular file.
 enum OutputState { REGULAR_FILE, OTHER_FILE };
 
 void closeIfOpen(std::intptr_t handle)
@@ -119,13 +119,13 @@ OutputFile::OutputFile(const std::string& path, Kind kind) : m_Handle(INVALID_DE
     if (!isValidPath(path)) {
         return;
     }
-    const int appending = kind == Kind::BINARY ? 0 : O_APPEND;
-    FileDescriptor file(openNonBlocking(path.c_str(), O_WRONLY | O_CREAT | appending));
+    const int appendFlag = kind == Kind::BINARY ? 0 : O_APPEND;
+    FileDescriptor file(openNonBlocking(path.c_str(), O_WRONLY | O_CREAT | appendFlag));
     if (!file.isOpen()) {
         return;
     }
     m_State = isRegularFile(file.get()) ? REGULAR_FILE : OTHER_FILE;
-    // Not by O_TRUNC: opening may still fail after that flag has emptied the file.
+    // O_TRUNC is not used, because opening can fail after that flag has truncated the file.
     if (m_State == REGULAR_FILE && kind != Kind::APPEND_TEXT && ftruncate(file.get(), 0) != 0) {
         return;
     }

@@ -7,34 +7,34 @@ namespace qor::platform
 namespace
 {
 
-pthread_mutex_t processMutex = PTHREAD_MUTEX_INITIALIZER;
-pthread_once_t registration = PTHREAD_ONCE_INIT;
-TLock* firstForkSafe = nullptr; ///< guarded by processMutex
+pthread_mutex_t processGuardMutex = PTHREAD_MUTEX_INITIALIZER;
+pthread_once_t forkHandlersOnce = PTHREAD_ONCE_INIT;
+TLock* firstForkSafeLock = nullptr; ///< guarded by processGuardMutex
 
 extern "C" void beforeFork()
 {
-    pthread_mutex_lock(&processMutex);
-    for (TLock* lock = firstForkSafe; lock; lock = lock->nextForkSafe) {
+    pthread_mutex_lock(&processGuardMutex);
+    for (TLock* lock = firstForkSafeLock; lock; lock = lock->nextForkSafeLock) {
         acquire(*lock);
     }
 }
 
 extern "C" void afterForkInParent()
 {
-    for (TLock* lock = firstForkSafe; lock; lock = lock->nextForkSafe) {
+    for (TLock* lock = firstForkSafeLock; lock; lock = lock->nextForkSafeLock) {
         release(*lock);
     }
-    pthread_mutex_unlock(&processMutex);
+    pthread_mutex_unlock(&processGuardMutex);
 }
 
-/// The child process's only thread has another id than the owner of the locks, so that the system
-/// would refuse to unlock them.
+/// Initializes the locks again instead of releasing them: the system refuses to unlock them,
+/// because the id of the child's only thread differs from that of their owner.
 extern "C" void afterForkInChild()
 {
-    for (TLock* lock = firstForkSafe; lock; lock = lock->nextForkSafe) {
+    for (TLock* lock = firstForkSafeLock; lock; lock = lock->nextForkSafeLock) {
         initialize(*lock);
     }
-    pthread_mutex_unlock(&processMutex);
+    pthread_mutex_unlock(&processGuardMutex);
 }
 
 extern "C" void registerForkHandlers()
@@ -46,13 +46,13 @@ extern "C" void registerForkHandlers()
 
 ProcessGuard::ProcessGuard()
 {
-    pthread_once(&registration, registerForkHandlers);
-    pthread_mutex_lock(&processMutex);
+    pthread_once(&forkHandlersOnce, registerForkHandlers);
+    pthread_mutex_lock(&processGuardMutex);
 }
 
 ProcessGuard::~ProcessGuard()
 {
-    pthread_mutex_unlock(&processMutex);
+    pthread_mutex_unlock(&processGuardMutex);
 }
 
 void makeForkSafe(TLock& lock)
@@ -60,22 +60,22 @@ void makeForkSafe(TLock& lock)
     const ProcessGuard guard;
     if (!lock.isForkSafe) {
         lock.isForkSafe = true;
-        lock.nextForkSafe = firstForkSafe;
-        firstForkSafe = &lock;
+        lock.nextForkSafeLock = firstForkSafeLock;
+        firstForkSafeLock = &lock;
     }
 }
 
-void removeForkSafe(TLock& lock)
+void unregisterForkSafeLock(TLock& lock)
 {
     if (!lock.isForkSafe) {
         return;
     }
     const ProcessGuard guard;
-    TLock** link = &firstForkSafe;
+    TLock** link = &firstForkSafeLock;
     while (*link != &lock) {
-        link = &(*link)->nextForkSafe;
+        link = &(*link)->nextForkSafeLock;
     }
-    *link = lock.nextForkSafe;
+    *link = lock.nextForkSafeLock;
 }
 
 } // namespace qor::platform

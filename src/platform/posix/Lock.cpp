@@ -29,7 +29,7 @@ TLock* createLock()
 
 void destroyLock(TLock* lock)
 {
-    removeForkSafe(*lock);
+    unregisterForkSafeLock(*lock);
     pthread_mutex_destroy(&lock->mutex);
     delete lock;
 }

@@ -5,7 +5,7 @@
 namespace qor::platform
 {
 
-/// Locks a mutex of the system and unlocks it at the end of the scope.
+/// Locks a mutex of the system until the end of the scope.
 class MutexGuard
 {
 public:

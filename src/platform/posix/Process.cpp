@@ -18,11 +18,11 @@ namespace qor::platform
 namespace
 {
 
-/// Exit status of a child process that could not become the program, as in the shell.
+/// Exit status of a child process that could not execute the program, as in the shell.
 constexpr int NOT_STARTED = 127;
 
-/// Returns the search path of the environment; the system's own if there is none or the host runs
-/// with other privileges than its caller.
+/// Returns the value of PATH; the system's default path if PATH is not set or the host is a
+/// set-user-ID or set-group-ID program.
 std::string getSearchPath()
 {
     if (const char* const variable = getEnvironmentVariable("PATH")) {
@@ -41,7 +41,7 @@ bool isExecutable(const std::string& file)
            access(file.c_str(), X_OK) == 0;
 }
 
-/// Returns the path of a program; empty if there is none.
+/// Returns the path of a program; empty if no directory of the search path contains the program.
 std::string findProgram(const std::string& name)
 {
     const std::string path = getSearchPath();
@@ -58,7 +58,7 @@ std::string findProgram(const std::string& name)
 
 void resetSignals()
 {
-    // No system has more; `sigaction` rejects the numbers that do not exist.
+    // No system has more signals. `sigaction` rejects the numbers that do not exist.
     constexpr int MAX_SIGNAL = 128;
     struct sigaction standard = {};
     standard.sa_handler = SIG_DFL;
@@ -88,21 +88,22 @@ void closeDescriptors()
 /// Connects the standard streams to /dev/null. Needs a free descriptor.
 void disconnectStandardStreams()
 {
-    const int null = open("/dev/null", O_RDWR);
+    const int nullDevice = open("/dev/null", O_RDWR);
     for (int descriptor = 0; descriptor <= STDERR_FILENO; ++descriptor) {
-        if (dup2(null, descriptor) < 0) {
+        if (dup2(nullDevice, descriptor) < 0) {
             close(descriptor);
         }
     }
-    if (null > STDERR_FILENO) {
-        close(null);
+    if (nullDevice > STDERR_FILENO) {
+        close(nullDevice);
     }
 }
 
-/// Gives up the privileges of a set-user-ID or set-group-ID host for good, since the program works
-/// for the user who called the host. A host of the superuser that has taken on a user's identity
-/// keeps that identity. Setting both IDs sets the saved ID, too.
-/// @return false if the system refuses
+/// Permanently drops the privileges of a set-user-ID or set-group-ID host, because the program acts
+/// for the user who started the host. If the real user is the superuser, keeps the effective user
+/// instead, which such a host may have changed to another user. Setting the real and the effective
+/// ID also sets the saved ID.
+/// @return false if the system does not permit it
 bool dropPrivileges()
 {
     const uid_t user = getuid() != 0 ? getuid() : geteuid();
@@ -111,7 +112,7 @@ bool dropPrivileges()
 }
 
 /// Forks with all signals blocked, so that no signal handler of the host runs in the child process.
-/// They stay blocked there.
+/// The signals remain blocked in the child process.
 pid_t forkWithSignalsBlocked()
 {
     sigset_t all;
@@ -149,7 +150,7 @@ Program::Program(std::vector<std::string> arguments)
 
 void Program::execute() const
 {
-    // In this order: the host may have no free descriptor.
+    // Descriptors are closed first: opening /dev/null needs a free one.
     closeDescriptors();
     disconnectStandardStreams();
     if (dropPrivileges()) {

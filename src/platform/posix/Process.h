@@ -11,8 +11,8 @@ namespace qor::platform
 class Program
 {
 public:
-    /// Looks for the program in the directories of PATH, except in those that are relative to the
-    /// current directory: programs there are not trusted.
+    /// Searches the directories of PATH for the program. Relative directories are skipped, because
+    /// programs in them are not trusted.
     /// @param arguments the program's file name, then its arguments
     explicit Program(std::vector<std::string> arguments);
     Program(Program&&) = default;
@@ -21,9 +21,9 @@ public:
     /// Returns whether an executable file was found.
     bool exists() const { return !m_File.empty(); }
 
-    /// Replaces the calling child process by the program. The program gets the default signal
-    /// handlers, no open file except the standard streams, which are connected to /dev/null, and
-    /// none of the privileges of a set-user-ID host.
+    /// Replaces the calling child process by the program. The program starts with the default
+    /// signal handlers and without the privileges of a set-user-ID host. Its only open files are
+    /// the standard streams, which are connected to /dev/null.
     [[noreturn]] void execute() const;
 
 private:
@@ -32,18 +32,18 @@ private:
     std::vector<char*> m_Pointers; ///< to m_Arguments, with the null pointer that `execv` needs
 };
 
-/// Exit statuses of `runAndWait` for a program without an exit status of its own.
+/// Results of `runAndWait` if the exit status of the program is not available.
 /// @{
-constexpr int STATUS_FAILED = -1;  ///< it could not be started, or a signal ended it
-constexpr int STATUS_UNKNOWN = -2; ///< it ran, but the host ignores or collects exit statuses
+constexpr int STATUS_FAILED = -1;  ///< the program was not started, or a signal terminated it
+constexpr int STATUS_UNKNOWN = -2; ///< the host ignores or collects exit statuses
 /// @}
 
 /// Runs a program and waits until it has ended.
-/// @return its exit status; STATUS_FAILED or STATUS_UNKNOWN without one
+/// @return the exit status of the program, STATUS_FAILED or STATUS_UNKNOWN
 int runAndWait(const Program& program);
 
-/// Starts a program in a session of its own and does not wait for it. It is not a child process of
-/// the host, which thus needs no `wait` for it.
+/// Starts a program in a new session and does not wait for it. The host need not call `wait`,
+/// because the program is not its child process.
 void spawnDetached(const Program& program);
 
 } // namespace qor::platform

@@ -18,15 +18,16 @@ namespace qor::platform
 namespace
 {
 
-/// Returns whether the disk has no room or does not work. Writing in place would then lose the old
-/// content and not store the new one.
+/// Returns whether an error means that the disk is full or damaged. Writing in place would then
+/// lose the old content without storing the new one.
 bool isDiskFailure(int error)
 {
     return error == ENOSPC || error == EDQUOT || error == EIO;
 }
 
 /// Waits until a file or directory is stored on the disk.
-/// @return false if the disk fails; true also where the file system has no such operation
+/// @return false if the disk is full or damaged; true also if the file system does not support
+///         flushing
 bool flush(int descriptor)
 {
     while (fsync(descriptor) != 0) {
@@ -37,8 +38,9 @@ bool flush(int descriptor)
     return true;
 }
 
-/// Returns whether a symbolic link belongs to the kernel, such as /dev/stdout: then the process
-/// has the file open, and a file that takes its place would not get the stream's further output.
+/// Returns whether a symbolic link is one of the kernel's links to open files, such as the target
+/// of /dev/stdout. Such a file is not replaced, because the open stream would continue to write to
+/// the old file.
 bool isKernelLink(const std::string& link)
 {
     struct stat linkStatus, kernelStatus;
@@ -46,9 +48,9 @@ bool isKernelLink(const std::string& link)
            linkStatus.st_dev == kernelStatus.st_dev;
 }
 
-/// A path divided at its last slash.
+/// A path split after its last slash.
 struct TPathParts {
-    std::string directory; ///< with the slash, or empty
+    std::string directory; ///< ends with the slash; empty if there is no slash
     std::string name;
 };
 
@@ -58,8 +60,8 @@ TPathParts splitPath(const std::string& path)
     return {path.substr(0, nameBegin), path.substr(nameBegin)};
 }
 
-/// Follows a path that names a symbolic link to the file at its end, which need not exist.
-/// @return empty if that file must not be replaced or cannot be determined
+/// Follows symbolic links until the path does not name one. The resulting file need not exist.
+/// @return the path of the file; empty if the file must not be replaced or cannot be determined
 std::string resolveLinks(std::string path)
 {
     constexpr int MAX_LINKS = 40;
@@ -122,8 +124,9 @@ private:
         return descriptor;
     }
 
-    /// The process and the counter separate processes and threads of one system, the time separates
-    /// systems that share a directory. O_EXCL detects what is left.
+    /// Returns a name that is probably unique. The process id and the counter distinguish the
+    /// processes and threads of one system, the time distinguishes systems that share the
+    /// directory. O_EXCL detects remaining collisions.
     static std::string makeName()
     {
         static std::atomic<unsigned int> counter{0};
@@ -140,33 +143,33 @@ private:
 };
 
 /// Gives a new file the owner, group and extended attributes of another one.
-/// @return false if the process may not do that
+/// @return false if the system does not permit it
 bool copyOwnerAndAttributes(int from, int to)
 {
-    struct stat wanted, found;
-    if (fstat(from, &wanted) != 0 || fstat(to, &found) != 0) {
+    struct stat source, current;
+    if (fstat(from, &source) != 0 || fstat(to, &current) != 0) {
         return false;
     }
-    const bool isOwned = wanted.st_uid == found.st_uid && wanted.st_gid == found.st_gid;
-    return (isOwned || fchown(to, wanted.st_uid, wanted.st_gid) == 0) &&
+    const bool hasSameOwner = source.st_uid == current.st_uid && source.st_gid == current.st_gid;
+    return (hasSameOwner || fchown(to, source.st_uid, source.st_gid) == 0) &&
            copyExtendedAttributes(from, to);
 }
 
-/// Gives a new file the permissions of another one, after its content was written: a write may take
-/// the set-user-ID bit from a file.
-/// @return false if the system changes them or the process may not set them
+/// Gives a new file the permissions of another one. Call it after the content is written, because
+/// writing can clear the set-user-ID bit.
+/// @return false if the system does not permit it or stores other permissions
 bool copyPermissions(int from, int to)
 {
     constexpr mode_t PERMISSIONS = 07777;
-    struct stat wanted, found;
-    if (fstat(from, &wanted) != 0 || fstat(to, &found) != 0) {
+    struct stat source, current;
+    if (fstat(from, &source) != 0 || fstat(to, &current) != 0) {
         return false;
     }
-    if (wanted.st_mode == found.st_mode) {
+    if (source.st_mode == current.st_mode) {
         return true;
     }
-    return fchmod(to, wanted.st_mode & PERMISSIONS) == 0 && fstat(to, &found) == 0 &&
-           wanted.st_mode == found.st_mode;
+    return fchmod(to, source.st_mode & PERMISSIONS) == 0 && fstat(to, &current) == 0 &&
+           source.st_mode == current.st_mode;
 }
 
 enum class Outcome {
@@ -210,18 +213,20 @@ Outcome replaceByRename(const std::string& path, const FileDescriptor& original,
     if (!file.rename(target.name)) {
         return isDiskFailure(errno) ? Outcome::DISK_FAILED : Outcome::IMPOSSIBLE;
     }
-    // Without this, a power cut may still bring the old file back.
+    // Without this, the old file may be back after a power cut.
     flush(directory.get());
     return Outcome::REPLACED;
 }
 
-/// Returns whether a file may be replaced by another one without harm to other names of it.
+/// Returns whether a file is a regular file without further hard links, which would still refer to
+/// the old content after a replacement.
 bool isReplaceable(const FileDescriptor& file)
 {
     struct stat status;
     return fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink <= 1;
 }
 
+/// Writes to an open file. Truncates a regular file first.
 /// @return false if the file cannot be truncated
 bool writeInPlace(const FileDescriptor& file, const char* bytes, std::size_t size)
 {

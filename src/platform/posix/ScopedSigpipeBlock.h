@@ -21,9 +21,9 @@ public:
     ScopedSigpipeBlock& operator=(const ScopedSigpipeBlock&) = delete;
     ~ScopedSigpipeBlock() { pthread_sigmask(SIG_SETMASK, &m_FormerMask, nullptr); }
 
-    /// Discards the signal of a write that failed with EPIPE. A signal that was pending before
-    /// remains pending. The signal was sent to this thread, so that no other thread can take it
-    /// and `sigwait` returns at once.
+    /// Discards the signal of a write that failed with EPIPE. A signal that was pending before the
+    /// constructor remains pending. The system sends the signal to the thread that writes, so
+    /// another thread cannot receive it and `sigwait` returns at once.
     void discardSignal()
     {
         int number = 0;

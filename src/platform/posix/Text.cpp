@@ -14,14 +14,14 @@ namespace qor::platform
 namespace
 {
 
-/// Returns a locale with the numbers of the "C" locale and all else as in the host's locale at the
-/// first call. It is created once for the process and kept: creating one for each text would leak
-/// memory in some systems' libraries.
-/// @return null if there is no memory for it
+/// Returns a locale with the numbers of the "C" locale. All other categories are those of the
+/// host's locale at the first call. The locale exists until the process ends, because creating one
+/// for each text would leak memory on some systems.
+/// @return null if there is not enough memory
 locale_t getClassicNumbersLocale()
 {
-    // Constant-initialized. A static object with a constructor call would leave a forked child
-    // process waiting for it if another thread of the parent was inside.
+    // Constant-initialized: the initialization of a static object by a call takes a lock, which
+    // would remain locked in a child process that another thread forks at that moment.
     static std::atomic<locale_t> classic = nullptr;
     if (const locale_t existing = classic.load(std::memory_order_acquire)) {
         return existing;
@@ -43,10 +43,10 @@ locale_t getClassicNumbersLocale()
 }
 
 /// Makes the calling thread format numbers as in the "C" locale until the end of the scope.
-class ClassicNumbers
+class ScopedClassicNumbers
 {
 public:
-    ClassicNumbers()
+    ScopedClassicNumbers()
     {
         // Most hosts set no locale with other numbers.
         if (std::strcmp(nl_langinfo(RADIXCHAR), ".") == 0 && *nl_langinfo(THOUSEP) == '\0') {
@@ -57,10 +57,10 @@ public:
         }
     }
 
-    ClassicNumbers(const ClassicNumbers&) = delete;
-    ClassicNumbers& operator=(const ClassicNumbers&) = delete;
+    ScopedClassicNumbers(const ScopedClassicNumbers&) = delete;
+    ScopedClassicNumbers& operator=(const ScopedClassicNumbers&) = delete;
 
-    ~ClassicNumbers()
+    ~ScopedClassicNumbers()
     {
         if (m_Previous) {
             uselocale(m_Previous);
@@ -88,7 +88,7 @@ private:
 
 int formatText(char* buffer, std::size_t size, const char* format, va_list arguments)
 {
-    const ClassicNumbers numbers;
+    const ScopedClassicNumbers numbers;
     return std::vsnprintf(buffer, size, format, arguments);
 }
 

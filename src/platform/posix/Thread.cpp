@@ -21,14 +21,14 @@ namespace
 {
 
 struct TWork {
-    void (*work)(void* argument);
+    void (*function)(void* argument);
     void* argument;
 };
 
 extern "C" void* runThread(void* argument)
 {
     const std::unique_ptr<TWork> work(static_cast<TWork*>(argument));
-    work->work(work->argument);
+    work->function(work->argument);
     return nullptr;
 }
 
@@ -41,11 +41,11 @@ TThread* createThread()
 
 bool startThread(TThread& thread, void (*work)(void* argument), void* argument)
 {
-    auto copy = std::make_unique<TWork>(TWork{work, argument});
-    thread.isJoinable = pthread_create(&thread.thread, nullptr, runThread, copy.get()) == 0;
+    auto record = std::make_unique<TWork>(TWork{work, argument});
+    thread.isJoinable = pthread_create(&thread.thread, nullptr, runThread, record.get()) == 0;
     if (thread.isJoinable) {
-        // The new thread owns it.
-        static_cast<void>(copy.release());
+        // The new thread owns the record.
+        static_cast<void>(record.release());
     }
     return thread.isJoinable;
 }

@@ -15,7 +15,7 @@ constexpr clockid_t TICK_CLOCK = CLOCK_BOOTTIME;
 constexpr clockid_t TICK_CLOCK = CLOCK_MONOTONIC;
 #endif
 
-constexpr int MILLISECONDS = 1000;
+constexpr int MILLISECONDS_PER_SECOND = 1000;
 constexpr int NANOSECONDS_PER_MILLISECOND = 1000000;
 
 } // namespace
@@ -31,7 +31,7 @@ TLocalTime getLocalTime(std::int64_t second)
 {
     const std::time_t time = static_cast<std::time_t>(second);
     std::tm local = {};
-    // Only tzset() is required to notice a changed time zone.
+    // POSIX requires tzset() to read a changed time zone, but does not require it of localtime_r().
     tzset();
     localtime_r(&time, &local);
     constexpr int FIRST_YEAR = 1900;
@@ -48,15 +48,16 @@ unsigned int getTickCount()
     timespec now = {};
     clock_gettime(TICK_CLOCK, &now);
     const std::uint64_t milliseconds =
-        static_cast<std::uint64_t>(now.tv_sec) * MILLISECONDS +
+        static_cast<std::uint64_t>(now.tv_sec) * MILLISECONDS_PER_SECOND +
         static_cast<std::uint64_t>(now.tv_nsec / NANOSECONDS_PER_MILLISECOND);
     return static_cast<unsigned int>(milliseconds);
 }
 
 void sleepThread(unsigned int milliseconds)
 {
-    timespec rest = {static_cast<std::time_t>(milliseconds / MILLISECONDS),
-                     static_cast<long>(milliseconds % MILLISECONDS) * NANOSECONDS_PER_MILLISECOND};
+    timespec rest = {static_cast<std::time_t>(milliseconds / MILLISECONDS_PER_SECOND),
+                     static_cast<long>(milliseconds % MILLISECONDS_PER_SECOND) *
+                         NANOSECONDS_PER_MILLISECOND};
     // A signal handler of the host interrupts nanosleep, which then stores the remaining time.
     while (nanosleep(&rest, &rest) != 0 && errno == EINTR) {
     }
