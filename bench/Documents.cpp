@@ -72,6 +72,30 @@ std::string documents::textWithEntities(std::size_t size)
     return text + "</text>\n";
 }
 
+std::string documents::recordsWithComments(std::size_t size)
+{
+    TextMaker maker;
+    std::string text = "<records>\n";
+    while (text.size() < size) {
+        text += "\t<!-- " + maker.words(6) + " -->\n\t<record>\n";
+        text += element("\t\t", "name", maker.words(2));
+        text += element("\t\t", "berth", std::to_string(maker.number(400)));
+        text += element("\t\t", "remarks", maker.words(5));
+        text += "\t</record>\n";
+    }
+    return text + "</records>\n";
+}
+
+std::string documents::nestedElements(std::size_t levels)
+{
+    std::string text = "harbour";
+    while (levels > 0) {
+        const std::string name = "level" + std::to_string(levels--);
+        text.insert(0, '<' + name + '>').append("</" + name + '>');
+    }
+    return text;
+}
+
 std::string documents::configuration()
 {
     TextMaker maker;

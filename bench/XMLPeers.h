@@ -9,11 +9,14 @@
 ///   integer   returns the value at a path as an integer
 ///   describe  returns names and values in document order, in the same form for all contestants
 
+#include <algorithm>
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
+#include <list>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "qor/qor.h"
@@ -58,6 +61,11 @@ inline void describeElement(std::string& text, const char* name, const char* val
     text.append(name).append("=").append(value).append("\n");
 }
 
+inline void describeComment(std::string& text, const std::string& content)
+{
+    describeElement(text, ("!--" + content + "--").c_str(), "");
+}
+
 class QortkDocument
 {
 public:
@@ -86,12 +94,161 @@ private:
     qor::XMLElement m_Root{""};
 };
 
+/// The least that a tree of elements with two strings each needs: one node per element on the heap,
+/// and a parser that searches each mark with std::string_view::find.
+class PlainDocument
+{
+public:
+    static constexpr const char* NAME = "plain";
+
+    void parse(std::string_view text)
+    {
+        m_Root = std::make_unique<TNode>();
+        std::vector<TNode*> open{m_Root.get()};
+        for (std::size_t position = 0;;) {
+            const std::size_t begin = text.find('<', position);
+            open.back()->value += text.substr(position, begin - position);
+            if (begin == std::string_view::npos) {
+                return;
+            }
+            const bool isComment = text[begin + 1] == '!';
+            position = text.find(isComment ? "-->" : ">", begin) + (isComment ? 3 : 1);
+            const std::string_view tag = text.substr(begin + 1, position - begin - 2);
+            if (tag[0] == '/') {
+                finishValue(open.back()->value);
+                if (tag.substr(1) != open.back()->name) {
+                    return;
+                }
+                open.pop_back();
+                continue;
+            }
+            TNode& child = open.back()->children.emplace_back();
+            child.name = tag;
+            if (!isComment) {
+                open.push_back(&child);
+            }
+        }
+    }
+
+    std::string write() const
+    {
+        std::string text;
+        write(text, m_Root->children.front());
+        return text;
+    }
+
+    void copy(const PlainDocument& other)
+    {
+        m_Root = std::make_unique<TNode>();
+        copy(*m_Root, *other.m_Root);
+    }
+
+    void clear() { m_Root.reset(); }
+
+    int integer(const std::string& path) const
+    {
+        const TNode* node = &m_Root->children.front();
+        for (std::size_t begin = 0; begin <= path.size();) {
+            const std::size_t end = std::min(path.find('/', begin), path.size());
+            const std::string_view name(path.data() + begin, end - begin);
+            const auto child = std::find_if(node->children.begin(), node->children.end(),
+                                            [&](const TNode& other) { return other.name == name; });
+            if (child == node->children.end()) {
+                return -1;
+            }
+            node = &*child;
+            begin = end + 1;
+        }
+        return std::atoi(node->value.c_str());
+    }
+
+    std::string describe() const
+    {
+        std::string text;
+        describe(text, m_Root->children.front());
+        return text;
+    }
+
+private:
+    struct TNode {
+        std::string name;
+        std::string value;
+        std::list<TNode> children;
+    };
+
+    static constexpr const char* ENTITIES[] = {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"};
+    static constexpr std::string_view BYTES = "&<>\"'";
+
+    static void finishValue(std::string& value)
+    {
+        const char* const blanks = " \t\r\n";
+        value.erase(value.find_last_not_of(blanks) + 1);
+        value.erase(0, value.find_first_not_of(blanks));
+        std::size_t target = value.find('&');
+        if (target == std::string::npos) {
+            return;
+        }
+        for (std::size_t source = target; source < value.size(); ++target) {
+            const char* const* entity =
+                std::find_if(std::begin(ENTITIES), std::end(ENTITIES), [&](const char* text) {
+                    return value[source] == '&' &&
+                           value.compare(source, std::strlen(text), text) == 0;
+                });
+            const bool isEntity = entity != std::end(ENTITIES);
+            const std::size_t size = isEntity ? std::strlen(*entity) : 1;
+            value[target] =
+                isEntity ? BYTES[static_cast<std::size_t>(entity - ENTITIES)] : value[source];
+            source += size;
+        }
+        value.resize(target);
+    }
+
+    static void write(std::string& text, const TNode& node)
+    {
+        text.append("<").append(node.name).append(">");
+        if (node.name[0] == '!') {
+            return;
+        }
+        for (const TNode& child : node.children) {
+            write(text, child);
+        }
+        for (const char byte : node.value) {
+            const std::size_t index = BYTES.find(byte);
+            index == std::string_view::npos ? text += byte : text += ENTITIES[index];
+        }
+        text.append("</").append(node.name).append(">");
+    }
+
+    static void copy(TNode& target, const TNode& source)
+    {
+        target.name = source.name;
+        target.value = source.value;
+        for (const TNode& child : source.children) {
+            copy(target.children.emplace_back(), child);
+        }
+    }
+
+    static void describe(std::string& text, const TNode& node)
+    {
+        describeElement(text, node.name.c_str(), node.value.c_str());
+        for (const TNode& child : node.children) {
+            describe(text, child);
+        }
+    }
+
+    std::unique_ptr<TNode> m_Root;
+};
+
 #ifdef HAVE_PUGIXML
 class PugixmlDocument
 {
 public:
     static constexpr const char* NAME = "pugixml";
-    void parse(const std::string& text) { m_Document.load_buffer(text.data(), text.size()); }
+    void parse(const std::string& text)
+    {
+        m_Document.load_buffer(text.data(), text.size(),
+                               pugi::parse_default | pugi::parse_comments);
+    }
     std::string write() const
     {
         struct TWriter : pugi::xml_writer {
@@ -124,6 +281,8 @@ private:
         for (pugi::xml_node child : node.children()) {
             if (child.type() == pugi::node_element) {
                 describe(text, child);
+            } else if (child.type() == pugi::node_comment) {
+                describeComment(text, child.value());
             }
         }
     }
@@ -158,7 +317,9 @@ public:
     std::string describe() const
     {
         std::string text;
-        describe(text, *m_Document.RootElement());
+        if (!m_Document.Error()) {
+            describe(text, *m_Document.RootElement());
+        }
         return text;
     }
 
@@ -166,9 +327,12 @@ private:
     static void describe(std::string& text, const tinyxml2::XMLElement& element)
     {
         describeElement(text, element.Name(), element.GetText() ? element.GetText() : "");
-        for (const auto* child = element.FirstChildElement(); child;
-             child = child->NextSiblingElement()) {
-            describe(text, *child);
+        for (const auto* child = element.FirstChild(); child; child = child->NextSibling()) {
+            if (child->ToElement()) {
+                describe(text, *child->ToElement());
+            } else if (child->ToComment()) {
+                describeComment(text, child->Value());
+            }
         }
     }
     tinyxml2::XMLDocument m_Document;
@@ -183,7 +347,8 @@ public:
     void parse(const std::string& text)
     {
         m_Text.assign(text.c_str(), text.c_str() + text.size() + 1);
-        m_Document->parse<rapidxml::parse_no_data_nodes>(m_Text.data());
+        m_Document->parse<rapidxml::parse_no_data_nodes | rapidxml::parse_comment_nodes>(
+            m_Text.data());
     }
     std::string write() const
     {
@@ -221,6 +386,10 @@ public:
 private:
     static void describe(std::string& text, const rapidxml::xml_node<>& node)
     {
+        if (node.type() == rapidxml::node_comment) {
+            describeComment(text, std::string(node.value(), node.value_size()));
+            return;
+        }
         describeElement(text, std::string(node.name(), node.name_size()).c_str(),
                         std::string(node.value(), node.value_size()).c_str());
         for (const auto* child = node.first_node(); child; child = child->next_sibling()) {
@@ -305,6 +474,8 @@ private:
         for (const xmlNode* child = node.children; child; child = child->next) {
             if (child->type == XML_ELEMENT_NODE) {
                 describe(text, *child);
+            } else if (child->type == XML_COMMENT_NODE) {
+                describeComment(text, Libxml2Document::text(*child));
             }
         }
     }

@@ -35,6 +35,31 @@ TEST(XMLParserTest, SourcesGiveTreesOrReasons)
     EXPECT_NE(tree.getChild("b"), nullptr);
 }
 
+TEST(XMLParserTest, ComparesEveryByteOfNames)
+{
+    for (std::size_t size = 1; size <= 20; ++size) {
+        const std::string name(size, 'n');
+        XMLElement tree("");
+        EXPECT_GT(tree.parse("<a><" + name + ">x</" + name + "></a>"), 0) << size;
+        for (std::size_t i = 0; i < size; ++i) {
+            std::string other = name;
+            other[i] = 'm';
+            EXPECT_LT(tree.parse("<a><" + name + ">x</" + other + "></a>"), 0) << size << ' ' << i;
+        }
+    }
+}
+
+TEST(XMLParserTest, KeepsTheSiblingsOfAChildThatParses)
+{
+    for (const std::string text : {"<x><y>z<v></v></y></x>", "<x><y>z<v></v></y><>"}) {
+        XMLElement root("root");
+        XMLElement* const first = root.createChild("first");
+        root.createChild("second");
+        first->parse(text);
+        EXPECT_EQ(root.toString(), "<root><x><y><v></v>z</y></x><second></second></root>");
+    }
+}
+
 TEST(XMLParserTest, AnyTextIsReadAsTheRulesSay)
 {
     RandomText texts(

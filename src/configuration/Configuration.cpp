@@ -185,6 +185,21 @@ bool Configuration::setString(const std::string& name, const std::string& value)
     return parameter;
 }
 
+/// Sets a number and notifies the listeners if it differs from the old one.
+inline void Configuration::storeNumber(TParameter& parameter, double value)
+{
+    if (value == parameter.value) {
+        return;
+    }
+    if (m_Listeners.empty()) {
+        parameter.value = value;
+        return;
+    }
+    const std::string name = copyNameIfObserved(parameter);
+    parameter.value = value;
+    notify(name);
+}
+
 void Configuration::setBoolean(TParameter& parameter, bool value)
 {
     storeNumber(parameter, value ? 1.0 : 0.0);
@@ -368,16 +383,6 @@ void Configuration::initializeValue(int index, const std::string& name, double v
 {
     if (value != 0.0) {
         m_Parameters[static_cast<std::size_t>(index)].value = value;
-        notify(name);
-    }
-}
-
-/// Sets a number and notifies the listeners if it differs from the old one.
-void Configuration::storeNumber(TParameter& parameter, double value)
-{
-    if (value != parameter.value) {
-        const std::string name = copyNameIfObserved(parameter);
-        parameter.value = value;
         notify(name);
     }
 }

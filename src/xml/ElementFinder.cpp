@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "qor/XMLElement.h"
+#include "xml/Syntax.h"
 
 namespace qor
 {
@@ -27,11 +28,12 @@ XMLElement* ElementFinder::walk(std::string_view path, bool create)
     if (path.empty() || path == "/") {
         return &m_Root;
     }
-    const std::size_t groupSize = path.rfind('/') + 1; // 0 without a slash
-    if (path.substr(0, groupSize) != m_GroupPath) {
-        enterGroup(path.substr(0, groupSize), create);
+    const bool isInGroup = startsWith(path, m_GroupPath) &&
+                           path.find('/', m_GroupPath.size()) == std::string_view::npos;
+    if (!isInGroup) {
+        enterGroup(path.substr(0, path.rfind('/') + 1), create); // an empty path without a slash
     }
-    return m_Group ? findInGroup(path.substr(groupSize), create) : nullptr;
+    return m_Group ? findInGroup(path.substr(m_GroupPath.size()), create) : nullptr;
 }
 
 /// Finds the element whose path, with a slash after each name, is given.

@@ -1,10 +1,13 @@
 #include "qor/XMLElement.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <limits>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "foundation/Whitespace.h"
@@ -23,33 +26,61 @@ namespace
 /// The maximum size of a document: results of load() and parse() are positions of type int.
 constexpr std::size_t MAX_SIZE = std::numeric_limits<int>::max();
 
+/// Returns whether two texts of at least a word's size are the same. The last word overlaps the one
+/// before it.
+template<typename TWord>
+bool isSameInWords(const char* text, const char* other, std::size_t size)
+{
+    const auto word = [](const char* bytes) {
+        TWord value;
+        std::memcpy(&value, bytes, sizeof value);
+        return value;
+    };
+    const std::size_t last = size - sizeof(TWord);
+    for (std::size_t i = 0; i < last; i += sizeof(TWord)) {
+        if (word(text + i) != word(other + i)) {
+            return false;
+        }
+    }
+    return word(text + last) == word(other + last);
+}
+
 /// Compares a text with a name of the same size. For short names, this is faster than a call of
 /// std::memcmp.
 bool equalsName(const char* text, std::string_view name)
 {
-    const char* other = name.data();
-    const char* const end = other + name.size();
-    for (; end - other >= ByteWord::SIZE; other += ByteWord::SIZE, text += ByteWord::SIZE) {
-        if (ByteWord(other) != ByteWord(text)) {
-            return false;
-        }
+    if (name.size() >= sizeof(std::uint64_t)) {
+        return isSameInWords<std::uint64_t>(text, name.data(), name.size());
     }
-    while (other != end && *other == *text) {
-        ++other;
-        ++text;
+    if (name.size() >= sizeof(std::uint32_t)) {
+        return isSameInWords<std::uint32_t>(text, name.data(), name.size());
     }
-    return other == end;
+    return name.empty() || isSameInWords<char>(text, name.data(), name.size());
 }
 
 } // namespace
 
-/// Reads a document into an element. A stack of the open elements replaces recursion.
+/// Reads a document into an element, without recursion.
+///
+/// The open elements form a stack that takes no memory: while an element below the root is open, it
+/// has no next sibling yet, so m_NextSibling links it to its parent. close() clears the link before
+/// a sibling can be added, and the destructor clears the links that an error has left.
 class XMLElement::Parser
 {
 public:
     Parser(XMLElement& root, const char* text, std::size_t size)
         : m_Root(root), m_Begin(text), m_End(text + size), m_Position(text)
     {
+    }
+
+    Parser(const Parser&) = delete;
+    Parser& operator=(const Parser&) = delete;
+
+    ~Parser()
+    {
+        while (m_Open) {
+            close();
+        }
     }
 
     int run()
@@ -80,6 +111,8 @@ private:
     {
         return {m_Position, static_cast<std::size_t>(m_End - m_Position)};
     }
+
+    bool isAtMark(const char* text) const { return text != m_End && *text == '<'; }
 
     void skipWhitespace()
     {
@@ -120,25 +153,26 @@ private:
         const int result = readTag();
         if (result >= 0) {
             m_Root.m_Name = m_Tag;
-            m_Open.push_back(&m_Root);
+            m_Open = &m_Root;
+            readText();
         }
         return result;
     }
 
+    /// Closes the innermost open element.
+    void close()
+    {
+        m_Open = m_Open == &m_Root ? nullptr : std::exchange(m_Open->m_NextSibling, nullptr);
+    }
+
     /// Reads the content of the open elements until the root is closed or the text ends, which
-    /// closes all of them. The value of an open element is its raw text without leading white
-    /// space.
+    /// closes all of them. The position is at a tag or at the end, and the text before it is in the
+    /// value of the innermost open element: the raw text without leading white space.
     int readContent()
     {
-        while (!m_Open.empty()) {
-            XMLElement& element = *m_Open.back();
-            if (element.m_Value.empty()) {
-                skipWhitespace();
-            }
-            const char* const text = m_Position;
-            m_Position = findByte(text, m_End, '<');
+        while (m_Open) {
             const bool isEnd = m_Position == m_End || startsWith(rest(), "</");
-            const int result = isEnd ? closeElement(element, text) : openChild(element, text);
+            const int result = isEnd ? readEnd() : readChild();
             if (result < 0) {
                 return result;
             }
@@ -146,24 +180,34 @@ private:
         return position();
     }
 
-    /// Closes the innermost open element after the text before the position.
-    int closeElement(XMLElement& element, const char* text)
+    /// Reads the text before the next tag of the innermost open element.
+    void readText()
     {
-        finishValue(element, text);
-        const int result = m_Position == m_End ? 0 : readEndTag(element);
-        if (result >= 0) {
-            m_Open.pop_back();
+        std::string& value = m_Open->m_Value;
+        if (value.empty()) {
+            skipWhitespace();
         }
-        return result;
+        if (isAtMark(m_Position)) {
+            return;
+        }
+        const char* const text = m_Position;
+        m_Position = findByte(text, m_End, '<');
+        value.append(text, m_Position);
     }
 
-    /// Appends the text before the position to the value and reads the start tag of a child.
-    int openChild(XMLElement& element, const char* text)
+    /// Reads the end of the innermost open element.
+    int readEnd()
     {
-        if (text != m_Position) {
-            element.m_Value.append(text, m_Position);
+        finishValue(m_Open->m_Value);
+        const int result = m_Position == m_End ? 0 : readEndTag(*m_Open);
+        if (result < 0) {
+            return result;
         }
-        return readChildTag(element);
+        close();
+        if (m_Open) {
+            readText();
+        }
+        return 0;
     }
 
     int readEndTag(const XMLElement& element)
@@ -186,7 +230,8 @@ private:
                               "' while expecting '" + name + "' at ");
     }
 
-    int readChildTag(XMLElement& parent)
+    /// Reads a child of the innermost open element. A child with children is left open.
+    int readChild()
     {
         ++m_Position;
         const int result = readTag();
@@ -194,38 +239,39 @@ private:
             return result;
         }
         if (isComment(m_Tag)) {
-            parent.addChild(new XMLElement(m_Tag, {}));
+            m_Open->addChild(new XMLElement(m_Tag, {}));
+            readText();
             return 0;
         }
-        if (readLeaf(parent)) {
-            return 0;
-        }
-        XMLElement* const child = parent.addChild(new XMLElement(m_Tag, {}));
         if (m_Position == m_End) {
+            m_Open->addChild(new XMLElement(m_Tag, {}));
             return failAtPosition("Unexpected end of source data at ");
         }
-        m_Open.push_back(child);
+        readChildContent();
         return 0;
     }
 
-    /// Reads the rest of a child that has a text and no children, as most elements do. It is
-    /// created with its value, in one step.
-    /// @return false if the child has other content, with the position unchanged
-    bool readLeaf(XMLElement& parent)
+    /// Reads the text after a start tag. Most elements have no children, so that the text is the
+    /// value: such an element is created in one step.
+    void readChildContent()
     {
+        skipWhitespace();
         const char* const text = m_Position;
         const char* const mark = findFirstOf(text, m_End, '<', '&');
-        const char* const closing = findByte(mark, m_End, '<');
-        if (!isEndTag(closing, m_Tag)) {
-            return false;
+        m_Position = isAtMark(mark) ? mark : findByte(mark, m_End, '<');
+        std::string_view value(text, static_cast<std::size_t>(m_Position - text));
+        if (!isEndTag(m_Position, m_Tag)) {
+            XMLElement* const child = m_Open->addChild(new XMLElement(m_Tag, value));
+            child->m_NextSibling = std::exchange(m_Open, child);
+            return;
         }
-        std::string_view value = trimmed({text, static_cast<std::size_t>(closing - text)});
-        if (mark != closing) {
+        value = trimmed(value);
+        if (mark != m_Position) {
             value = m_Unescaper.unescape(value);
         }
-        parent.addChild(new XMLElement(m_Tag, value));
-        m_Position = closing + m_Tag.size() + END_TAG_MARKS;
-        return true;
+        m_Open->addChild(new XMLElement(m_Tag, value));
+        m_Position += m_Tag.size() + END_TAG_MARKS;
+        readText();
     }
 
     /// Returns whether an end tag with this name begins at `tag`.
@@ -254,35 +300,36 @@ private:
         return 0;
     }
 
-    /// Reads a comment and drops each `>` in it.
+    /// Reads a comment and drops each `>` in it. Most comments contain none and are not copied.
     void readComment()
     {
-        constexpr std::size_t MIN_SIZE = 5;
-        constexpr std::string_view LAST = "--";
         m_Comment.clear();
         for (;;) {
             const char* const end = findByte(m_Position, m_End, '>');
-            m_Comment.append(m_Position, end);
+            m_Tag = {m_Position, static_cast<std::size_t>(end - m_Position)};
             m_Position = end == m_End ? end : end + 1;
-            m_Tag = m_Comment;
-            if (end == m_End ||
-                (m_Tag.size() >= MIN_SIZE && m_Tag.substr(m_Tag.size() - LAST.size()) == LAST)) {
+            if (!m_Comment.empty()) {
+                m_Tag = m_Comment.append(m_Tag);
+            }
+            if (end == m_End || isCompleteComment(m_Tag)) {
                 return;
+            }
+            if (m_Comment.empty()) {
+                m_Comment = m_Tag;
             }
         }
     }
 
-    /// Appends the text before the position to the raw value of an element and converts it to the
-    /// final value.
-    void finishValue(XMLElement& element, const char* text)
+    static bool isCompleteComment(std::string_view tag)
     {
-        std::string& value = element.m_Value;
-        if (value.empty()) {
-            value =
-                m_Unescaper.unescape(trimmed({text, static_cast<std::size_t>(m_Position - text)}));
-            return;
-        }
-        value.append(text, m_Position);
+        constexpr std::size_t MIN_SIZE = 5;
+        constexpr std::string_view LAST = "--";
+        return tag.size() >= MIN_SIZE && tag.substr(tag.size() - LAST.size()) == LAST;
+    }
+
+    /// Converts a raw value to the final value.
+    void finishValue(std::string& value)
+    {
         const std::string_view finished = m_Unescaper.unescape(trimmed(value));
         if (finished.data() != value.data()) {
             value = finished;
@@ -293,16 +340,22 @@ private:
 
     /// Reports an error at the position. The names of the open elements are appended to the
     /// message.
-    int failAtPosition(std::string message)
+    int failAtPosition(std::string_view message)
     {
-        for (const XMLElement* element : m_Open) {
-            message += '/';
-            message += element->m_Name;
+        std::string text(message);
+        std::vector<std::string_view> names;
+        while (m_Open) {
+            names.emplace_back(m_Open->m_Name);
+            close();
         }
-        if (m_Open.empty()) {
-            message += '/';
+        for (auto name = names.rbegin(); name != names.rend(); ++name) {
+            text += '/';
+            text += *name;
         }
-        return fail(-position(), message);
+        if (names.empty()) {
+            text += '/';
+        }
+        return fail(-position(), text);
     }
 
     XMLElement& m_Root;
@@ -310,9 +363,9 @@ private:
     const char* const m_End;
     const char* m_Position;
     std::string_view m_Tag;
-    std::string m_Comment; ///< the text of m_Tag if it is a comment
+    std::string m_Comment; ///< the text of m_Tag if it is a comment with a `>`
     Unescaper m_Unescaper;
-    std::vector<XMLElement*> m_Open;
+    XMLElement* m_Open = nullptr; ///< the innermost open element
 };
 
 int XMLElement::load(const std::string& filename)
