@@ -110,6 +110,75 @@ public:
     ///         changed then
     XMLElement& operator=(XMLElement&& other);
 
+    /// @name Documents
+    /// @{
+
+    /// Replaces this element, its name included, by the document in a file. The document ends at
+    /// the first zero byte of the file. A pipe is read to its end; a pipe without a writer is
+    /// empty.
+    /// @param filename the path of the file. A path with a zero byte does not name a file.
+    /// @return a result of parse(); -1 if the file cannot be opened or read, or is empty
+    /// @throws std::bad_alloc if there is not enough memory; the element then has an unspecified
+    ///         part of the document
+    int load(const std::string& filename);
+
+    /// Replaces this element, its name included, by the document in a text.
+    ///
+    /// The end of a truncated text closes all open elements. This is a failure only if the text
+    /// ends within or directly after the start tag of an element below the root. validate() can
+    /// detect other truncated documents.
+    /// @param source the document. Text after the root element is ignored.
+    /// @return the position after the end tag of the root, or the length of the text if there is no
+    ///         such tag. On failure, the negated position of the error; the element then has the
+    ///         elements before that position. -1 if the error has no position, for example for an
+    ///         empty text or a text of 2 GiB or more.
+    /// @throws std::bad_alloc if there is not enough memory; the element then has an unspecified
+    ///         part of the document
+    int parse(const std::string& source);
+
+    /// Writes this element and its descendants to a file.
+    ///
+    /// A regular file is replaced as a whole: after a failure, a crash or a power cut it has either
+    /// its old content or the new one. For that, the text is written to a temporary file in the
+    /// same directory, which is flushed to the disk and renamed. The flush may take milliseconds,
+    /// or longer on a busy disk. Permissions and owner are kept, and a symbolic link is followed.
+    /// File descriptors and watchers of the old file do not see the new content. The file is
+    /// written in place where it cannot be replaced as a whole: if it is not a regular file, has
+    /// several hard links or attributes that cannot be copied, or if its directory is not writable.
+    /// The temporary file is removed on failure.
+    ///
+    /// The whole text is built in memory first. Formatted lines begin with a tab for each level, so
+    /// the size grows with the square of the depth: the formatted text of 20,000 nested elements,
+    /// which are read from 60 kB, takes 400 MB.
+    /// @param filename the path of the file. A path with a zero byte does not name a file.
+    /// @param formatted true writes one element per line, indented by tabs; false adds nothing
+    ///        between the tags
+    /// @return the size of the text in bytes, at most the maximum `int`; -1 if the file cannot be
+    ///         opened for writing, for example a pipe without a reader. A failed write, as on a
+    ///         full disk, is not reported: compare the size of the file with the result.
+    /// @throws std::bad_alloc if there is not enough memory; the file is unchanged then
+    int save(const std::string& filename, bool formatted) const;
+
+    /// Returns the text of this element and its descendants.
+    /// @return the text, with nothing added between the tags
+    /// @throws std::bad_alloc if there is not enough memory
+    [[nodiscard]] std::string toString() const;
+
+    /// Returns the text that save() writes.
+    /// @param formatted true writes one element per line, indented by tabs; false adds nothing
+    ///        between the tags. See save() for the size of formatted text.
+    /// @return the text
+    /// @throws std::bad_alloc if there is not enough memory
+    [[nodiscard]] std::string toString(bool formatted) const;
+
+    /// Returns the description of the last failure of load(), parse(), save() or validate() on any
+    /// element in the process. A success does not change it.
+    /// @return a copy; empty before the first failure
+    /// @throws std::bad_alloc if there is not enough memory
+    [[nodiscard]] static std::string getLastError();
+
+    /// @}
+
     /// @name Name and value
     /// @{
 
@@ -298,74 +367,6 @@ public:
     /// @param path the path, see the class description
     /// @return the element; null if it does not exist
     [[nodiscard]] const XMLElement* findChild(const std::string& path) const;
-
-    /// @}
-    /// @name Text
-    /// @{
-
-    /// Replaces this element, its name included, by the document in a file. The document ends at
-    /// the first zero byte of the file. A pipe is read to its end; a pipe without a writer is
-    /// empty.
-    /// @param filename the path of the file. A path with a zero byte does not name a file.
-    /// @return a result of parse(); -1 if the file cannot be opened or read, or is empty
-    /// @throws std::bad_alloc if there is not enough memory; the element then has an unspecified
-    ///         part of the document
-    int load(const std::string& filename);
-
-    /// Replaces this element, its name included, by the document in a text.
-    ///
-    /// The end of a truncated text closes all open elements. This is a failure only if the text
-    /// ends within or directly after the start tag of an element below the root. validate() can
-    /// detect other truncated documents.
-    /// @param source the document. Text after the root element is ignored.
-    /// @return the position after the end tag of the root, or the length of the text if there is no
-    ///         such tag. On failure, the negated position of the error; the element then has the
-    ///         elements before that position. -1 if the error has no position, for example for an
-    ///         empty text or a text of 2 GiB or more.
-    /// @throws std::bad_alloc if there is not enough memory; the element then has an unspecified
-    ///         part of the document
-    int parse(const std::string& source);
-
-    /// Writes this element and its descendants to a file.
-    ///
-    /// A regular file is replaced as a whole: after a failure, a crash or a power cut it has either
-    /// its old content or the new one. For that, the text is written to a temporary file in the
-    /// same directory, which is flushed to the disk and renamed. The flush may take milliseconds,
-    /// or longer on a busy disk. Permissions and owner are kept, and a symbolic link is followed.
-    /// File descriptors and watchers of the old file do not see the new content. The file is
-    /// written in place where it cannot be replaced as a whole: if it is not a regular file, has
-    /// several hard links or attributes that cannot be copied, or if its directory is not writable.
-    /// The temporary file is removed on failure.
-    ///
-    /// The whole text is built in memory first. Formatted lines begin with a tab for each level, so
-    /// the size grows with the square of the depth: the formatted text of 20,000 nested elements,
-    /// which are read from 60 kB, takes 400 MB.
-    /// @param filename the path of the file. A path with a zero byte does not name a file.
-    /// @param formatted true writes one element per line, indented by tabs; false adds nothing
-    ///        between the tags
-    /// @return the size of the text in bytes, at most the maximum `int`; -1 if the file cannot be
-    ///         opened for writing, for example a pipe without a reader. A failed write, as on a
-    ///         full disk, is not reported: compare the size of the file with the result.
-    /// @throws std::bad_alloc if there is not enough memory; the file is unchanged then
-    int save(const std::string& filename, bool formatted) const;
-
-    /// Returns the text of this element and its descendants.
-    /// @return the text, with nothing added between the tags
-    /// @throws std::bad_alloc if there is not enough memory
-    [[nodiscard]] std::string toString() const;
-
-    /// Returns the text that save() writes.
-    /// @param formatted true writes one element per line, indented by tabs; false adds nothing
-    ///        between the tags. See save() for the size of formatted text.
-    /// @return the text
-    /// @throws std::bad_alloc if there is not enough memory
-    [[nodiscard]] std::string toString(bool formatted) const;
-
-    /// Returns the description of the last failure of load(), parse(), save() or validate() on any
-    /// element in the process. A success does not change it.
-    /// @return a copy; empty before the first failure
-    /// @throws std::bad_alloc if there is not enough memory
-    [[nodiscard]] static std::string getLastError();
 
     /// @}
     /// @name Whole trees
