@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -218,6 +219,53 @@ std::vector<unsigned char> toBytes(const Image& image, int depth)
 }
 #endif
 
+/// A plain reader of complete TGA files with a header as saveTGA() writes it: it reads blocks of
+/// rows and converts each row to its place.
+std::unique_ptr<std::uint32_t[]> readPlainly(const std::string& path, int& width, int& height)
+{
+    std::FILE* const file = std::fopen(path.c_str(), "rb");
+    unsigned char header[18];
+    if (!file || std::setvbuf(file, nullptr, _IONBF, 0) != 0 ||
+        std::fread(header, 1, sizeof header, file) < sizeof header) {
+        return nullptr;
+    }
+    width = header[12] | header[13] << 8;
+    height = header[14] | header[15] << 8;
+    const std::size_t columns = static_cast<std::size_t>(width), pixelSize = header[16] / 8u;
+    const std::size_t rowSize = columns * pixelSize;
+    const std::size_t rowsPerBlock = std::max<std::size_t>(1, 65536 / rowSize);
+    std::unique_ptr<std::uint32_t[]> pixels(
+        new std::uint32_t[columns * static_cast<std::size_t>(height)]);
+    std::vector<unsigned char> block(rowsPerBlock * rowSize);
+    const unsigned char* bytes = nullptr;
+    std::size_t rows = 0;
+    for (int y = height - 1; y >= 0; --y, --rows, bytes += rowSize) {
+        if (rows == 0) {
+            rows = std::min(rowsPerBlock, static_cast<std::size_t>(y) + 1);
+            bytes = block.data();
+            if (std::fread(block.data(), rowSize, rows, file) < rows) {
+                break;
+            }
+        }
+        std::uint32_t* const row = &pixels[static_cast<std::size_t>(y) * columns];
+        if (pixelSize == 1) {
+            for (std::size_t x = 0; x < columns; ++x) {
+                row[x] = 0xFF000000 | bytes[x] * 0x010101u;
+            }
+        } else if (pixelSize == 3) {
+            for (std::size_t x = 0; x < columns; ++x) {
+                const unsigned char* const pixel = bytes + 3 * x;
+                row[x] = 0xFF000000 | static_cast<std::uint32_t>(pixel[2]) << 16 |
+                         static_cast<std::uint32_t>(pixel[1]) << 8 | pixel[0];
+            }
+        } else {
+            std::memcpy(row, bytes, rowSize);
+        }
+    }
+    std::fclose(file);
+    return pixels;
+}
+
 void contestFiles(const Files& files, int width, int height, int depth)
 {
     const Shared image = makeNoise(width, height), loaded = std::make_shared<Image>();
@@ -246,6 +294,18 @@ void contestFiles(const Files& files, int width, int height, int depth)
                            return std::equal(expected.begin(), expected.end(), pixels.get());
                        }});
 #endif
+    loaders.push_back({"plain reader",
+                       [own, peerPixels = std::make_shared<std::unique_ptr<std::uint32_t[]>>()] {
+                           int columns = 0, rows = 0;
+                           peerPixels->reset();
+                           *peerPixels = readPlainly(own, columns, rows);
+                       },
+                       [own, loaded] {
+                           int columns = 0, rows = 0;
+                           const auto pixels = readPlainly(own, columns, rows);
+                           return pixels && std::equal(pixels.get(), pixels.get() + columns * rows,
+                                                       loaded->getData());
+                       }});
     compare("save/" + name, savers);
     compare("load/" + name, loaders);
 }

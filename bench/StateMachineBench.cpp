@@ -19,11 +19,14 @@
 #pragma GCC diagnostic pop
 #endif
 
-// Two states under the root with a leaf each. Each state handles four events of its own:
-//   handled  the third event of the leaf
-//   bubbles  the third event of the root, which leaf and middle decline
-//   switch   the fourth event of the leaf: to the other leaf, through two exits and two entries
-// Handlers count, so that none of them can be left out.
+// Compares three levels of states: a root, two middle states, and leaves in them.
+//   handled  the leaf handles the event
+//   bubbles  leaf and middle state decline the event, the root handles it
+//   sibling  the leaf handles the event and switches to another leaf of its middle state: one exit
+//            and one entry
+//   switch   the leaf handles the event and switches to a leaf of the other middle state: two exits
+//            and two entries
+// Handlers count their calls, so that compilers cannot omit them.
 
 namespace
 {
@@ -33,6 +36,7 @@ enum Event : unsigned int {
     LEAF_2,
     LEAF_3,
     SWITCH,
+    SIBLING,
     MIDDLE_1,
     MIDDLE_2,
     MIDDLE_3,
@@ -106,6 +110,7 @@ class Leaf : public CountingState
 public:
     using CountingState::CountingState;
     State* m_Other = nullptr;
+    State* m_Sibling = nullptr;
 
 protected:
     bool onEvent(unsigned int event) override
@@ -123,6 +128,9 @@ protected:
         case SWITCH:
             getStateMachine()->transition(m_Other);
             return true;
+        case SIBLING:
+            getStateMachine()->transition(m_Sibling);
+            return true;
         default:
             return false;
         }
@@ -136,6 +144,8 @@ public:
     {
         m_LeafA.m_Other = &m_LeafB;
         m_LeafB.m_Other = &m_LeafA;
+        m_LeafA.m_Sibling = &m_SecondLeafA;
+        m_SecondLeafA.m_Sibling = &m_LeafA;
         start();
     }
 
@@ -164,6 +174,7 @@ private:
     CountingState m_A{this, this, "a"};
     CountingState m_B{this, this, "b"};
     Leaf m_LeafA{this, &m_A, "leaf a"};
+    Leaf m_SecondLeafA{this, &m_A, "second leaf a"};
     Leaf m_LeafB{this, &m_B, "leaf b"};
 };
 
@@ -175,9 +186,128 @@ void run(benchmark::State& state, Event event, long count)
 
 BENCHMARK_CAPTURE(run, , LEAF_3, 3)->Name("event/handled/qortk");
 BENCHMARK_CAPTURE(run, , ROOT_3, 3)->Name("event/bubbles/qortk");
+BENCHMARK_CAPTURE(run, , SIBLING, 2)->Name("event/sibling/qortk");
 BENCHMARK_CAPTURE(run, , SWITCH, 4)->Name("event/switch/qortk");
 
 } // namespace by_qortk
+
+/// Virtual handlers for exactly these states. An event climbs from state to state; a switch calls
+/// the exits and entries that its author listed. Nothing is searched, deferred or guarded. The
+/// places of the states are template parameters, so that no handler has a single implementation
+/// that compilers could inline.
+namespace by_hand
+{
+
+struct TState {
+    explicit TState(TState* parentState) : parent(parentState) {}
+    virtual ~TState() = default;
+    virtual void onEntry() = 0;
+    virtual void onExit() = 0;
+    virtual bool onEvent(unsigned int event) = 0;
+    TState* parent;
+};
+
+TState* current;
+
+template<int PLACE, int FIRST>
+struct TCounting : TState {
+    using TState::TState;
+    void onEntry() override { ++counts.entries; }
+    void onExit() override { ++counts.exits; }
+    bool onEvent(unsigned int event) override
+    {
+        switch (event) {
+        case FIRST:
+            counts.events += 1;
+            return true;
+        case FIRST + 1:
+            counts.events += 2;
+            return true;
+        case FIRST + 2:
+            counts.events += 3;
+            return true;
+        case FIRST + 3:
+            counts.events += 4;
+            return true;
+        default:
+            return false;
+        }
+    }
+};
+
+template<int PLACE>
+struct TLeaf : TCounting<PLACE, LEAF_1> {
+    using TCounting<PLACE, LEAF_1>::TCounting;
+    bool onEvent(unsigned int event) override
+    {
+        switch (event) {
+        case LEAF_1:
+            counts.events += 1;
+            return true;
+        case LEAF_2:
+            counts.events += 2;
+            return true;
+        case LEAF_3:
+            counts.events += 3;
+            return true;
+        case SWITCH:
+            current->onExit();
+            current->parent->onExit();
+            other->parent->onEntry();
+            other->onEntry();
+            current = other;
+            return true;
+        case SIBLING:
+            current->onExit();
+            sibling->onEntry();
+            current = sibling;
+            return true;
+        default:
+            return false;
+        }
+    }
+    TState* other = nullptr;
+    TState* sibling = nullptr;
+};
+
+struct TStates {
+    TStates()
+    {
+        leafA.other = &leafB;
+        leafB.other = &leafA;
+        leafA.sibling = &secondLeafA;
+        secondLeafA.sibling = &leafA;
+        current = &leafA;
+    }
+    TCounting<0, ROOT_1> root{nullptr};
+    TCounting<1, MIDDLE_1> a{&root};
+    TCounting<2, MIDDLE_1> b{&root};
+    TLeaf<3> leafA{&a};
+    TLeaf<4> secondLeafA{&a};
+    TLeaf<5> leafB{&b};
+};
+
+bool sendEvent(unsigned int event)
+{
+    bool isHandled = false;
+    for (TState* state = current; state && !isHandled; state = state->parent) {
+        isHandled = state->onEvent(event);
+    }
+    return isHandled;
+}
+
+void run(benchmark::State& state, Event event, long count)
+{
+    const TStates states;
+    sendAll(state, count, [event] { sendEvent(event); });
+}
+
+BENCHMARK_CAPTURE(run, , LEAF_3, 3)->Name("event/handled/by hand");
+BENCHMARK_CAPTURE(run, , ROOT_3, 3)->Name("event/bubbles/by hand");
+BENCHMARK_CAPTURE(run, , SIBLING, 2)->Name("event/sibling/by hand");
+BENCHMARK_CAPTURE(run, , SWITCH, 4)->Name("event/switch/by hand");
+
+} // namespace by_hand
 
 #ifdef HAVE_BOOST
 

@@ -144,10 +144,11 @@ TEST(StateMachineTest, CallsHandlersInOrder)
 
 TEST(StateMachineTest, EntersDeepPathsInOrder)
 {
-    constexpr int LEVELS = 70, PIECE = 32, DETACHED = 60;
+    constexpr int PIECE = 32, DETACHED = 60;
     // A handler that detaches a state far below shortens the rest of the path. The first piece of
     // the path starts with the root.
-    for (const bool detaches : {false, true}) {
+    for (const int levels : {31, 32, 33, 64, 65, 70}) {
+        const bool detaches = levels == 70;
         std::string trace, expected;
         std::deque<Scripted<State>> states;
         const TScript script = [&](const std::string& handler, const std::string&) {
@@ -159,13 +160,13 @@ TEST(StateMachineTest, EntersDeepPathsInOrder)
         };
         StateMachine machine;
         State* parent = &machine;
-        for (int i = 0; i < LEVELS; ++i) {
+        for (int i = 0; i < levels; ++i) {
             states.emplace_back(script, &machine, parent, std::to_string(i));
             parent = &states.back();
             expected += !detaches || i < PIECE - 1 || i >= DETACHED ? std::to_string(i) + '+' : "";
         }
         machine.setCurrentState(parent);
-        EXPECT_EQ(trace, expected);
+        EXPECT_EQ(trace, expected) << levels;
     }
 }
 

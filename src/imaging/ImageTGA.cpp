@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <new>
 
 #include "foundation/LittleEndian.h"
@@ -153,9 +154,43 @@ bool hasSize(const platform::InputFile& file, std::uint64_t needed)
     return file.getSize(size) == 0 && size >= needed;
 }
 
+/// Unpacks pixels into the rows of a picture, one after the other.
+class RowFiller
+{
+public:
+    /// @param row first row to fill
+    /// @param advance distance to the next one in pixels; negative to fill upwards
+    RowFiller(std::uint32_t* row, int width, std::ptrdiff_t advance)
+        : m_Row(row), m_Width(static_cast<std::size_t>(width)), m_Advance(advance)
+    {
+    }
+
+    /// Unpacks the next pixels. They may begin and end anywhere in a row.
+    void unpack(const unsigned char* bytes, std::size_t count, unsigned char depth)
+    {
+        while (count > 0) {
+            if (m_Column == m_Width) {
+                m_Column = 0;
+                m_Row += m_Advance;
+            }
+            const std::size_t found = std::min(count, m_Width - m_Column);
+            qor::unpack(bytes, found, depth, m_Row + m_Column);
+            bytes += found * (depth / 8);
+            m_Column += found;
+            count -= found;
+        }
+    }
+
+private:
+    std::uint32_t* m_Row;
+    const std::size_t m_Width;
+    const std::ptrdiff_t m_Advance;
+    std::size_t m_Column = 0;
+};
+
 /// Reads pixels in the order of the file.
 /// @return the number of pixels read; fewer than `count` at the end of the file
-std::size_t readPixels(platform::InputFile& file, unsigned char depth, std::uint32_t* pixels,
+std::size_t readPixels(platform::InputFile& file, unsigned char depth, RowFiller rows,
                        std::size_t count)
 {
     const std::size_t pixelSize = depth / 8;
@@ -164,13 +199,51 @@ std::size_t readPixels(platform::InputFile& file, unsigned char depth, std::uint
     while (total < count) {
         const std::size_t wanted = std::min(count - total, BLOCK_PIXELS);
         const std::size_t found = file.read(block.data(), wanted * pixelSize) / pixelSize;
-        unpack(block.data(), found, depth, pixels + total);
+        rows.unpack(block.data(), found, depth);
         total += found;
         if (found < wanted) {
             break;
         }
     }
     return total;
+}
+
+/// Reads all pixels into undefined memory, to their final places. If the file lacks some, the pixels
+/// that were read are moved to the top and the others are cleared.
+/// @return whether all pixels were read
+bool readUpwards(platform::InputFile& file, unsigned char depth, Image& image)
+{
+    const int width = image.getWidth();
+    const std::size_t rowSize = static_cast<std::size_t>(width);
+    const std::size_t count = rowSize * static_cast<std::size_t>(image.getHeight());
+    std::uint32_t* const pixels = image.getData();
+    const RowFiller rows(pixels + count - rowSize, width, -width);
+    const std::size_t missing = count - readPixels(file, depth, rows, count);
+    if (missing == 0) {
+        return true;
+    }
+    // Some rows at the top are missing, and the right end of the row below them.
+    const std::size_t missingInRow = missing % rowSize;
+    const std::size_t missingInFullRows = missing - missingInRow;
+    std::fill_n(pixels, missingInFullRows, 0u);
+    std::fill_n(pixels + missingInFullRows + rowSize - missingInRow, missingInRow, 0u);
+    image.flipVertical();
+    return false;
+}
+
+/// Reads as many pixels as the file has into cleared memory, and touches no other memory.
+/// @return whether all pixels were read
+bool readDownwards(platform::InputFile& file, unsigned char depth, Image& image)
+{
+    const int width = image.getWidth();
+    const std::size_t count =
+        static_cast<std::size_t>(width) * static_cast<std::size_t>(image.getHeight());
+    const RowFiller rows(image.getData(), width, width);
+    if (readPixels(file, depth, rows, count) < count) {
+        return false;
+    }
+    image.flipVertical();
+    return true;
 }
 
 /// Reads pixels and drops them.
@@ -252,22 +325,19 @@ int Image::loadTGA(const char* filename)
         hasSize(file, HEADER_SIZE + header[ID_LENGTH] + count * (header[DEPTH] / 8));
     m_Pixels.reset(isComplete ? allocatePixels(m_Width, m_Height)
                               : allocateZeroedPixels(m_Width, m_Height));
-    if (!m_Pixels && count > 0) {
+    if (count == 0) {
+        return 0;
+    }
+    if (!m_Pixels) {
         if (skipPixels(file, header[DEPTH], count)) {
             throw std::bad_alloc();
         }
         reset();
         return LOAD_TRUNCATED;
     }
-    const std::size_t found = readPixels(file, header[DEPTH], m_Pixels.get(), countPixels());
-    if (found < countPixels()) {
-        if (isComplete) { // the file has become shorter, or reading failed
-            std::fill(m_Pixels.get() + found, m_Pixels.get() + countPixels(), 0u);
-        }
-        return LOAD_TRUNCATED;
-    }
-    flipVertical();
-    return static_cast<int>(static_cast<std::uint32_t>(count));
+    const bool isRead = isComplete ? readUpwards(file, header[DEPTH], *this)
+                                   : readDownwards(file, header[DEPTH], *this);
+    return isRead ? static_cast<int>(static_cast<std::uint32_t>(count)) : LOAD_TRUNCATED;
 }
 
 int Image::saveTGA(const char* filename, unsigned char depth) const

@@ -19,27 +19,50 @@ std::size_t countUpwards(State* state)
     return count;
 }
 
+/// Returns the state a number of levels above `state`.
+State* climb(State* state, std::size_t levels)
+{
+    for (; levels > 0; --levels) {
+        state = state->getParentState();
+    }
+    return state;
+}
+
+/// Climbs from two states in step until they meet or one of them is null.
+void climbInStep(State*& first, State*& second)
+{
+    while (first != second && first && second) {
+        first = first->getParentState();
+        second = second->getParentState();
+    }
+}
+
 /// Returns the innermost state that encloses `source` and either encloses or is `target`; null if
-/// there is none. Both paths are cut to the same length, then climbed in step until they meet.
+/// there is none.
 State* findCommonAncestor(State* source, State* target)
 {
+    // Paths of the same length need no count: they meet at the common ancestor or both at null.
     State* ancestor = source->getParentState();
-    std::size_t ancestorCount = countUpwards(ancestor);
-    std::size_t targetCount = countUpwards(target);
-    for (; ancestorCount > targetCount; --ancestorCount) {
-        ancestor = ancestor->getParentState();
+    State* other = target->getParentState();
+    climbInStep(ancestor, other);
+    if (ancestor == other) {
+        return ancestor;
     }
-    for (; targetCount > ancestorCount; --targetCount) {
-        target = target->getParentState();
+    // Paths of different lengths cannot meet in step. The longer one is longer by the states that
+    // remain; without as many states at its lower end, both have the same length.
+    const std::size_t surplus = countUpwards(ancestor);
+    ancestor = source->getParentState();
+    if (surplus > 0) {
+        ancestor = climb(ancestor, surplus - 1); // as deep as the target, which may enclose it
+        other = target;
+    } else {
+        other = climb(target->getParentState(), countUpwards(other));
     }
-    while (ancestor != target) {
-        ancestor = ancestor->getParentState();
-        target = target->getParentState();
-    }
+    climbInStep(ancestor, other);
     return ancestor;
 }
 
-/// The states to enter on the way from an enclosing state down to a target, outermost first.
+/// The states between an enclosing state and a target, neither included, outermost first.
 ///
 /// States are linked upwards only, and a list of any length would need the heap. So the path is
 /// collected in pieces, each by one walk up from the target. The first piece is collected before
@@ -48,55 +71,53 @@ class EntryPath
 {
 public:
     /// Collects the first piece.
-    /// @param end the enclosing state, which is not part of the path; null for none
+    /// @param end enclosing state; null for none. If it is the target, the path is empty.
     EntryPath(State* target, const State* end) : m_Target(target)
     {
-        for (State* state = target; state != end; state = state->getParentState()) {
-            if (m_Remaining < PIECE) {
-                m_Piece[m_Remaining] = state;
-            }
-            ++m_Remaining;
+        if (target == end) {
+            return;
         }
-        m_Count = m_Remaining;
-        if (m_Remaining > PIECE) {
-            collect();
+        State* state = target->getParentState();
+        for (; state != end && m_Count < PIECE; state = state->getParentState()) {
+            m_Piece[m_Count++] = state;
+        }
+        if (state != end) { // the piece holds the innermost states, not the outermost
+            std::size_t length = m_Count;
+            for (; state != end; state = state->getParentState()) {
+                ++length;
+            }
+            collect(length);
         }
     }
 
-    /// Returns the next state to enter; null after the target.
+    /// Returns the next state to enter; null at the end of the path.
     State* takeNext()
     {
         if (m_Count == 0 && m_Remaining > 0) {
             // An assignment in a handler may have shortened the path.
-            m_Remaining = std::min(m_Remaining, countUpwards(m_Target));
-            collect();
+            collect(std::min(m_Remaining, countUpwards(m_Target->getParentState())));
         }
-        if (m_Count == 0) {
-            return nullptr;
-        }
-        --m_Remaining;
-        return m_Piece[--m_Count];
+        return m_Count > 0 ? m_Piece[--m_Count] : nullptr;
     }
 
 private:
     static constexpr std::size_t PIECE = 32;
 
-    /// Collects the outermost of the remaining states.
-    void collect()
+    /// Collects the outermost states of the path.
+    /// @param length number of states that have not been taken
+    void collect(std::size_t length)
     {
-        m_Count = std::min(m_Remaining, PIECE);
-        const std::size_t inner = m_Remaining - m_Count;
-        State* state = m_Target;
-        for (std::size_t i = 0; i < m_Remaining; ++i, state = state->getParentState()) {
-            if (i >= inner) {
-                m_Piece[i - inner] = state;
-            }
+        m_Count = std::min(length, PIECE);
+        m_Remaining = length - m_Count;
+        State* state = climb(m_Target->getParentState(), m_Remaining);
+        for (std::size_t i = 0; i < m_Count; ++i, state = state->getParentState()) {
+            m_Piece[i] = state;
         }
     }
 
     State* const m_Target;
-    std::size_t m_Remaining = 0; ///< states not taken yet
-    std::size_t m_Count = 0;     ///< those of them in the piece
+    std::size_t m_Count = 0;     ///< states in the piece
+    std::size_t m_Remaining = 0; ///< states below the piece
     State* m_Piece[PIECE];       ///< innermost first
 };
 
@@ -183,6 +204,9 @@ void StateMachine::processPendingTransition()
     exitUpTo(ancestor);
     while (State* const state = path.takeNext()) {
         enter(state, source);
+    }
+    if (target != ancestor) {
+        enter(target, source);
     }
     enterInitialStates(m_CurrentState->getInitialChildState(), source);
     m_PendingState = nullptr;

@@ -1,4 +1,8 @@
+// This program replaces read(), which fortified system headers define.
+#undef _FORTIFY_SOURCE
+
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -11,6 +15,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/time.h>
+#include <sys/uio.h>
 #include <unistd.h>
 #ifdef __linux__
 #include <sys/xattr.h>
@@ -21,6 +26,28 @@
 #include "qor/qor.h"
 
 using qor::Configuration, qor::File, qor::Image, qor::Log, qor::XMLElement;
+
+namespace
+{
+
+std::size_t readableBytes = std::string::npos; ///< number after which reading of files fails
+
+} // namespace
+
+/// Takes the place of the system's function in this program.
+extern "C" ssize_t read(int descriptor, void* bytes, std::size_t size)
+{
+    if (readableBytes == 0) {
+        errno = EIO;
+        return -1;
+    }
+    const iovec part = {bytes, std::min(size, readableBytes)};
+    const ssize_t count = ::readv(descriptor, &part, 1);
+    if (readableBytes != std::string::npos) {
+        readableBytes -= static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    }
+    return count;
+}
 
 namespace
 {
@@ -85,6 +112,28 @@ protected:
 };
 
 } // namespace
+
+TEST_F(DiskFaultTest, LoadsPicturesFromPipesAndFailingFiles)
+{
+    const Pixels pixels = {1, 2, 3, 4, 5, 6, 7, 8, 9};
+    ASSERT_EQ(makeImage(3, 3, pixels).saveTGA("whole", 24), 9);
+    const std::string bytes = read("whole");
+    const int pipe = ::open("fifo", O_RDWR | O_NONBLOCK);
+    ASSERT_EQ(::write(pipe, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+    Image whole, piped;
+    EXPECT_EQ(whole.loadTGA("whole"), 9);
+    EXPECT_EQ(piped.loadTGA("fifo"), 9);
+    EXPECT_EQ(pixelsOf(piped), pixelsOf(whole));
+    ::close(pipe);
+    for (std::size_t size = 18; size < bytes.size(); ++size) {
+        Image failed = makeImage(3, 3, pixels), truncated;
+        readableBytes = size;
+        EXPECT_EQ(failed.loadTGA("whole"), -6);
+        readableBytes = std::string::npos;
+        EXPECT_EQ(truncated.loadTGA(write("cut", bytes.substr(0, size)).c_str()), -6);
+        EXPECT_EQ(pixelsOf(failed), pixelsOf(truncated)) << size;
+    }
+}
 
 TEST_F(DiskFaultTest, RejectsPathsWithoutRegularFile)
 {
