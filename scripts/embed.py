@@ -13,9 +13,14 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 BLOCK = re.compile(r"(<!-- embed (\S+) -->\n```\w*\n).*?(^```$)", re.MULTILINE | re.DOTALL)
 
 
+def read_program(path):
+    """Returns a file without its licence line."""
+    return re.sub(r"\A// SPDX-License-Identifier: .*\n", "", (ROOT / path).read_text())
+
+
 def embed(text):
     """Returns a page with the current content of its embedded files."""
-    return BLOCK.sub(lambda match: match[1] + (ROOT / match[2]).read_text() + match[3], text)
+    return BLOCK.sub(lambda match: match[1] + read_program(match[2]) + match[3], text)
 
 
 def main():
