@@ -9,8 +9,9 @@ namespace qor
 
 /// Operations on files, directories and their paths.
 ///
-/// A path is a byte string in the system's narrow character set. A path that contains a zero byte
-/// names no file, and every operation on it fails. Symbolic links are followed, unless an operation
+/// A path is a byte string in the system's narrow character set. On Windows that is the ANSI code
+/// page, unless the program's manifest chooses UTF-8: see @ref install. A path that contains a zero
+/// byte names no file, and every operation on it fails. Symbolic links are followed, unless an operation
 /// says otherwise.
 ///
 /// **Error handling**: an operation that fails returns false, 0 or an empty text and writes an
