@@ -41,6 +41,8 @@ GTEST="libgtest-dev:has_header gtest/gtest.h"
 CURSES="libncurses-dev:has_header curses.h"
 # A test builds locales from these definitions.
 LOCALES="locales:test -e /usr/share/i18n/locales/de_DE"
+# The test of the host's full screen runs in a pseudo-terminal.
+TERMINAL="tmux:command -v tmux"
 # Cross builds: GoogleTest is built from its source, programs run in an emulator.
 GTEST_SOURCE="googletest:test -e /usr/src/googletest/CMakeLists.txt"
 MINGW_I686="g++-mingw-w64-i686:command -v i686-w64-mingw32-g++-posix"

@@ -1,6 +1,9 @@
 #!/usr/bin/env bash
 # Builds everything and runs the tests.
 #   scripts/test.sh [PRESET]   PRESET is release (the default), debug, asan, tsan or clang
+#   scripts/test.sh fallbacks  builds a static library without the system functions and processor instructions
+#                              that it can do without, and runs the tests shuffled and, if it may, as a user id
+#                              without a password entry
 #   scripts/test.sh windows    builds for Windows with three compilers and runs the tests under Wine
 #   scripts/test.sh i686       builds for Linux on 32-bit x86 and runs the tests
 #   scripts/test.sh s390x      builds for Linux on s390x (big-endian) and runs the tests under QEMU
@@ -10,32 +13,70 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 . "$here/scripts/require.sh"
 cd "$here"
 
+options=(-Wno-dev)
+if [ "${CI:-}" = true ]; then
+    options+=(-DQORTK_WARNINGS_AS_ERRORS=ON)
+fi
+
 build() {
-    cmake --preset "$1" -Wno-dev
+    cmake --preset "$1" "${options[@]}"
     cmake --build --preset "$1" --parallel "$(nproc)"
 }
 
 run_tests() {
-    ctest --preset "$1" --parallel "$(nproc)"
+    local log=build/$1/tests.log
+    ctest --preset "$1" --parallel "$(nproc)" | tee "$log"
+    if [ "${CI:-}" = true ] && grep '(Skipped)' "$log"; then
+        echo "A skipped test is a failure in CI." >&2
+        exit 1
+    fi
+}
+
+# Builds and tests a copy of the sources that the unprivileged user can reach and write to.
+test_fallbacks() {
+    local copy user=54321
+    copy=$(mktemp -d)
+    # shellcheck disable=SC2064 # the directory of now
+    trap "rm -rf '$copy'" EXIT
+    tar -C "$here" --exclude=./build --exclude=./.git -c . | tar -C "$copy" -x --no-same-owner
+    cd "$copy"
+    build fallbacks
+    export GTEST_SHUFFLE=1
+    if [ "$(id -u)" -ne 0 ]; then
+        run_tests fallbacks
+        return
+    fi
+    chown -R $user:$user "$copy"
+    run_tests=$(declare -f run_tests)
+    env -u HOME setpriv --reuid=$user --regid=$user --clear-groups \
+        bash -euo pipefail -c "$run_tests; run_tests fallbacks"
 }
 
 preset=${1:-release}
 case $preset in
 windows)
     require "$CMAKE" "$NINJA" "$GTEST_SOURCE" "$MINGW_X86_64" "$MINGW_I686" "$WINE"
-    # One Wine server serves all tests, because its start takes longer than most tests.
-    export WINEPREFIX=$here/build/wine WINEDEBUG=-all
+    # One Wine server serves all tests, because its start takes longer than most tests. The overrides suppress
+    # dialogs that offer to install .NET and a browser.
+    export WINEPREFIX=$here/build/wine WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
     mkdir -p "$WINEPREFIX"
     wineserver=$(command -v wineserver || echo /usr/lib/wine/wineserver)
+    wine=$(command -v wine64 || echo /usr/lib/wine/wine64)
     "$wineserver" -p
     trap '"$wineserver" -k || true' EXIT
+    # Programs that start at the same time must not create the directory of Wine's settings together.
+    "$wine" wineboot --init
     build windows
     run_tests windows
-    # With a compiler without C++11 threads, then for 32-bit x86.
+    # Without C++11 threads in the compiler, and the library and its programs for 32-bit x86.
     build windows-win32
     run_tests windows-win32
     build windows-i686
     tests/install/zip.sh
+    ;;
+fallbacks)
+    require "$COMPILER" "$CMAKE" "$MAKE" "$GTEST" "$CURSES" "$LOCALES"
+    test_fallbacks
     ;;
 i686 | s390x)
     require "$CMAKE" "$NINJA" "$GTEST_SOURCE" "g++-$preset-linux-gnu:command -v $preset-linux-gnu-g++"

@@ -74,7 +74,7 @@ private:
             return fail("Cannot show the log: COUNT is a number from 1. Usage: " +
                         getDescription().getUsage());
         }
-        std::ifstream file(m_Filename, std::ios::binary);
+        std::ifstream file(m_Filename); // text: the log has the system's line ends
         if (!file) {
             return fail("Cannot read the log " + quote(m_Filename));
         }

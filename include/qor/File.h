@@ -9,9 +9,10 @@ namespace qor
 
 /// Operations on files, directories and their paths.
 ///
-/// A path is a byte string in the system's narrow character set. A path that contains a zero byte
-/// names no file, and every operation on it fails. All operations follow symbolic links, except
-/// deleteFile() and renameFile().
+/// A path is a byte string in the system's narrow character set. On Windows that is the ANSI code
+/// page, unless the program's manifest selects UTF-8: see @ref install. A path that contains a zero
+/// byte names no file, and every operation on it fails. All operations follow symbolic links,
+/// except deleteFile() and renameFile().
 ///
 /// **Error handling**: an operation that fails returns false, 0 or an empty text and writes an
 /// error with the system's message to the `Log`. Only `std::bad_alloc` is ever thrown.

@@ -67,7 +67,7 @@ remove() {
     rm -rf "$folder"
 }
 trap remove EXIT
-"${become_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq -o Dpkg::Use-Pty=0 \
+"${become_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-remove -o Dpkg::Use-Pty=0 \
     "$runtime_package" "$development_package" "$documentation_package"
 [ "$(pkg-config --cflags --libs qortk | xargs)" = "-lqortk" ]
 use_by_cmake installed -DQORTK_VERSION="$version"

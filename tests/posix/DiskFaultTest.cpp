@@ -17,7 +17,7 @@
 #include <sys/time.h>
 #include <sys/uio.h>
 #include <unistd.h>
-#ifdef __linux__
+#ifdef QORTK_HAS_XATTR
 #include <sys/xattr.h>
 #endif
 
@@ -402,7 +402,7 @@ TEST_F(DiskFaultTest, ReplacesSavedFileAndKeepsProperties)
         EXPECT_EQ(after.st_mode & 07777, 02640u) << test.path;
     }
     ::close(77);
-#ifdef __linux__
+#ifdef QORTK_HAS_XATTR
     char value[2] = "";
     if (setxattr("file", "user.test", "v", 1, 0) == 0) {
         EXPECT_EQ(tree.save("file", false), 7);
