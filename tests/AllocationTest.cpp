@@ -1,10 +1,6 @@
-#include <algorithm>
 #include <functional>
 #include <list>
-#include <string>
 #include <utility>
-
-#include <gtest/gtest.h>
 
 #include "FailingAllocator.h"
 #include "PixelData.h"
@@ -25,7 +21,7 @@ double countAllocations(const std::function<void()>& action)
 
 } // namespace
 
-TEST(AllocationTest, ElementsTakeOneBlockEach)
+TEST(AllocationTest, ElementsAllocateOneBlockEach)
 {
     constexpr int GROUPS = 1000, OWN_BUFFERS = 16;
     constexpr double USUAL = 3 * GROUPS + OWN_BUFFERS / 2;
@@ -38,7 +34,7 @@ TEST(AllocationTest, ElementsTakeOneBlockEach)
     }
 }
 
-TEST(AllocationTest, EventsAndTransitionsTakeNoMemory)
+TEST(AllocationTest, EventsAndTransitionsAllocateNothing)
 {
     qor::StateMachine machine;
     std::list<qor::State> states;

@@ -1,7 +1,6 @@
 #include "qor/Configuration.h"
 
 #include <climits>
-#include <cstdlib>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -44,7 +43,7 @@ struct TListener : Configuration::Listener {
     std::function<void(const std::string&)> action;
 };
 
-TEST_F(ConfigurationTest, KeepsValuesWithinTheirLimits)
+TEST_F(ConfigurationTest, ClampsValuesToLimits)
 {
     const auto number = [](const std::string& text) { return std::strtof(text.c_str(), nullptr); };
     for (const auto& row : readTable("configuration-limits")) {
@@ -67,7 +66,7 @@ TEST_F(ConfigurationTest, KeepsValuesWithinTheirLimits)
     }
 }
 
-TEST_F(ConfigurationTest, RefusesOtherNamesAndTypes)
+TEST_F(ConfigurationTest, RejectsUnknownNamesAndWrongTypes)
 {
     EXPECT_TRUE(table.addBooleanParameter("b", true, 0));
     EXPECT_TRUE(table.addIntegerParameter("i", 3, 0, 9, 0));
@@ -101,7 +100,7 @@ TEST_F(ConfigurationTest, RefusesOtherNamesAndTypes)
     EXPECT_EQ(table.get("f"), "1.000000");
 }
 
-TEST_F(ConfigurationTest, TakesAndGivesText)
+TEST_F(ConfigurationTest, ConvertsParametersToAndFromText)
 {
     table.addBooleanParameter("b", false, 0);
     table.addIntegerParameter("i", 0, INT_MIN, INT_MAX, 0);
@@ -117,7 +116,7 @@ TEST_F(ConfigurationTest, TakesAndGivesText)
     expectRecords({});
 }
 
-TEST_F(ConfigurationTest, TellsListenersOfChangesInOrder)
+TEST_F(ConfigurationTest, NotifiesListenersInOrder)
 {
     TLines notes;
     TListener a(notes, "a "), b(notes, "b ");
@@ -162,7 +161,7 @@ TEST_F(ConfigurationTest, TellsListenersOfChangesInOrder)
     EXPECT_EQ(assigned.get("none") + copy.get("none") + text, "98text");
 }
 
-TEST_F(ConfigurationTest, LetsListenersSetAndAdd)
+TEST_F(ConfigurationTest, ListenersMaySetAndAddParameters)
 {
     TLines notes;
     TListener adder(notes), second(notes, "second ");
@@ -184,7 +183,7 @@ TEST_F(ConfigurationTest, LetsListenersSetAndAdd)
     EXPECT_EQ(notes, (TLines{name, "other", "second other", "second " + name}));
 }
 
-TEST_F(ConfigurationTest, TakesArgumentsThatReferToItself)
+TEST_F(ConfigurationTest, AcceptsArgumentsThatReferToParameters)
 {
     const std::string longText(100, 'l');
     table.addStringParameter("a", longText, 0, 999, 0);
@@ -199,7 +198,7 @@ TEST_F(ConfigurationTest, TakesArgumentsThatReferToItself)
     EXPECT_EQ(table.getString("a"), "new");
 }
 
-TEST(ConfigurationInstanceTest, IsTheFirstThatIsAlive)
+TEST(ConfigurationInstanceTest, IsFirstLivingInstance)
 {
     EXPECT_EQ(Configuration::getInstance(), nullptr);
     auto first = std::make_unique<Configuration>(1);
@@ -234,7 +233,7 @@ protected:
     const std::string m_Usual = "true 5 0.250000 text";
 };
 
-TEST_F(ConfigurationFileTest, StartsWithoutAFileAndGoesOnWithIt)
+TEST_F(ConfigurationFileTest, CreatesMissingFileOnSave)
 {
     EXPECT_FALSE(table.save());
     expectRecords({"E Attempt to save configuration without file name (not loaded from a file)"});
@@ -259,7 +258,7 @@ TEST_F(ConfigurationFileTest, StartsWithoutAFileAndGoesOnWithIt)
     expectRecords({});
 }
 
-TEST_F(ConfigurationFileTest, ReadsWhatIsStored)
+TEST_F(ConfigurationFileTest, LoadsStoredValuesByVersion)
 {
     for (const auto& row : readTable("stored-configurations")) {
         const Configuration former(table);
@@ -274,7 +273,7 @@ TEST_F(ConfigurationFileTest, ReadsWhatIsStored)
     EXPECT_FALSE(table.save(static_cast<qor::XMLElement*>(nullptr)));
 }
 
-TEST_F(ConfigurationFileTest, LooksEachPathUpInATreeThatListenersEdit)
+TEST_F(ConfigurationFileTest, ListenersMayEditLoadedTree)
 {
     qor::XMLElement root("");
     ASSERT_GE(root.parse("<r><version>7</version><b>false</b><group><i>1</i><f>1</f></group>"
@@ -291,7 +290,7 @@ TEST_F(ConfigurationFileTest, LooksEachPathUpInATreeThatListenersEdit)
     EXPECT_EQ(notes, (TLines{"b", "group/i", "group/f"}));
 }
 
-TEST_F(ConfigurationFileTest, FindsElementsInAnyOrderAmongMany)
+TEST_F(ConfigurationFileTest, FindsFirstElementsAmongManyInAnyOrder)
 {
     constexpr int COUNT = 100;
     qor::XMLElement root("r"), expected("");
@@ -321,7 +320,7 @@ TEST_F(ConfigurationFileTest, FindsElementsInAnyOrderAmongMany)
     EXPECT_EQ(root.toString(), expected.toString());
 }
 
-TEST_F(ConfigurationFileTest, TreatsPathsAndTextsWithZeroBytes)
+TEST_F(ConfigurationFileTest, ZeroBytesEndPathsAndStoredTexts)
 {
     const std::string file = write("a.xml", "<c><b>false</b></c>");
     EXPECT_TRUE(table.load(file + '\0'));
@@ -337,7 +336,7 @@ TEST_F(ConfigurationFileTest, TreatsPathsAndTextsWithZeroBytes)
     EXPECT_EQ(table.getString("s") + table.getString("last"), "az");
 }
 
-TEST_F(ConfigurationFileTest, TellsWhyAFileIsNotReadOrWritten)
+TEST_F(ConfigurationFileTest, ReportsFileErrors)
 {
     const std::string broken = write("broken", "<a><b>false</a>"), missing = path("missing/a");
     EXPECT_FALSE(table.load(broken));

@@ -1,10 +1,6 @@
 #include <cmath>
 #include <functional>
 #include <map>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "TestData.h"
 #include "qor/Color.h"

@@ -1,9 +1,5 @@
 #include <cstddef>
-#include <string>
 #include <thread>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "RandomText.h"
 #include "TemporaryFolder.h"
@@ -15,7 +11,7 @@ using qor::XMLElement;
 namespace
 {
 
-/// Bytes that names may have anywhere and, behind these, pieces for values.
+/// @return all bytes that names may contain, followed by `more` pieces for values
 std::string makePieces(const std::string& more)
 {
     std::string pieces;
@@ -49,7 +45,7 @@ protected:
 
 } // namespace
 
-TEST_F(XMLWriterTest, FormattedTextHasAnElementALine)
+TEST_F(XMLWriterTest, FormatsOneElementPerLine)
 {
     const std::string value(40, 'v');
     XMLElement root("root");
@@ -77,7 +73,7 @@ TEST_F(XMLWriterTest, FormattedTextHasAnElementALine)
     EXPECT_EQ(comment.toString(), "<!c>");
 }
 
-TEST_F(XMLWriterTest, ValuesAreEscapedAndLongOnesStandAlone)
+TEST_F(XMLWriterTest, EscapesValuesAndIndentsLongOnes)
 {
     const std::string bytes = "\"&'<>a",
                       entities[] = {"&quot;", "&amp;", "&apos;", "&lt;", "&gt;", "a"};
@@ -96,7 +92,7 @@ TEST_F(XMLWriterTest, ValuesAreEscapedAndLongOnesStandAlone)
     }
 }
 
-/// Does what loading does to a text on this system.
+/// Joins line ends as loading does on this system.
 /// @return the number of bytes removed
 int joinLineEnds([[maybe_unused]] std::string& text)
 {
@@ -109,7 +105,7 @@ int joinLineEnds([[maybe_unused]] std::string& text)
     return count;
 }
 
-TEST_F(XMLWriterTest, ThreadsReadBackWhatTheyWrite)
+TEST_F(XMLWriterTest, RoundTripsInSeveralThreads)
 {
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 4; ++thread) {

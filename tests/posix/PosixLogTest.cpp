@@ -1,19 +1,14 @@
-#include <algorithm>
-#include <atomic>
-#include <chrono>
 #include <clocale>
 #include <csignal>
-#include <cstdlib>
 #include <ctime>
-#include <future>
 #include <iomanip>
 #include <sstream>
-#include <thread>
 
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "Concurrency.h"
 #include "LogReader.h"
 #include "TestData.h"
 #include "qor/XMLElement.h"
@@ -25,7 +20,7 @@ namespace
 
 using PosixLogTest = LogReader;
 
-TEST_F(PosixLogTest, WritesNumbersAsInTheClassicLocale)
+TEST_F(PosixLogTest, WritesNumbersInClassicLocale)
 {
     const std::string format = "%.2f %g %'d %lc"; // As a literal, the compiler warns of it.
     for (const std::string locale : {"de_DE", "en_US"}) {
@@ -43,14 +38,14 @@ TEST_F(PosixLogTest, WritesNumbersAsInTheClassicLocale)
     std::setlocale(LC_ALL, "C");
 }
 
-TEST_F(PosixLogTest, NoticesAChangedTimeZone)
+TEST_F(PosixLogTest, UsesChangedTimeZone)
 {
     const std::string zone = std::getenv("TZ") ? std::getenv("TZ") : "";
     const auto writeLater = [this](const char* newZone) {
         setenv("TZ", newZone, 1);
         const std::time_t second = std::time(nullptr);
         while (std::time(nullptr) == second) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            sleepMs(1);
         }
         Log::info("now");
         const std::string text = read(m_LogFile);
@@ -67,7 +62,7 @@ TEST_F(PosixLogTest, NoticesAChangedTimeZone)
     EXPECT_NEAR(static_cast<double>(timegm(&found) - expected), 10, 10) << first << ", " << later;
 }
 
-TEST_F(PosixLogTest, StartsAFreshLineAfterAFullDisk)
+TEST_F(PosixLogTest, StartsNewLineAfterFullDisk)
 {
     constexpr std::size_t ROOM = 10000, LINE = sizeof "I 2000-01-01 00:00:00.000 ";
     rlimit former = {};
@@ -105,7 +100,7 @@ TEST_F(PosixLogTest, WorksInForkedChildren)
     std::atomic<bool> isEnding = false;
     std::vector<std::future<void>> threads;
     for (int i = 0; i < 3; ++i) {
-        threads.push_back(std::async(std::launch::async, [&isEnding, i] {
+        threads.push_back(onThread([&isEnding, i] {
             while (!isEnding) {
                 Log::info("parent");
                 qor::XMLElement("").parse(i == 0 ? "" : "<last></error>");
@@ -131,7 +126,7 @@ TEST_F(PosixLogTest, WorksInForkedChildren)
     EXPECT_EQ(std::count(records.begin(), records.end(), "I child"), 200);
 }
 
-TEST_F(PosixLogTest, PassesEachLineToTheSystemInOneCall)
+TEST_F(PosixLogTest, WritesEachLineWithOneSystemCall)
 {
     const auto countWrites = [] {
         return std::atol(split(read("/proc/self/io"), "syscw: ").back().c_str());
@@ -149,14 +144,14 @@ TEST_F(PosixLogTest, PassesEachLineToTheSystemInOneCall)
     EXPECT_EQ(takeRecords().size(), 100u);
 }
 
-TEST_F(PosixLogTest, KeepsItsFileFromChildProcesses)
+TEST_F(PosixLogTest, ChildProcessesDoNotInheritFile)
 {
     // A child would show the file among its open ones.
     ASSERT_EQ(std::system("ls -l /proc/self/fd/ > open 2>&1"), 0);
     EXPECT_EQ(read("open").find("test.log"), std::string::npos);
 }
 
-TEST_F(PosixLogTest, WritesTheFormatOfAnUnconvertibleArgument)
+TEST_F(PosixLogTest, WritesFormatIfArgumentIsUnconvertible)
 {
     Log::info("%s %lc", "no such character:", static_cast<wint_t>(0x7fffffff));
     EXPECT_EQ(takeRecords(), TLines{"I %s %lc"});
