@@ -4,6 +4,7 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <sstream>
 
 #include "LogReader.h"
 #include "TestData.h"
@@ -17,13 +18,13 @@ namespace
 class ConfigurationTest : public LogReader
 {
 protected:
-    /// Expects no records but these, which are errors, infos or debug records with that letter.
+    /// Expects exactly these records since the last call, each after the letter of its level.
     void expectRecords(const TLines& expected) { EXPECT_EQ(takeRecords(), expected); }
 
     Configuration table{7};
 };
 
-/// Notes who was called for what, and does what it was told.
+/// Records the notifications, each after the name of the listener, and performs an action.
 struct TListener : Configuration::Listener {
     explicit TListener(TLines& notesArgument, std::string nameArgument = "")
         : notes(notesArgument), listenerName(std::move(nameArgument))
@@ -74,21 +75,26 @@ TEST_F(ConfigurationTest, RejectsUnknownNamesAndWrongTypes)
     EXPECT_TRUE(table.addStringParameter("s", "text", 0, 9, 0));
     EXPECT_FALSE(table.addStringParameter("b", "other", 0, 9, 0));
     takeRecords();
-    const std::string names[] = {"b", "i", "f", "s", "B"};
-    for (std::size_t type = 0; type < 5; ++type) {
-        const std::string& name = names[type];
-        const bool answers[] = {table.setBoolean(name, true), table.getBoolean(name),
-                                table.setInteger(name, 1),    table.getInteger(name) == 1,
-                                table.setFloat(name, 1),      table.getFloat(name) != 0,
-                                table.setString(name, "x"),   !table.getString(name).empty()};
-        for (std::size_t i = 0; i < 8; ++i) {
-            EXPECT_EQ(answers[i], i / 2 == type) << name << i;
-        }
-        const std::string record = type < 4 ? "D Configuration parameter type conflict '"
-                                            : "D Access to non-existing configuration parameter '";
-        expectRecords(TLines(type < 4 ? 6 : 8, record + name + "'"));
+    const std::pair<std::string, std::string> cases[] = {{"b", "set, true, no, 0, no, 0, no, "},
+                                                         {"i", "no, false, set, 1, no, 0, no, "},
+                                                         {"f", "no, false, no, 0, set, 1, no, "},
+                                                         {"s", "no, false, no, 0, no, 0, set, x"},
+                                                         {"B", "no, false, no, 0, no, 0, no, "}};
+    for (const auto& [name, expected] : cases) {
+        std::ostringstream results;
+        results << std::boolalpha << (table.setBoolean(name, true) ? "set, " : "no, ")
+                << table.getBoolean(name) << (table.setInteger(name, 1) ? ", set, " : ", no, ")
+                << table.getInteger(name) << (table.setFloat(name, 1) ? ", set, " : ", no, ")
+                << table.getFloat(name) << (table.setString(name, "x") ? ", set, " : ", no, ")
+                << table.getString(name);
+        EXPECT_EQ(results.str(), expected) << name;
+        const bool exists = name != "B";
+        const std::string record = exists ? "D Configuration parameter type conflict '"
+                                          : "D Access to non-existing configuration parameter '";
+        expectRecords(TLines(exists ? 6 : 8, record + name + "'"));
     }
-    EXPECT_EQ(table.get("B") + (table.set("B", "true") ? "set" : ""), "");
+    EXPECT_EQ(table.get("B"), "");
+    EXPECT_FALSE(table.set("B", "true"));
     const std::string missing = "D Access to non-existing configuration parameter 'B'";
     expectRecords({missing, missing});
     EXPECT_FALSE(table.addIntegerParameter("f", 1, 0, 1, 0));
@@ -158,7 +164,9 @@ TEST_F(ConfigurationTest, NotifiesListenersInOrder)
     b.action = [&](const std::string&) { copy = self; };
     copy.setInteger("none", 8);
     EXPECT_EQ(&copy.getString("text"), &text);
-    EXPECT_EQ(assigned.get("none") + copy.get("none") + text, "98text");
+    EXPECT_EQ(assigned.get("none"), "9");
+    EXPECT_EQ(copy.get("none"), "8");
+    EXPECT_EQ(text, "text");
 }
 
 TEST_F(ConfigurationTest, ListenersMaySetAndAddParameters)
