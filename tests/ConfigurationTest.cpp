@@ -1,6 +1,7 @@
 #include "qor/Configuration.h"
 
 #include <climits>
+#include <ctime>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -326,6 +327,28 @@ TEST_F(ConfigurationFileTest, FindsFirstElementsAmongManyInAnyOrder)
         expected.findChild(group + "/y", true)->setValue(COUNT + i);
     }
     EXPECT_EQ(root.toString(), expected.toString());
+}
+
+TEST_F(ConfigurationFileTest, LoadsAndSavesInLinearTime)
+{
+    const auto measure = [](int count) {
+        Configuration many(0);
+        qor::XMLElement root("r");
+        for (int i = 0; i < count; ++i) {
+            many.addIntegerParameter("n" + std::to_string(i), 0, 1, 0, 0);
+            root.createChild("n" + std::to_string(count - 1 - i));
+        }
+        std::clock_t best = std::numeric_limits<std::clock_t>::max();
+        for (int run = 0; run < 3; ++run) {
+            const std::clock_t begin = std::clock();
+            many.load(&root);
+            many.save(&root);
+            best = std::min(best, std::clock() - begin);
+        }
+        return best;
+    };
+    const std::clock_t tick = CLOCKS_PER_SEC / 1000;
+    EXPECT_LT(measure(16000), 64 * (measure(1000) + tick)) << "quadratic time: 256 times as long";
 }
 
 TEST_F(ConfigurationFileTest, ZeroBytesEndPathsAndStoredTexts)

@@ -91,25 +91,25 @@ TEST(MutexTest, LocksRecursivelyThroughAnyCopy)
         second.unlock();
     });
     EXPECT_FALSE(hasEnded(other));
-    mutex.unlock();
-    EXPECT_FALSE(hasEnded(other));
     second.unlock();
+    EXPECT_FALSE(hasEnded(other));
+    mutex.unlock();
 }
 
 TEST(ConditionTest, LatchesOneSignalForNextWait)
 {
     Waiters waiters;
     waiters.condition.signal();
-    Condition name;
-    name = waiters.condition;
-    Condition(name).signal();
+    Condition assigned;
+    assigned = waiters.condition;
+    Condition(assigned).signal();
     waiters.mutex.lock();
     waiters.condition.wait(waiters.mutex, 0);
     waiters.mutex.unlock();
     ASSERT_TRUE(waiters.add());
     Thread::sleep(GRACE_MS);
     EXPECT_EQ(waiters.released, 0);
-    waiters.condition.signal();
+    assigned.signal();
     EXPECT_TRUE(waiters.areReleased(1));
 }
 

@@ -115,6 +115,8 @@ TEST(XMLTreeTest, ListsChildrenByName)
     EXPECT_EQ(textOf(tree.getNextChild(first, "")), "<d>4</d>");
     EXPECT_EQ(textOf(constTree.getNextChild(constTree.getChild("d"), "a")), "<a>6</a>");
     EXPECT_EQ(textOf(constTree.getNextChild(first, "b")), "null");
+    EXPECT_EQ(tree.getNextChild(nullptr, ""), nullptr);
+    EXPECT_EQ(constTree.getNextChild(nullptr, ""), nullptr);
 }
 
 TEST(XMLTreeTest, DeletesChildren)
