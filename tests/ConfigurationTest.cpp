@@ -278,6 +278,14 @@ TEST_F(ConfigurationFileTest, LoadsStoredValuesByVersion)
         expectRecords(split(row[2], "; "));
         table = former;
     }
+    Configuration versioned(9);
+    versioned.addBooleanParameter("b", true, 9);
+    versioned.addFloatParameter("f", 0.5f, 0, 1, 9);
+    qor::XMLElement old("");
+    old.parse("<r><version>8</version><b>false</b><f>1</f></r>");
+    EXPECT_TRUE(versioned.load(&old));
+    EXPECT_EQ(versioned.get("b"), "true");
+    EXPECT_EQ(versioned.get("f"), "0.500000");
     EXPECT_FALSE(table.load(static_cast<const qor::XMLElement*>(nullptr)));
     EXPECT_FALSE(table.save(static_cast<qor::XMLElement*>(nullptr)));
 }
