@@ -394,7 +394,9 @@ TEST_F(ConfigurationFileTest, SavesIntoAnElement)
     high.addStringParameter("a//", "2", 0, 9, 0);
     high.addStringParameter("/a/y", "3", 0, 9, 0);
     high.addStringParameter("version", "kept", 0, 9, 0);
-    qor::XMLElement root("");
+    qor::XMLElement root(""), saved("r");
+    EXPECT_TRUE(Configuration(0x80000001).save(&saved));
+    EXPECT_EQ(saved.toString(), "<r><version>-2147483647</version></r>");
     ASSERT_GE(root.parse("<r>text<a>old</a><z>stays</z><a><x>second</x></a></r>"), 0);
     EXPECT_TRUE(high.save(&root));
     EXPECT_EQ(root.toString(), "<r><a><x><>2</>1</x><y>3</y>old</a><z>stays</z>"
