@@ -152,10 +152,10 @@ TEST(ChecksumTest, MD5ReturnsStateBeforeFinalization)
     digest.addRaw(nullptr, 0);
     const std::string block = repeated("x", 64);
     digest.add(block.c_str());
-    const std::string behindBlock = digest.getChecksumHex();
+    const std::string afterBlock = digest.getChecksumHex();
     digest.add("y");
-    EXPECT_EQ(digest.getChecksumHex(), behindBlock);
-    // The padding goes in as data would.
+    EXPECT_EQ(digest.getChecksumHex(), afterBlock);
+    // The padding is hashed like data.
     MD5 padded;
     padded.add(block + "y" + '\x80' + std::string(54, '\0') + '\x08' + '\x02' +
                std::string(6, '\0'));

@@ -186,7 +186,7 @@ TEST_F(ConfigurationTest, ListenersMaySetAndAddParameters)
         }
     };
     table.addIntegerParameter("other", 0, 0, 1, 0);
-    // Its own name is its value.
+    // The value equals the name.
     table.addStringParameter(name, name, 0, 99, 0);
     table.setString(table.getString(name), "x");
     EXPECT_EQ(notes, (TLines{name, "other", "second other", "second " + name}));

@@ -31,7 +31,7 @@ constexpr bool IS_WINDOWS = true;
 constexpr bool IS_WINDOWS = false;
 #endif
 
-/// Leaves the system's own words out on Windows, where they depend on the user's language.
+/// Removes the error texts of the system on Windows, where they depend on the user's language.
 TLines withoutSystemText(TLines records)
 {
     for (std::string& record : records) {

@@ -20,7 +20,7 @@ inline std::vector<std::string> split(const std::string& text, const std::string
 }
 
 /// Reads the table data/NAME.txt: one case per line, its cells separated by " | ". The first "\n" in a
-/// line stands for a line feed. Lines that begin with # are comments.
+/// line means a line feed. Lines that begin with # are comments.
 /// @throws std::runtime_error if the file cannot be read or has no cases, so that the test fails
 inline std::vector<std::vector<std::string>> readTable(const std::string& name)
 {

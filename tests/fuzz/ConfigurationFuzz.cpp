@@ -34,7 +34,7 @@ std::vector<std::string> textsOf(const qor::Configuration& table)
     return texts;
 }
 
-/// Holds a table of odd names against an element's own ways to get to them.
+/// Compares the paths that a table reads and writes with those of an element.
 void checkPaths(FuzzInput& input, const qor::XMLElement& root)
 {
     qor::Configuration table(2), loaded(2);

@@ -6,7 +6,7 @@
 namespace
 {
 
-/// A host that looks after every character whether its console is as it should be.
+/// Host that checks the state of its console after each character.
 struct THost : qor::ConsoleCommand {
     explicit THost(int maxLines) : most(static_cast<unsigned int>(maxLines)), console(maxLines)
     {
@@ -63,7 +63,7 @@ struct THost : qor::ConsoleCommand {
     {
         require(tokens[0] == "any" || (tokens[0] == "few" && tokens.size() - 2 < 2));
         words = tokens;
-        // Some lines go on, and are run anew, from within. Two characters stand for the codes.
+        // The last word is typed again from within. ~ and ^ mean the control characters.
         for (const char character : ++calls < 3 ? tokens.back() : "") {
             type(character == '~' ? '\r' : character == '^' ? '\n' : character);
         }

@@ -10,7 +10,7 @@
 
 #include <unistd.h>
 
-/// Ends the process, as a fault, where something does not hold that always should.
+/// Aborts the process, which the fuzzer reports, if an invariant is violated.
 inline void require(bool holds)
 {
     if (!holds) {
@@ -18,7 +18,7 @@ inline void require(bool holds)
     }
 }
 
-/// What a fuzz target gets, taken piece by piece.
+/// Input of a fuzz target, read piece by piece.
 class FuzzInput
 {
 public:
@@ -44,7 +44,7 @@ private:
     const std::uint8_t* m_End;
 };
 
-/// A file of this process that goes when it ends.
+/// Temporary file, removed by the destructor.
 class FuzzFile
 {
 public:

@@ -11,7 +11,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     qor::Image image(1, 1), copy;
     const int result = image.loadTGA(filename);
     const int pixels = image.getWidth() * image.getHeight();
-    // What fails before the pixels leaves the image as it is.
+    // A failure before the pixels leaves the image unchanged.
     require(result == -6 || (result >= -5 && pixels == (result < 0 ? 1 : result)));
     if (result >= 0) {
         require(image.saveTGA(filename, 32) == pixels && copy.loadTGA(filename) == pixels);

@@ -117,7 +117,7 @@ TEST_F(DesktopTest, IgnoresUnsafeAddressesAndPrograms)
     }
     qor::launchWebBrowser("a");
     EXPECT_EQ(takeCalls(), "[xdg-open][a]");
-    // In the current folder, where PATH has it too.
+    // Programs in the current directory are not run, even if PATH contains it.
     addProgram("gio", 0, ".");
     unlink("bin/xdg-open");
     write("bin/kde-open", "not to be run");

@@ -64,7 +64,7 @@ protected:
         EXPECT_EQ(Log::open(place.c_str(), false), isOpened);
     }
 
-    /// Returns the sorted names of the files in a folder, with the hidden ones.
+    /// Returns the sorted names of the files in a directory, including hidden ones.
     static TLines listFolder(const std::string& folder = ".")
     {
         TLines names;
