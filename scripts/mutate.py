@@ -54,7 +54,7 @@ UNTELLABLE = re.compile("|".join([
     r"\breserve\(",                       # memory in one piece
     r"prefetch|CACHE_LINE",               # memory asked for ahead
     r"\b(yieldThread|sched_yield)\(",  # hints to the scheduler
-    r"\bUSUAL_TOKEN_COUNT\b",             # memory in one piece
+    r"\bTYPICAL_TOKEN_COUNT\b",             # memory in one piece
     r"\bstatic_assert\b",                 # told by the compiler
 ]))
 
