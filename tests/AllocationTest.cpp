@@ -1,10 +1,6 @@
-#include <algorithm>
 #include <functional>
 #include <list>
-#include <string>
 #include <utility>
-
-#include <gtest/gtest.h>
 
 #include "FailingAllocator.h"
 #include "PixelData.h"
@@ -16,29 +12,29 @@ using qor::Image, qor::XMLElement;
 namespace
 {
 
-double countAllocations(const std::function<void()>& action)
+long countAllocations(const std::function<void()>& action)
 {
     const long before = allocations;
     action();
-    return static_cast<double>(allocations - before);
+    return allocations - before;
 }
 
 } // namespace
 
-TEST(AllocationTest, ElementsTakeOneBlockEach)
+TEST(AllocationTest, ElementsAllocateOneBlockEach)
 {
-    constexpr int GROUPS = 1000, OWN_BUFFERS = 16;
-    constexpr double USUAL = 3 * GROUPS + OWN_BUFFERS / 2;
+    constexpr int GROUPS = 1000;
+    constexpr int MAX_ALLOCATIONS = 3 * GROUPS + 16; // Some for the parser's own buffers.
     for (const char* group : {"<a><b>short &amp; x</b><c>1</c></a>", "<a> <b> x &lt;<c>"}) {
         const std::string text = "<root>" + repeated(group, GROUPS) + "x";
         XMLElement tree(""), copy("");
-        EXPECT_NEAR(countAllocations([&] { tree.parse(text); }), USUAL, OWN_BUFFERS / 2);
-        EXPECT_NEAR(countAllocations([&] { copy = tree; }), USUAL, OWN_BUFFERS / 2);
+        EXPECT_LE(countAllocations([&] { tree.parse(text); }), MAX_ALLOCATIONS);
+        EXPECT_LE(countAllocations([&] { copy = tree; }), MAX_ALLOCATIONS);
         EXPECT_EQ(countAllocations([&] { tree = XMLElement(std::move(copy)); }), 0);
     }
 }
 
-TEST(AllocationTest, EventsAndTransitionsTakeNoMemory)
+TEST(AllocationTest, EventsAndTransitionsAllocateNothing)
 {
     qor::StateMachine machine;
     std::list<qor::State> states;

@@ -1,9 +1,5 @@
 #include <memory>
 #include <random>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "TestData.h"
 #include "checksum/CRCFolding.h"
@@ -38,7 +34,7 @@ void addPieces(Checksum& checksum, const std::string& data, std::mt19937& random
     }
 }
 
-/// Takes everything down, and is read as the last bytes of it.
+/// Records the hashed bytes, and returns the last ones as the checksum.
 class Recorder : public Checksum
 {
 public:
@@ -69,7 +65,7 @@ public:
 
 } // namespace
 
-TEST(ChecksumTest, ValuesAreThoseOfOtherPrograms)
+TEST(ChecksumTest, MatchesKnownChecksums)
 {
     std::mt19937 random(6);
     MD5 digest;
@@ -129,7 +125,7 @@ TEST(ChecksumTest, EveryCRC32ImplementationMatchesBitwiseDivision)
     }
 }
 
-TEST(ChecksumTest, RegisterOfCRC32IsReadAsItIs)
+TEST(ChecksumTest, CRC32ReturnsRegisterWithoutFinalization)
 {
     CRC32 checksum(5);
     EXPECT_EQ(finished(checksum), "05000000");
@@ -148,7 +144,7 @@ TEST(ChecksumTest, RegisterOfCRC32IsReadAsItIs)
     }
 }
 
-TEST(ChecksumTest, DigestsAreReadAsTheStateIs)
+TEST(ChecksumTest, MD5ReturnsStateBeforeFinalization)
 {
     MD5 digest;
     EXPECT_EQ(digest.getChecksumHex(), "0123456789abcdeffedcba9876543210");
@@ -156,10 +152,10 @@ TEST(ChecksumTest, DigestsAreReadAsTheStateIs)
     digest.addRaw(nullptr, 0);
     const std::string block = repeated("x", 64);
     digest.add(block.c_str());
-    const std::string behindBlock = digest.getChecksumHex();
+    const std::string afterBlock = digest.getChecksumHex();
     digest.add("y");
-    EXPECT_EQ(digest.getChecksumHex(), behindBlock);
-    // The padding goes in as data would.
+    EXPECT_EQ(digest.getChecksumHex(), afterBlock);
+    // The padding is hashed like data.
     MD5 padded;
     padded.add(block + "y" + '\x80' + std::string(54, '\0') + '\x08' + '\x02' +
                std::string(6, '\0'));
@@ -168,7 +164,7 @@ TEST(ChecksumTest, DigestsAreReadAsTheStateIs)
     EXPECT_NE(finished(digest), padded.getChecksumHex());
 }
 
-TEST(ChecksumTest, LengthsBeyondOneWordCount)
+TEST(ChecksumTest, MD5CountsMoreThan32BitsOfLength)
 {
     constexpr const char* DIGEST = "ea3b62c6b93cb3625a1fd76777985f5a";
     constexpr unsigned int HALF_GIB = 1u << 29;
@@ -181,7 +177,7 @@ TEST(ChecksumTest, LengthsBeyondOneWordCount)
     EXPECT_EQ(finished(carried), DIGEST);
 }
 
-TEST(ChecksumTest, KindsOfOtherPeopleAreReadAlike)
+TEST(ChecksumTest, ReadsUserDefinedChecksums)
 {
     for (const auto& test : readTable("checksum-readings")) {
         Recorder recorder(hexNumber(test[0]));
@@ -191,7 +187,7 @@ TEST(ChecksumTest, KindsOfOtherPeopleAreReadAlike)
     }
 }
 
-TEST(ChecksumTest, TreesAreFedInDocumentOrder)
+TEST(ChecksumTest, HashesTreesInDocumentOrder)
 {
     qor::XMLElement tree("");
     tree.parse("<r>0<a><b>2<!--c--></b><c><d>5</d></c>1</a><e><f></f></e></r>");

@@ -1,10 +1,11 @@
 #include "qor/Configuration.h"
 
 #include <climits>
-#include <cstdlib>
+#include <ctime>
 #include <functional>
 #include <limits>
 #include <memory>
+#include <sstream>
 
 #include "LogReader.h"
 #include "TestData.h"
@@ -18,13 +19,13 @@ namespace
 class ConfigurationTest : public LogReader
 {
 protected:
-    /// Expects no records but these, which are errors, infos or debug records with that letter.
+    /// Expects exactly these records since the last call, each after the letter of its level.
     void expectRecords(const TLines& expected) { EXPECT_EQ(takeRecords(), expected); }
 
     Configuration table{7};
 };
 
-/// Notes who was called for what, and does what it was told.
+/// Records the notifications, each after the name of the listener, and performs an action.
 struct TListener : Configuration::Listener {
     explicit TListener(TLines& notesArgument, std::string nameArgument = "")
         : notes(notesArgument), listenerName(std::move(nameArgument))
@@ -44,7 +45,7 @@ struct TListener : Configuration::Listener {
     std::function<void(const std::string&)> action;
 };
 
-TEST_F(ConfigurationTest, KeepsValuesWithinTheirLimits)
+TEST_F(ConfigurationTest, ClampsValuesToLimits)
 {
     const auto number = [](const std::string& text) { return std::strtof(text.c_str(), nullptr); };
     for (const auto& row : readTable("configuration-limits")) {
@@ -67,7 +68,7 @@ TEST_F(ConfigurationTest, KeepsValuesWithinTheirLimits)
     }
 }
 
-TEST_F(ConfigurationTest, RefusesOtherNamesAndTypes)
+TEST_F(ConfigurationTest, RejectsUnknownNamesAndWrongTypes)
 {
     EXPECT_TRUE(table.addBooleanParameter("b", true, 0));
     EXPECT_TRUE(table.addIntegerParameter("i", 3, 0, 9, 0));
@@ -75,21 +76,26 @@ TEST_F(ConfigurationTest, RefusesOtherNamesAndTypes)
     EXPECT_TRUE(table.addStringParameter("s", "text", 0, 9, 0));
     EXPECT_FALSE(table.addStringParameter("b", "other", 0, 9, 0));
     takeRecords();
-    const std::string names[] = {"b", "i", "f", "s", "B"};
-    for (std::size_t type = 0; type < 5; ++type) {
-        const std::string& name = names[type];
-        const bool answers[] = {table.setBoolean(name, true), table.getBoolean(name),
-                                table.setInteger(name, 1),    table.getInteger(name) == 1,
-                                table.setFloat(name, 1),      table.getFloat(name) != 0,
-                                table.setString(name, "x"),   !table.getString(name).empty()};
-        for (std::size_t i = 0; i < 8; ++i) {
-            EXPECT_EQ(answers[i], i / 2 == type) << name << i;
-        }
-        const std::string record = type < 4 ? "D Configuration parameter type conflict '"
-                                            : "D Access to non-existing configuration parameter '";
-        expectRecords(TLines(type < 4 ? 6 : 8, record + name + "'"));
+    const std::pair<std::string, std::string> cases[] = {{"b", "set, true, no, 0, no, 0, no, "},
+                                                         {"i", "no, false, set, 1, no, 0, no, "},
+                                                         {"f", "no, false, no, 0, set, 1, no, "},
+                                                         {"s", "no, false, no, 0, no, 0, set, x"},
+                                                         {"B", "no, false, no, 0, no, 0, no, "}};
+    for (const auto& [name, expected] : cases) {
+        std::ostringstream results;
+        results << std::boolalpha << (table.setBoolean(name, true) ? "set, " : "no, ")
+                << table.getBoolean(name) << (table.setInteger(name, 1) ? ", set, " : ", no, ")
+                << table.getInteger(name) << (table.setFloat(name, 1) ? ", set, " : ", no, ")
+                << table.getFloat(name) << (table.setString(name, "x") ? ", set, " : ", no, ")
+                << table.getString(name);
+        EXPECT_EQ(results.str(), expected) << name;
+        const bool exists = name != "B";
+        const std::string record = exists ? "D Configuration parameter type conflict '"
+                                          : "D Access to non-existing configuration parameter '";
+        expectRecords(TLines(exists ? 6 : 8, record + name + "'"));
     }
-    EXPECT_EQ(table.get("B") + (table.set("B", "true") ? "set" : ""), "");
+    EXPECT_EQ(table.get("B"), "");
+    EXPECT_FALSE(table.set("B", "true"));
     const std::string missing = "D Access to non-existing configuration parameter 'B'";
     expectRecords({missing, missing});
     EXPECT_FALSE(table.addIntegerParameter("f", 1, 0, 1, 0));
@@ -101,7 +107,7 @@ TEST_F(ConfigurationTest, RefusesOtherNamesAndTypes)
     EXPECT_EQ(table.get("f"), "1.000000");
 }
 
-TEST_F(ConfigurationTest, TakesAndGivesText)
+TEST_F(ConfigurationTest, ConvertsParametersToAndFromText)
 {
     table.addBooleanParameter("b", false, 0);
     table.addIntegerParameter("i", 0, INT_MIN, INT_MAX, 0);
@@ -117,7 +123,7 @@ TEST_F(ConfigurationTest, TakesAndGivesText)
     expectRecords({});
 }
 
-TEST_F(ConfigurationTest, TellsListenersOfChangesInOrder)
+TEST_F(ConfigurationTest, NotifiesListenersInOrder)
 {
     TLines notes;
     TListener a(notes, "a "), b(notes, "b ");
@@ -159,10 +165,12 @@ TEST_F(ConfigurationTest, TellsListenersOfChangesInOrder)
     b.action = [&](const std::string&) { copy = self; };
     copy.setInteger("none", 8);
     EXPECT_EQ(&copy.getString("text"), &text);
-    EXPECT_EQ(assigned.get("none") + copy.get("none") + text, "98text");
+    EXPECT_EQ(assigned.get("none"), "9");
+    EXPECT_EQ(copy.get("none"), "8");
+    EXPECT_EQ(text, "text");
 }
 
-TEST_F(ConfigurationTest, LetsListenersSetAndAdd)
+TEST_F(ConfigurationTest, ListenersMaySetAndAddParameters)
 {
     TLines notes;
     TListener adder(notes), second(notes, "second ");
@@ -178,13 +186,13 @@ TEST_F(ConfigurationTest, LetsListenersSetAndAdd)
         }
     };
     table.addIntegerParameter("other", 0, 0, 1, 0);
-    // Its own name is its value.
+    // The value equals the name.
     table.addStringParameter(name, name, 0, 99, 0);
     table.setString(table.getString(name), "x");
     EXPECT_EQ(notes, (TLines{name, "other", "second other", "second " + name}));
 }
 
-TEST_F(ConfigurationTest, TakesArgumentsThatReferToItself)
+TEST_F(ConfigurationTest, AcceptsArgumentsThatReferToParameters)
 {
     const std::string longText(100, 'l');
     table.addStringParameter("a", longText, 0, 999, 0);
@@ -199,7 +207,7 @@ TEST_F(ConfigurationTest, TakesArgumentsThatReferToItself)
     EXPECT_EQ(table.getString("a"), "new");
 }
 
-TEST(ConfigurationInstanceTest, IsTheFirstThatIsAlive)
+TEST(ConfigurationInstanceTest, IsFirstLivingInstance)
 {
     EXPECT_EQ(Configuration::getInstance(), nullptr);
     auto first = std::make_unique<Configuration>(1);
@@ -234,7 +242,7 @@ protected:
     const std::string m_Usual = "true 5 0.250000 text";
 };
 
-TEST_F(ConfigurationFileTest, StartsWithoutAFileAndGoesOnWithIt)
+TEST_F(ConfigurationFileTest, CreatesMissingFileOnSave)
 {
     EXPECT_FALSE(table.save());
     expectRecords({"E Attempt to save configuration without file name (not loaded from a file)"});
@@ -259,7 +267,7 @@ TEST_F(ConfigurationFileTest, StartsWithoutAFileAndGoesOnWithIt)
     expectRecords({});
 }
 
-TEST_F(ConfigurationFileTest, ReadsWhatIsStored)
+TEST_F(ConfigurationFileTest, LoadsStoredValuesByVersion)
 {
     for (const auto& row : readTable("stored-configurations")) {
         const Configuration former(table);
@@ -270,11 +278,19 @@ TEST_F(ConfigurationFileTest, ReadsWhatIsStored)
         expectRecords(split(row[2], "; "));
         table = former;
     }
+    Configuration versioned(9);
+    versioned.addBooleanParameter("b", true, 9);
+    versioned.addFloatParameter("f", 0.5f, 0, 1, 9);
+    qor::XMLElement old("");
+    old.parse("<r><version>8</version><b>false</b><f>1</f></r>");
+    EXPECT_TRUE(versioned.load(&old));
+    EXPECT_EQ(versioned.get("b"), "true");
+    EXPECT_EQ(versioned.get("f"), "0.500000");
     EXPECT_FALSE(table.load(static_cast<const qor::XMLElement*>(nullptr)));
     EXPECT_FALSE(table.save(static_cast<qor::XMLElement*>(nullptr)));
 }
 
-TEST_F(ConfigurationFileTest, LooksEachPathUpInATreeThatListenersEdit)
+TEST_F(ConfigurationFileTest, ListenersMayEditLoadedTree)
 {
     qor::XMLElement root("");
     ASSERT_GE(root.parse("<r><version>7</version><b>false</b><group><i>1</i><f>1</f></group>"
@@ -291,7 +307,7 @@ TEST_F(ConfigurationFileTest, LooksEachPathUpInATreeThatListenersEdit)
     EXPECT_EQ(notes, (TLines{"b", "group/i", "group/f"}));
 }
 
-TEST_F(ConfigurationFileTest, FindsElementsInAnyOrderAmongMany)
+TEST_F(ConfigurationFileTest, FindsFirstElementsAmongManyInAnyOrder)
 {
     constexpr int COUNT = 100;
     qor::XMLElement root("r"), expected("");
@@ -321,7 +337,29 @@ TEST_F(ConfigurationFileTest, FindsElementsInAnyOrderAmongMany)
     EXPECT_EQ(root.toString(), expected.toString());
 }
 
-TEST_F(ConfigurationFileTest, TreatsPathsAndTextsWithZeroBytes)
+TEST_F(ConfigurationFileTest, LoadsAndSavesInLinearTime)
+{
+    const auto measure = [](int count) {
+        Configuration many(0);
+        qor::XMLElement root("r");
+        for (int i = 0; i < count; ++i) {
+            many.addIntegerParameter("n" + std::to_string(i), 0, 1, 0, 0);
+            root.createChild("n" + std::to_string(count - 1 - i));
+        }
+        std::clock_t best = std::numeric_limits<std::clock_t>::max();
+        for (int run = 0; run < 3; ++run) {
+            const std::clock_t begin = std::clock();
+            many.load(&root);
+            many.save(&root);
+            best = std::min(best, std::clock() - begin);
+        }
+        return best;
+    };
+    const std::clock_t tick = CLOCKS_PER_SEC / 1000;
+    EXPECT_LT(measure(16000), 64 * (measure(1000) + tick)) << "quadratic time: 256 times as long";
+}
+
+TEST_F(ConfigurationFileTest, ZeroBytesEndPathsAndStoredTexts)
 {
     const std::string file = write("a.xml", "<c><b>false</b></c>");
     EXPECT_TRUE(table.load(file + '\0'));
@@ -337,7 +375,7 @@ TEST_F(ConfigurationFileTest, TreatsPathsAndTextsWithZeroBytes)
     EXPECT_EQ(table.getString("s") + table.getString("last"), "az");
 }
 
-TEST_F(ConfigurationFileTest, TellsWhyAFileIsNotReadOrWritten)
+TEST_F(ConfigurationFileTest, ReportsFileErrors)
 {
     const std::string broken = write("broken", "<a><b>false</a>"), missing = path("missing/a");
     EXPECT_FALSE(table.load(broken));
@@ -356,7 +394,9 @@ TEST_F(ConfigurationFileTest, SavesIntoAnElement)
     high.addStringParameter("a//", "2", 0, 9, 0);
     high.addStringParameter("/a/y", "3", 0, 9, 0);
     high.addStringParameter("version", "kept", 0, 9, 0);
-    qor::XMLElement root("");
+    qor::XMLElement root(""), saved("r");
+    EXPECT_TRUE(Configuration(0x80000001).save(&saved));
+    EXPECT_EQ(saved.toString(), "<r><version>-2147483647</version></r>");
     ASSERT_GE(root.parse("<r>text<a>old</a><z>stays</z><a><x>second</x></a></r>"), 0);
     EXPECT_TRUE(high.save(&root));
     EXPECT_EQ(root.toString(), "<r><a><x><>2</>1</x><y>3</y>old</a><z>stays</z>"

@@ -2,11 +2,7 @@
 
 #include <algorithm>
 #include <functional>
-#include <string>
 #include <type_traits>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "TestData.h"
 
@@ -109,7 +105,7 @@ TEST(ConsoleTest, SplitsAndDispatchesLines)
     EXPECT_EQ(other, "x");
 }
 
-TEST(ConsoleTest, CommandsMayChangeTheConsoleTheyRunIn)
+TEST(ConsoleTest, CommandsMayChangeTheirConsole)
 {
     Console console(-1);
     TCommand once;
@@ -137,7 +133,7 @@ TEST(ConsoleTest, KeepsNoOutputWithMaximumZero)
     EXPECT_EQ(console.getOutputModCount(), 5u);
 }
 
-TEST(ConsoleTest, KeepsTheNewestLines)
+TEST(ConsoleTest, KeepsNewestLines)
 {
     for (const int most : {0, 1, 2, 5, -1}) {
         Console console(most);

@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <string>
 
-/// Sets an environment variable of this process; null removes it. On Windows an empty value does so
-/// too.
+/// Sets an environment variable of this process; null removes it. On Windows, an empty value also
+/// removes it.
 inline void setVariable(const char* name, const char* value)
 {
 #ifdef _WIN32

@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <new>
 
-// Replaces the allocator of the program, so it belongs into one of its sources. All forms are here
-// but those for stricter alignments, since sanitizers have each of their own. A compiler that
-// inlined one of a pair alone would take the two for mismatched.
+// Replaces the allocator of the program, so exactly one source file includes it. The forms for
+// larger alignments are missing. The functions are not inlined, since compilers would otherwise
+// report mismatched pairs.
 
 constexpr long NEVER = -1;
 inline std::atomic<long> liveBlocks = 0;

@@ -1,12 +1,8 @@
 #include "qor/File.h"
 
-#include <atomic>
-#include <filesystem>
-#include <functional>
-#include <future>
 #include <map>
-#include <vector>
 
+#include "Concurrency.h"
 #include "Environment.h"
 #include "LogReader.h"
 #include "TestData.h"
@@ -35,7 +31,7 @@ constexpr bool IS_WINDOWS = true;
 constexpr bool IS_WINDOWS = false;
 #endif
 
-/// Leaves the system's own words out on Windows, where they depend on the user's language.
+/// Removes the error texts of the system on Windows, where they depend on the user's language.
 TLines withoutSystemText(TLines records)
 {
     for (std::string& record : records) {
@@ -131,14 +127,14 @@ TEST_F(FileTest, CreatesUserDataDirectory)
     EXPECT_EQ(takeRecords(), TLines{});
 }
 
-TEST_F(FileTest, CreatesUserDataDirectoryInSeveralThreadsAtOnce)
+TEST_F(FileTest, ThreadsCreateSameUserDataDirectory)
 {
     for (int round = 0; round < 100; ++round) {
         setVariable("QOR_USER_DATA_DIR", ("data" + std::to_string(round)).c_str());
         std::atomic<int> waiting{4};
         std::vector<std::future<std::string>> results;
         for (int i = 0; i < 4; ++i) {
-            results.push_back(std::async(std::launch::async, [&waiting] {
+            results.push_back(onThread([&waiting] {
                 for (--waiting; waiting > 0;) {
                 }
                 return File::getUserDataDirectory("", true);

@@ -1,4 +1,4 @@
 #pragma once
 
-/// Returns a number that grows with the files that this process has open.
+/// Returns a number that increases with each open file of this process.
 int countHandles();

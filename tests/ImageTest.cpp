@@ -2,11 +2,8 @@
 #include <limits>
 #include <map>
 #include <numeric>
-#include <string>
+#include <set>
 #include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "PixelData.h"
 #include "TestData.h"
@@ -61,48 +58,6 @@ Ints runOnRectangle(const std::string& operation, Rectangle r, Ints a)
         {"intersect", [&] { return edgesOf({r.intersect(first)}); }},
         {"combine", [&] { return edgesOf({r.combine(first)}); }}};
     return operations.at(operation)();
-}
-
-/// Returns pixels of few values, so that each test passes some of them: many are black, and alphas
-/// lie around the thresholds.
-Pixels randomPixels(Random& random, std::size_t count)
-{
-    Pixels pixels(count);
-    for (std::uint32_t& pixel : pixels) {
-        const std::uint32_t alpha = random() % 3 + 127, color = random() % 4;
-        pixel = alpha << 24 | (color == 3 ? random() & 0xFFFFFF : color << 8 * (random() % 3));
-    }
-    return pixels;
-}
-
-struct TTest {
-    int alphaLevel, newAlpha, scale;
-};
-
-/// Transfers one pixel after the other, as the reference for blit(). `from` and `to` are the
-/// indexes of the first pixels.
-int referenceTransfer(const Image& source, int from, int width, int height, Pixels& target, int to,
-                      int targetPitch, const TTest& test)
-{
-    const int step = std::max(test.scale, 1), pitch = source.getWidth();
-    const bool isPlain = test.alphaLevel == Image::AL_NONE && step == 1;
-    int count = 0;
-    for (int row = 0; row < height / step; ++row) {
-        for (int column = 0; column < width / step; ++column) {
-            const int start = from + row * (pitch * step - width % step);
-            const std::uint32_t pixel = source.getData()[start + column * step];
-            const bool passes = test.alphaLevel == Image::AL_CKBLACK
-                                    ? (pixel & 0xFFFFFF) != 0
-                                    : static_cast<int>(pixel >> 24) >= test.alphaLevel;
-            if (passes && test.alphaLevel >= 0) {
-                const auto alpha = static_cast<std::uint32_t>(test.newAlpha & 0xFF) << 24;
-                target[static_cast<std::size_t>(to + row * step * targetPitch + column)] =
-                    isPlain ? pixel : (pixel & 0xFFFFFF) | alpha;
-                count += 1;
-            }
-        }
-    }
-    return isPlain ? height * pitch : count;
 }
 
 } // namespace
@@ -200,40 +155,65 @@ TEST(ImageTest, ReturnsResultsOfTransfers)
     EXPECT_EQ(pixels, (Pixels{7, 7, 0x05000007, 7}));
 }
 
-TEST(ImageTest, WritesOnlyPassingPixelsInsideTheTarget)
+TEST(ImageTest, DrawsOnlyPassingPixelsInsideTheTarget)
 {
-    Random random;
-    constexpr int S = 60, T = 47;
-    const int levels[] = {0, 1, 128, 129, 255, 256, 257, -1};
-    const auto number = [&random](int low, int high) {
-        return low + static_cast<int>(random() % static_cast<std::uint32_t>(high - low + 1));
-    };
-    for (int i = 0; i < 4000; ++i) {
-        Pixels expected = randomPixels(random, T * T);
-        const Image source = makeImage(S, S, randomPixels(random, S * S));
-        Image target = makeImage(T, T, expected);
-        const TTest test = {levels[i % 8], number(-999, 999), i % 3 ? 1 : number(2, 5)};
-        const int left = number(0, S / 2), top = number(0, S), x = number(-20, T),
-                  y = number(-20, T);
-        const Rectangle part(left, top, number(left, S), number(top, S));
-
-        // What is cut off the target is cut off the source `scale` times.
-        const int fromLeft = std::max(-x, 0), fromTop = std::max(-y, 0);
-        const int width =
-            part.getWidth() - (fromLeft + std::max(x + part.getWidth() - T, 0)) * test.scale;
-        const int height =
-            part.getHeight() - (fromTop + std::max(y + part.getHeight() - T, 0)) * test.scale;
-        const int from = (top + fromTop * test.scale) * S + left + fromLeft * test.scale;
-        const int to = std::max(y, 0) * T + std::max(x, 0);
-        int count = 0;
-        if (width > 0 && height > 0) {
-            count = referenceTransfer(source, from, width, height, expected, to, T, test);
+    Image source(8, 5);
+    for (std::uint32_t i = 0; i < 40; ++i) { // "a" to "z" are opaque, "A" to "N" less and less.
+        source.getData()[i] = i < 26 ? 0xFF000000 + 'a' + i : (154 - i) << 24 | ('A' + i - 26);
+    }
+    source.getData()[9] = source.getData()[38] = 0xFF000000; // Drawn as 0.
+    for (const std::vector<std::string>& row : readTable("drawings")) {
+        const Ints size = readInts(row[0]), at = readInts(row[2]), test = readInts(row[3]);
+        const Rectangle part(readInts(row[1]).data());
+        Image target(static_cast<unsigned>(size[0]), static_cast<unsigned>(size[1]));
+        std::fill_n(target.getData(), size[0] * size[1], '.');
+        const int result = test.empty()
+                               ? target.blit(source, part, at[0], at[1])
+                               : target.blit(source, part, at[0], at[1], test[0], test[1], test[2]);
+        const std::size_t rowSize = static_cast<std::size_t>(size[0]) + 1;
+        std::string drawing;
+        std::set<std::uint32_t> alphas{0};
+        for (const std::uint32_t pixel : pixelsOf(target)) {
+            drawing += drawing.size() % rowSize == rowSize - 1 ? "/" : "";
+            drawing += (pixel & 0xFF) == 0 ? '0' : static_cast<char>(pixel & 0xFF);
+            alphas.insert(pixel >> 24);
         }
-        EXPECT_EQ(i % 16 == 0 && test.scale == 1
-                      ? target.blit(source, part, x, y)
-                      : target.blit(source, part, x, y, test.alphaLevel, test.newAlpha, test.scale),
-                  count);
-        ASSERT_EQ(pixelsOf(target), expected)
-            << "case " << i << ": level " << test.alphaLevel << ", scale " << test.scale;
+        EXPECT_EQ(std::to_string(result) + ", alpha " + std::to_string(*alphas.rbegin()), row[4])
+            << row[1] << " to " << row[2] << ", test " << row[3];
+        EXPECT_EQ(drawing, row[5]) << row[1] << " to " << row[2] << ", test " << row[3];
+    }
+}
+
+TEST(ImageTest, TransfersRowsAsSinglePixels)
+{
+    // Rows are transferred by vector instructions, single pixels are not.
+    constexpr int S = 60, T = 47;
+    Random random;
+    const auto number = [&random](int count) { return static_cast<int>(random() % count); };
+    const auto randomImage = [&random](int size) {
+        Pixels pixels(static_cast<std::size_t>(size * size));
+        for (std::uint32_t& pixel : pixels) { // Some black ones, and alphas around the thresholds.
+            pixel = (random() % 3 + 127) << 24 | (random() % 4 == 0 ? 0 : random() & 0xFFFFFF);
+        }
+        return makeImage(static_cast<unsigned>(size), static_cast<unsigned>(size), pixels);
+    };
+    for (int i = 0; i < 300; ++i) {
+        const Image source = randomImage(S);
+        Image target = randomImage(T), expected = target;
+        const int level = Ints{0, 1, 128, 129, 255, 256, 257, -1}[number(8)];
+        const int columns = number(T), rows = number(2) + 1;
+        const int left = number(S - columns), top = number(S - rows);
+        int count = 0;
+        for (int y = 0; y < rows; ++y) {
+            for (int x = 0; x < columns; ++x) {
+                const Rectangle one(left + x, top + y, left + x + 1, top + y + 1);
+                const int result = expected.blit(source, one, x, y, level, 7, 1);
+                count += level == 0 ? 0 : result;
+            }
+        }
+        const Rectangle part(left, top, left + columns, top + rows);
+        const int result = target.blit(source, part, 0, 0, level, 7, 1);
+        EXPECT_TRUE(level == 0 || result == count) << result << ", not " << count;
+        ASSERT_EQ(pixelsOf(target), pixelsOf(expected)) << "level " << level;
     }
 }

@@ -12,7 +12,7 @@
 
 using TLines = std::vector<std::string>;
 
-/// @return the lines of a log file without their time stamps, whose form is checked
+/// @return the lines of a log file without their timestamps, whose format is checked
 inline TLines readRecords(const std::string& filename)
 {
     TLines records;
@@ -28,7 +28,7 @@ inline TLines readRecords(const std::string& filename)
     return records;
 }
 
-/// Gives each test case a log in a folder of its own.
+/// Fixture with an open log in the temporary directory.
 class LogReader : public TemporaryFolder
 {
 protected:
@@ -45,7 +45,7 @@ protected:
         TemporaryFolder::TearDown();
     }
 
-    /// @return the records since the last call, and since the opening at first
+    /// @return the records since the last call, or since the log was opened
     TLines takeRecords()
     {
         TLines records = readRecords(m_LogFile);

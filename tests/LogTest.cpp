@@ -9,15 +9,11 @@ static_assert(ERROR == 17, "the macro is restored");
 #undef ERROR
 #undef DEBUG
 
-#include <atomic>
-#include <chrono>
 #include <cstdio>
 #include <ctime>
-#include <filesystem>
-#include <future>
 #include <map>
-#include <thread>
 
+#include "Concurrency.h"
 #include "LogReader.h"
 #include "TestData.h"
 
@@ -38,7 +34,7 @@ void logAll()
     Log::debug(std::string("td%n"));
 }
 
-TEST_F(LogTest, EachLevelLetsItsRecordsPass)
+TEST_F(LogTest, FiltersRecordsByLevel)
 {
     const struct {
         int level;
@@ -89,7 +85,7 @@ TEST_F(LogTest, OpensAppendsAndCloses)
     }
 }
 
-TEST_F(LogTest, CutsFormattedMessagesOnly)
+TEST_F(LogTest, TruncatesFormattedMessagesOnly)
 {
     const std::string longest(1023, 'a');
     Log::info("%s", longest.c_str());
@@ -127,11 +123,11 @@ TEST_F(LogTest, StampsLocalTime)
         const std::string stamp = text.substr(text.rfind("I ") + 2, before.size());
         EXPECT_LE(before, stamp);
         EXPECT_LE(stamp, after);
-        std::this_thread::sleep_for(std::chrono::milliseconds(67));
+        sleepMs(67);
     }
 }
 
-TEST_F(LogTest, SharesItsFile)
+TEST_F(LogTest, SharesFileWithOtherPrograms)
 {
     Log::info("first");
     std::filesystem::resize_file(m_LogFile, 0);
@@ -143,11 +139,11 @@ TEST_F(LogTest, SharesItsFile)
     EXPECT_EQ(readRecords(moved), (TLines{"I second", "I third"}));
 }
 
-TEST_F(LogTest, KeepsLinesOfManyThreadsApart)
+TEST_F(LogTest, KeepsLinesOfThreadsSeparate)
 {
     constexpr int COUNT = 400;
     std::atomic<bool> isEnding = false;
-    const std::future<void> changer = std::async(std::launch::async, [&isEnding] {
+    const std::future<void> changer = onThread([&isEnding] {
         while (!isEnding) {
             Log::setLevel(Log::INFO);
             Log::setLevel(Log::DEBUG);
@@ -155,7 +151,7 @@ TEST_F(LogTest, KeepsLinesOfManyThreadsApart)
     });
     std::vector<std::future<void>> threads;
     for (int thread = 0; thread < 8; ++thread) {
-        threads.push_back(std::async(std::launch::async, [thread] {
+        threads.push_back(onThread([thread] {
             for (int i = 0; i < COUNT; ++i) {
                 Log::info("%d %d %s", thread, i, std::string(100, 'x').c_str());
                 Log::debug("maybe");

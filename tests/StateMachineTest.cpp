@@ -2,9 +2,6 @@
 #include <functional>
 #include <list>
 #include <map>
-#include <string>
-
-#include <gtest/gtest.h>
 
 #include "TestData.h"
 #include "qor/StateMachine.h"
@@ -170,7 +167,7 @@ TEST(StateMachineTest, EntersDeepPathsInOrder)
     }
 }
 
-TEST(StateMachineTest, StatesKnowTheirPlace)
+TEST(StateMachineTest, StatesReturnTheirPlace)
 {
     Fixture fixture("");
     State* const inner = fixture.find("A1");

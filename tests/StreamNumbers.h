@@ -6,7 +6,7 @@
 #include <sstream>
 #include <string>
 
-/// Reads a value as a stream of the classic locale does.
+/// @return the value that a stream with the classic locale reads; 0 or false on failure
 template<typename TValue>
 TValue readByStream(const std::string& text)
 {

@@ -1,8 +1,4 @@
 #include <functional>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "PixelData.h"
 #include "TemporaryFolder.h"
@@ -123,7 +119,7 @@ TEST_F(TGATest, ReadsTruncatedFiles)
     }
 }
 
-TEST_F(TGATest, ReadsFilesOfOtherPrograms)
+TEST_F(TGATest, LoadsFilesOfOtherPrograms)
 {
     for (const std::vector<std::string>& row : readTable("tga-files")) {
         Image image;

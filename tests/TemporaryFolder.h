@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
-/// Gives each test case an empty folder of its own, which is the current one until it goes with all
-/// in it at the end.
+/// Fixture with an empty temporary directory, which is the current directory until it is removed
+/// with its content after the test.
 class TemporaryFolder : public testing::Test
 {
 protected:

@@ -2,8 +2,11 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 inline std::vector<std::string> split(const std::string& text, const std::string& separator)
 {
@@ -16,8 +19,9 @@ inline std::vector<std::string> split(const std::string& text, const std::string
     return parts;
 }
 
-/// Reads the table data/NAME.txt: a case a line, its cells separated by " | ". A backslash n stands
-/// for a line feed, and lines that begin with # are remarks.
+/// Reads the table data/NAME.txt: one case per line, its cells separated by " | ". The first "\n" in a
+/// line means a line feed. Lines that begin with # are comments.
+/// @throws std::runtime_error if the file cannot be read or has no cases, so that the test fails
 inline std::vector<std::vector<std::string>> readTable(const std::string& name)
 {
     std::vector<std::vector<std::string>> table;
@@ -27,14 +31,17 @@ inline std::vector<std::vector<std::string>> readTable(const std::string& name)
         if (lineFeed != std::string::npos) {
             line.replace(lineFeed, 2, "\n");
         }
-        if (line.front() != '#') {
+        if (line.rfind('#', 0) != 0) {
             table.push_back(split(line, " | "));
         }
+    }
+    if (table.empty()) {
+        throw std::runtime_error("Cannot read the cases of " + name + ".txt");
     }
     return table;
 }
 
-/// The numbers of a cell, separated by blanks; none where it holds a dash.
+/// @return the numbers in a cell, which are separated by spaces; none if the cell is a dash
 inline std::vector<double> readNumbers(const std::string& cell)
 {
     std::vector<double> numbers;

@@ -1,18 +1,13 @@
 #include "qor/Thread.h"
 
-#include <atomic>
-#include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <ctime>
-#include <functional>
-#include <future>
 #include <memory>
-#include <thread>
-#include <vector>
 
 #include <gtest/gtest.h>
 
+#include "Concurrency.h"
 #include "qor/Condition.h"
 #include "qor/Mutex.h"
 
@@ -34,29 +29,6 @@ constexpr unsigned int GRACE_MS = 30;
 
 /// Resolution of the system's timer in milliseconds; 16 on Windows, 1 or better elsewhere.
 constexpr unsigned int TICK_MS = 16;
-
-/// Waits until other threads have made a condition true, with a limit for the busiest machine.
-bool waitUntil(const std::function<bool()>& condition)
-{
-    using namespace std::chrono;
-    const auto deadline = steady_clock::now() + seconds(30);
-    while (!condition() && steady_clock::now() < deadline) {
-        std::this_thread::sleep_for(milliseconds(1));
-    }
-    return condition();
-}
-
-struct TTask : qor::Task {
-    explicit TTask(std::function<void()> actionArgument) : action(std::move(actionArgument)) {}
-    void run() override { action(); }
-    std::function<void()> action;
-};
-
-/// Runs an action on a thread of its own. The destructor of the result waits for it.
-std::future<void> onThread(const std::function<void()>& action)
-{
-    return std::async(std::launch::async, action);
-}
 
 /// @return whether a thread ends within the grace time
 bool hasEnded(const std::future<void>& thread)
@@ -104,7 +76,7 @@ private:
     std::vector<std::future<void>> m_Threads;
 };
 
-TEST(MutexTest, IsFreeAfterAsManyUnlocksThroughAnyCopy)
+TEST(MutexTest, LocksRecursivelyThroughAnyCopy)
 {
     auto first = std::make_unique<Mutex>();
     Mutex mutex(*first), second;
@@ -119,29 +91,29 @@ TEST(MutexTest, IsFreeAfterAsManyUnlocksThroughAnyCopy)
         second.unlock();
     });
     EXPECT_FALSE(hasEnded(other));
-    mutex.unlock();
-    EXPECT_FALSE(hasEnded(other));
     second.unlock();
+    EXPECT_FALSE(hasEnded(other));
+    mutex.unlock();
 }
 
-TEST(ConditionTest, KeepsOneSignalForTheNextWait)
+TEST(ConditionTest, LatchesOneSignalForNextWait)
 {
     Waiters waiters;
     waiters.condition.signal();
-    Condition name;
-    name = waiters.condition;
-    Condition(name).signal();
+    Condition assigned;
+    assigned = waiters.condition;
+    Condition(assigned).signal();
     waiters.mutex.lock();
     waiters.condition.wait(waiters.mutex, 0);
     waiters.mutex.unlock();
     ASSERT_TRUE(waiters.add());
     Thread::sleep(GRACE_MS);
     EXPECT_EQ(waiters.released, 0);
-    waiters.condition.signal();
+    assigned.signal();
     EXPECT_TRUE(waiters.areReleased(1));
 }
 
-TEST(ConditionTest, EachSignalReleasesOneWaitingThread)
+TEST(ConditionTest, SignalReleasesLongestWaitingThread)
 {
     for (int round = 0; round < 200; ++round) {
         Waiters waiters;
@@ -161,7 +133,7 @@ TEST(ConditionTest, EachSignalReleasesOneWaitingThread)
     }
 }
 
-TEST(ConditionTest, HoldsTheLockAgainWhenTimeIsUp)
+TEST(ConditionTest, ReacquiresMutexAfterTimeOut)
 {
     Waiters waiters;
     ASSERT_TRUE(waiters.add(60000));
@@ -203,7 +175,7 @@ TEST(ConditionTest, MayBeDestroyedAsSoonAsWaitReturns)
     }
 }
 
-TEST(ConditionTest, NoLostOrSpuriousWakeUps)
+TEST(ConditionTest, NoLostOrSpuriousWakeups)
 {
     constexpr int ROUNDS = 50000;
     constexpr int THREADS = 4;
@@ -248,7 +220,7 @@ TEST(ConditionTest, NoLostOrSpuriousWakeUps)
     EXPECT_LE(wakeUps, THREADS * ROUNDS + THREADS + 1);
 }
 
-TEST(ThreadTest, IsStartedUntilItIsWaitedFor)
+TEST(ThreadTest, StartFailsUntilWaitReturns)
 {
     std::atomic<int> first = 0, second = 0;
     TTask one([&] { ++first; });
@@ -278,7 +250,7 @@ TEST(ThreadTest, IsStartedUntilItIsWaitedFor)
     thread.wait();
 }
 
-TEST(ThreadTest, RunsOnWithoutItsObject)
+TEST(ThreadTest, OutlivesItsObjectAndSharesStateWithCopies)
 {
     std::atomic<bool> mayEnd = false, isThrough = false;
     TTask task([&] {
@@ -312,7 +284,7 @@ TEST(ThreadTest, RunsOnWithoutItsObject)
     EXPECT_TRUE(waitUntil([&] { return isThrough.load(); }));
 }
 
-TEST(ThreadTest, CountsTimeSinceTheSystemStarted)
+TEST(ThreadTest, TimerAdvancesWithSleep)
 {
     const unsigned int begin = Thread::timer();
     Thread::sleep(GRACE_MS);

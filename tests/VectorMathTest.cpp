@@ -1,10 +1,6 @@
 #include <cmath>
 #include <functional>
 #include <map>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "TestData.h"
 #include "qor/Color.h"
@@ -61,7 +57,7 @@ const std::map<std::string, Operation> OPERATIONS = {
     {"Color::rgba", [](auto a, auto, auto) { return Color::rgba(a); }},
 };
 
-/// An array of one element more than a matrix, with those of a cell first.
+/// @return the array with its first elements replaced by the numbers of a cell
 std::vector<float> readArray(const std::string& cell, std::vector<float> array)
 {
     const std::vector<double> numbers = readNumbers(cell);
@@ -87,7 +83,7 @@ TEST(VectorMathTest, ComputesExactResultsAndWritesNothingElse)
     const std::vector<float> untouched(17, 99.0f);
     for (const std::vector<std::string>& row : readTable("vector-math")) {
         const std::vector<float> a = readArray(row[1], untouched), b = readArray(row[2], untouched);
-        // The result has a place of its own, or that of an input.
+        // The output is a separate array or one of the inputs.
         for (const std::vector<float>* place : {&untouched, &a, &b}) {
             std::vector<float> out = *place;
             const double number =

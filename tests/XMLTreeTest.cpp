@@ -2,12 +2,8 @@
 
 #include <cstddef>
 #include <limits>
-#include <string>
 #include <type_traits>
 #include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "TestData.h"
 
@@ -15,7 +11,7 @@ using qor::XMLElement;
 
 static_assert(std::has_virtual_destructor_v<XMLElement>);
 static_assert(std::is_nothrow_move_constructible_v<XMLElement>);
-static_assert(!std::is_convertible_v<std::string, XMLElement>, "elements are not made by chance");
+static_assert(!std::is_convertible_v<std::string, XMLElement>, "no implicit conversion from text");
 
 namespace
 {
@@ -32,7 +28,7 @@ static_assert(!CAN_BE_VALUE<XMLElement*> && !CAN_BE_VALUE<const volatile char*>)
 static_assert(!CAN_BE_VALUE<int (*)()> && !CAN_BE_VALUE<int (&)()>);
 static_assert(!CAN_BE_VALUE<int std::string::*> && !CAN_BE_VALUE<int (std::string::*)()>);
 
-/// Values stand behind children here, as the writer puts them.
+/// Values follow the children, as the writer puts them.
 constexpr const char* DOCUMENT = "<r><a><b><c>3</c>2</b><b>5</b>1</a><d>4</d><a>6</a>0</r>";
 
 XMLElement makeTree(const std::string& text = DOCUMENT)
@@ -55,7 +51,7 @@ bool isWithin(const std::string& path, const std::string& outer)
 
 } // namespace
 
-TEST(XMLTreeTest, ValuesAreText)
+TEST(XMLTreeTest, ConvertsValuesToText)
 {
     XMLElement element("a");
     const auto valueOf = [&element](auto value) {
@@ -82,11 +78,12 @@ TEST(XMLTreeTest, ValuesAreText)
     EXPECT_EQ(valueOf(-3.4028235e38f), "-340282346638528859811704183484516925440.000000");
 }
 
-TEST(XMLTreeTest, DefaultsStandForMissingElementsOnly)
+TEST(XMLTreeTest, ReturnsDefaultsForMissingElementsOnly)
 {
     const XMLElement tree = makeTree("<r><n>12abc</n><w>abc</w><t>true</t>own</r>");
-    EXPECT_EQ(tree.getValue("", "x") + tree.getValue("/n", "x") + tree.getValue("o", "x"),
-              "own12abcx");
+    EXPECT_EQ(tree.getValue("", "default"), "own");
+    EXPECT_EQ(tree.getValue("/n", "default"), "12abc");
+    EXPECT_EQ(tree.getValue("missing", "default"), "default");
     for (const auto& [path, number] : {std::pair("n", 12), {"w", 0}, {"n/n", 7}, {"m", 7}}) {
         EXPECT_EQ(tree.getValueAsInteger(path, 7), number);
         EXPECT_EQ(tree.getValueAsFloat(path, 7), static_cast<float>(number));
@@ -96,7 +93,7 @@ TEST(XMLTreeTest, DefaultsStandForMissingElementsOnly)
     EXPECT_TRUE(tree.getValueAsBoolean("m", true));
 }
 
-TEST(XMLTreeTest, PathsFollowFirstChildren)
+TEST(XMLTreeTest, FollowsFirstChildrenOfPaths)
 {
     for (const auto& test : readTable("xml-paths")) {
         XMLElement tree = makeTree(test[0]);
@@ -109,7 +106,7 @@ TEST(XMLTreeTest, PathsFollowFirstChildren)
     }
 }
 
-TEST(XMLTreeTest, ChildrenAreListedByName)
+TEST(XMLTreeTest, ListsChildrenByName)
 {
     XMLElement tree = makeTree();
     const XMLElement& constTree = tree;
@@ -118,9 +115,11 @@ TEST(XMLTreeTest, ChildrenAreListedByName)
     EXPECT_EQ(textOf(tree.getNextChild(first, "")), "<d>4</d>");
     EXPECT_EQ(textOf(constTree.getNextChild(constTree.getChild("d"), "a")), "<a>6</a>");
     EXPECT_EQ(textOf(constTree.getNextChild(first, "b")), "null");
+    EXPECT_EQ(tree.getNextChild(nullptr, ""), nullptr);
+    EXPECT_EQ(constTree.getNextChild(nullptr, ""), nullptr);
 }
 
-TEST(XMLTreeTest, ChildrenAreVisitedInRangeLoops)
+TEST(XMLTreeTest, VisitsChildrenInRangeLoops)
 {
     XMLElement tree("t");
     tree.parse("<t><a>1</a><b>2</b><a>3</a></t>");
@@ -138,7 +137,7 @@ TEST(XMLTreeTest, ChildrenAreVisitedInRangeLoops)
     }
 }
 
-TEST(XMLTreeTest, ChildrenAreDeleted)
+TEST(XMLTreeTest, DeletesChildren)
 {
     for (const auto& test : readTable("xml-deletions")) {
         XMLElement tree = makeTree(test[0]);
@@ -173,7 +172,7 @@ TEST(XMLTreeTest, ChildrenAreDeleted)
     EXPECT_EQ(tree.toString(), "<></>");
 }
 
-TEST(XMLTreeTest, CopiesShareNothing)
+TEST(XMLTreeTest, CopiesAreIndependent)
 {
     XMLElement source = makeTree();
     XMLElement copy(source), copyOfChild(source.getChild("a")), assigned("x");
@@ -187,7 +186,7 @@ TEST(XMLTreeTest, CopiesShareNothing)
     EXPECT_EQ(XMLElement(static_cast<const XMLElement*>(nullptr)).toString(), "<></>");
 }
 
-TEST(XMLTreeTest, ElementsAreAssignedWithinATree)
+TEST(XMLTreeTest, AssignsElementsWithinTree)
 {
     const std::vector<std::string> paths{"", "a", "a/b", "a/b/c", "d"};
     for (const std::string& targetPath : paths) {
@@ -216,7 +215,7 @@ TEST(XMLTreeTest, ElementsAreAssignedWithinATree)
     }
 }
 
-TEST(XMLTreeTest, MovesKeepAddressesAndEmptyTheSource)
+TEST(XMLTreeTest, MovesKeepAddressesAndClearSource)
 {
     XMLElement source = makeTree();
     XMLElement* const child = source.findChild("a/b");
@@ -228,7 +227,7 @@ TEST(XMLTreeTest, MovesKeepAddressesAndEmptyTheSource)
     EXPECT_EQ(source.findChild("a/b"), child);
     EXPECT_EQ(source.toString(), DOCUMENT);
     EXPECT_EQ(target.toString(), "<></>");
-    // A child that came by a move is still one: what is above it is copied into it.
+    // A moved child is still a child: an ancestor is copied into it.
     *child = std::move(source);
     EXPECT_EQ(child->toString(), DOCUMENT);
 }

@@ -1,4 +1,4 @@
-#include "../PlainParser.h"
+#include "../ReferenceParser.h"
 #include "FuzzInput.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -9,6 +9,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(result == -1 || static_cast<std::size_t>(std::abs(result)) <= size);
     require(qor::XMLElement(tree).toString() == tree.toString());
     const bool isDeclared = source.rfind("<?xml", 0) == 0;
-    require(source[0] != '<' || isDeclared || outcomeOf(source) == plainOutcomeOf(source));
+    require(source[0] != '<' || isDeclared || outcomeOf(source) == referenceOutcomeOf(source));
     return 0;
 }

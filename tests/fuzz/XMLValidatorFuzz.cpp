@@ -1,4 +1,4 @@
-#include "../PlainValidator.h"
+#include "../ReferenceValidator.h"
 #include "FuzzInput.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -7,9 +7,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     qor::XMLElement templateRoot(""), document("");
     templateRoot.parse(input.takeText());
     document.parse(input.takeText());
-    const std::string expected = plainFaultOf(document, templateRoot);
-    require(faultOf(document, templateRoot) == expected);
-    require(faultOf(document, templateRoot) == expected);
-    require(faultOf(qor::XMLElement(document), qor::XMLElement(templateRoot)) == expected);
+    const std::string error = referenceErrorOf(document, templateRoot);
+    require(errorOf(document, templateRoot) == error);
+    require(errorOf(document, templateRoot) == error);
+    require(errorOf(qor::XMLElement(document), qor::XMLElement(templateRoot)) == error);
     return 0;
 }

@@ -1,19 +1,15 @@
 #include "qor/Desktop.h"
 
 #include <algorithm>
-#include <chrono>
 #include <csignal>
 #include <cstdlib>
-#include <filesystem>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "Concurrency.h"
 #include "TemporaryFolder.h"
 
 namespace
@@ -42,10 +38,10 @@ protected:
         TemporaryFolder::TearDown();
     }
 
-    static constexpr int OPEN_FILE = 77;
+    static constexpr int OPEN_FILE = 37;
     static constexpr const char* PROGRAM = R"(#!/bin/sh
 [ $$ != "$HOST" ] || exit 99
-[ -e /proc/$$/fd/1 ] && [ -e /proc/$$/fd/2 ] && [ ! -e /proc/$$/fd/77 ] || fault=handles
+[ -e /proc/$$/fd/1 ] && [ -e /proc/$$/fd/2 ] && [ ! -e /proc/$$/fd/37 ] || fault=handles
 while read -r name value; do
     case $name/$value in SigBlk:/*[!0]*|SigIgn:/*[!0]*) fault=signals ;; esac
 done < /proc/$$/status
@@ -64,9 +60,7 @@ exit )";
     /// @return the names and arguments of the programs that ran since the last call
     std::string takeCalls()
     {
-        for (int i = 0; i < 20000 && access("given.done", F_OK) != 0; ++i) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
+        EXPECT_TRUE(waitUntil([] { return access("given.done", F_OK) == 0; }));
         const std::string given = read("given");
         unlink("given");
         unlink("given.done");
@@ -84,7 +78,7 @@ private:
     const pid_t m_Process = getpid();
 };
 
-TEST_F(DesktopTest, OpensAnAddressWithTheFirstOpener)
+TEST_F(DesktopTest, OpensAddressWithFirstInstalledProgram)
 {
     const auto handler = std::signal(SIGCHLD, SIG_DFL);
     const auto pipeHandler = std::signal(SIGPIPE, SIG_IGN);
@@ -115,7 +109,7 @@ TEST_F(DesktopTest, OpensAnAddressWithTheFirstOpener)
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "no child is left";
 }
 
-TEST_F(DesktopTest, OpensNothingHarmful)
+TEST_F(DesktopTest, IgnoresUnsafeAddressesAndPrograms)
 {
     addProgram("xdg-open", 0);
     for (const char* address : {"", "-h", "--version", static_cast<const char*>(nullptr)}) {
@@ -123,17 +117,17 @@ TEST_F(DesktopTest, OpensNothingHarmful)
     }
     qor::launchWebBrowser("a");
     EXPECT_EQ(takeCalls(), "[xdg-open][a]");
-    // In the current folder, where PATH has it too.
+    // Programs in the current directory are not run, even if PATH contains it.
     addProgram("gio", 0, ".");
     unlink("bin/xdg-open");
     write("bin/kde-open", "not to be run");
     setenv("PATH", (":.:" + path("bin") + ":").c_str(), 1);
     qor::launchWebBrowser("a");
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    sleepMs(100);
     EXPECT_EQ(read("given"), "");
 }
 
-TEST_F(DesktopTest, ShowsAnErrorWithTheFirstDialog)
+TEST_F(DesktopTest, ShowsErrorWithFirstInstalledDialog)
 {
     const char* const text = "-C:\\new <b>x&y</b>";
     const char* const caption = "+cap";
@@ -154,7 +148,7 @@ TEST_F(DesktopTest, ShowsAnErrorWithTheFirstDialog)
     EXPECT_EQ(takeCalls(), "[zenity][--error][--no-markup][--title=Error][--text=]");
 }
 
-TEST_F(DesktopTest, PassesTextsThatDialogsShowUnchanged)
+TEST_F(DesktopTest, EscapesTextsForDialogs)
 {
     constexpr std::size_t MAX_SIZE = 65536;
     const std::string half(MAX_SIZE / 2, 'x'), unit = "\u00FC";
@@ -198,7 +192,7 @@ TEST_F(DesktopTest, PassesTextsThatDialogsShowUnchanged)
     }
 }
 
-TEST_F(DesktopTest, ShowsAnErrorWithoutFreeDescriptors)
+TEST_F(DesktopTest, ShowsErrorWithoutFreeDescriptors)
 {
     addProgram("zenity", 0);
     rlimit former = {};

@@ -1,8 +1,5 @@
-#include <filesystem>
 #include <new>
-#include <string>
 
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 
 #include "PixelData.h"
@@ -16,7 +13,7 @@ namespace
 
 using ImageMemoryTest = TemporaryFolder;
 
-TEST_F(ImageMemoryTest, FailsWithoutLossWhereMemoryIsShort)
+TEST_F(ImageMemoryTest, ReportsMissingMemory)
 {
     constexpr rlim_t LIMIT = 1 << 30;
     rlimit former{};

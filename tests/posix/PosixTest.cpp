@@ -1,15 +1,11 @@
-#include <atomic>
-#include <chrono>
 #include <csignal>
 #include <cstdint>
-#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <functional>
 #include <future>
 #include <limits>
 #include <map>
-#include <thread>
 
 #include <pthread.h>
 #include <pwd.h>
@@ -17,6 +13,7 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+#include "Concurrency.h"
 #include "LogReader.h"
 #include "TestData.h"
 #include "qor/qor.h"
@@ -114,7 +111,7 @@ TEST_F(PosixFileTest, CreatesFilesAndDirectoriesWithDocumentedPermissions)
     umask(former);
 }
 
-TEST(PosixLoadTest, DocumentsFromPipes)
+TEST(PosixLoadTest, LoadsDocumentsFromPipes)
 {
     for (const unsigned int size : {8u, 65535u, 65536u, 65537u, 300000u}) {
         const std::string text = "<a>" + repeated("x", static_cast<int>(size - 7)) + "</a>";
@@ -133,13 +130,7 @@ TEST(PosixLoadTest, DocumentsFromPipes)
 }
 
 #ifdef __GLIBC__
-struct TTask : qor::Task {
-    explicit TTask(std::function<void()> actionArgument) : action(std::move(actionArgument)) {}
-    void run() override { action(); }
-    std::function<void()> action;
-};
-
-TEST(PosixThreadTest, ReportsThatTheSystemRefusesAThread)
+TEST(PosixThreadTest, StartFailsWithoutMemoryForThread)
 {
     pthread_attr_t usual, huge;
     pthread_getattr_default_np(&usual);
@@ -162,16 +153,16 @@ TEST(PosixThreadTest, ReportsThatTheSystemRefusesAThread)
 
 std::atomic<int> handledSignals = 0;
 
-TEST(PosixThreadTest, SignalHandlersShortenNoSleepAndNoWait)
+TEST(PosixThreadTest, SignalsDoNotShortenSleepOrWait)
 {
     struct sigaction action = {}, former = {};
     action.sa_handler = [](int) { ++handledSignals; }; // Without SA_RESTART.
     sigaction(SIGUSR1, &action, &former);
     std::atomic<bool> isEnding = false;
-    const std::future<void> sender = std::async(std::launch::async, [&, target = pthread_self()] {
+    const std::future<void> sender = onThread([&, target = pthread_self()] {
         while (!isEnding) {
             pthread_kill(target, SIGUSR1);
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            sleepMs(1);
         }
     });
     qor::Mutex mutex;
@@ -184,7 +175,7 @@ TEST(PosixThreadTest, SignalHandlersShortenNoSleepAndNoWait)
     begin = Thread::timer();
     condition.wait(mutex, TIME);
     EXPECT_GE(Thread::timer() - begin, TIME - 1);
-    const std::future<void> signaler = std::async(std::launch::async, [&] {
+    const std::future<void> signaler = onThread([&] {
         Thread::sleep(TIME);
         condition.signal();
     });
@@ -199,7 +190,7 @@ TEST(PosixThreadTest, SignalHandlersShortenNoSleepAndNoWait)
 }
 
 #ifdef CLOCK_BOOTTIME
-TEST(PosixThreadTest, CountsTimeSinceTheSystemStarted)
+TEST(PosixThreadTest, TimerStartsWithSystem)
 {
     timespec now = {};
     clock_gettime(CLOCK_BOOTTIME, &now);

@@ -48,7 +48,7 @@ class WindowsTest : public LogReader
 {
 };
 
-TEST_F(WindowsTest, ReturnsTimeAndSizeOfFilesThatNoOtherProgramUses)
+TEST_F(WindowsTest, ReturnsTimeAndSizeOfFreeFiles)
 {
     const std::string file = write("file", "12345");
     const std::pair<std::int64_t, unsigned int> times[] = {
@@ -76,7 +76,7 @@ TEST_F(WindowsTest, ReturnsTimeAndSizeOfFilesThatNoOtherProgramUses)
     EXPECT_EQ(File::fileSize(file), 7u);
 }
 
-TEST_F(WindowsTest, RenamesToNewNamesOnly)
+TEST_F(WindowsTest, RenameDoesNotReplaceFiles)
 {
     EXPECT_FALSE(File::renameFile(write("old", "1"), write("new", "2")));
     EXPECT_EQ(read("old") + read("new"), "12");
@@ -84,7 +84,7 @@ TEST_F(WindowsTest, RenamesToNewNamesOnly)
                                     "' failed: File exists"});
 }
 
-TEST_F(WindowsTest, FindsTheRoamingApplicationData)
+TEST_F(WindowsTest, FindsRoamingApplicationData)
 {
     _putenv_s("QOR_USER_DATA_DIR", "");
     const char* const roaming = std::getenv("APPDATA");
@@ -92,7 +92,7 @@ TEST_F(WindowsTest, FindsTheRoamingApplicationData)
     EXPECT_EQ(File::getUserDataDirectory("host", false), File::standardizePath(roaming) + "/host");
 }
 
-TEST_F(WindowsTest, LogsWithTheSystemsLineEndsAtTheEndOfTheFile)
+TEST_F(WindowsTest, AppendsLogLinesWithCRLF)
 {
     Log::info("two\nlines");
     Log::info(std::string(5000, '\n'));
@@ -109,7 +109,7 @@ TEST_F(WindowsTest, LogsWithTheSystemsLineEndsAtTheEndOfTheFile)
     EXPECT_EQ(read("test.log").substr(0, text.size()), text);
 }
 
-TEST_F(WindowsTest, WritesNumbersAsInTheClassicLocale)
+TEST_F(WindowsTest, WritesNumbersInClassicLocale)
 {
     ASSERT_TRUE(std::setlocale(LC_ALL, "German_Germany.1252"));
     Log::info("%.2f %g %zu %-5s| %*.*Lf %d%% %lld %c %#x %.3s %+d", 1234.5, 0.5, std::size_t{7},
@@ -138,7 +138,7 @@ TEST_F(WindowsTest, ChildProcessesInheritNoHandle)
     EXPECT_EQ(logs, 1);
 }
 
-TEST_F(WindowsTest, LoadsTextWithEitherLineEnd)
+TEST_F(WindowsTest, LoadsBothLineEnds)
 {
     const std::pair<std::string, std::string> cases[] = {{"a\r\nb\r\n\r\nc", "a\nb\n\nc"},
                                                          {"a\rb\x1A"
@@ -164,7 +164,7 @@ TEST_F(WindowsTest, LoadsTextWithEitherLineEnd)
     EXPECT_EQ(read("file"), "<a>b\nc</a>");
 }
 
-TEST_F(WindowsTest, SavesReplaceTheFileAsAWhole)
+TEST_F(WindowsTest, SaveReplacesFileAtomically)
 {
     const std::string file = write("file", std::string(100, 'x')), text = "<a>b</a>";
     XMLElement tree("a");

@@ -8,9 +8,9 @@
 #include "qor/StringUtil.h"
 #include "qor/XMLElement.h"
 
-/// Reads documents that begin with a tag, step by step and without any thought of speed. What it
-/// has read it writes at once: children in front of the value, and nothing but the tag of comments.
-struct TPlainParser {
+/// Parses documents that begin with a tag, byte by byte without regard to speed. Writes each element
+/// as soon as it is read: children before the value, and only the tag of a comment.
+struct TReferenceParser {
     std::string source, message = {}, text = {}, location = {};
     std::size_t position = 1;
 
@@ -61,7 +61,7 @@ struct TPlainParser {
             }
         }
         location.resize(outerSize);
-        // Entities are written as they were read. An ampersand that begins no entity is dropped.
+        // Entities are written as they were read. An ampersand outside an entity is dropped.
         const std::set<std::string> ENTITIES{"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"};
         const std::map<char, std::string> ESCAPED{{'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&apos;"}};
         value = qor::StringUtil::trim(value);
@@ -78,7 +78,7 @@ struct TPlainParser {
     }
 };
 
-/// What parse() answers, and with it the text of the tree or the message of a failure.
+/// @return the result of parse() and the text of the tree or the error message
 inline std::string outcomeOf(const std::string& source)
 {
     qor::XMLElement tree("old");
@@ -88,10 +88,10 @@ inline std::string outcomeOf(const std::string& source)
            (result < 0 ? qor::XMLElement::getLastError() : tree.toString());
 }
 
-/// The same by the plain parser.
-inline std::string plainOutcomeOf(const std::string& source)
+/// @return the same, as the reference parser finds it
+inline std::string referenceOutcomeOf(const std::string& source)
 {
-    TPlainParser parser{source};
+    TReferenceParser parser{source};
     const std::string root = parser.readTag();
     if (parser.message.empty()) {
         parser.readElement(root);

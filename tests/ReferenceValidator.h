@@ -8,14 +8,14 @@
 
 #include "qor/XMLElement.h"
 
-/// What XMLElement::validate tells of a document, nothing if it fits.
-inline std::string faultOf(const qor::XMLElement& document, const qor::XMLElement& templateRoot)
+/// @return the error that XMLElement::validate reports; "valid" without one
+inline std::string errorOf(const qor::XMLElement& document, const qor::XMLElement& templateRoot)
 {
     qor::XMLElement("").parse("");
     const std::string before = qor::XMLElement::getLastError();
     const bool fits = document.validate(&templateRoot);
     const std::string after = qor::XMLElement::getLastError();
-    return fits == (after == before) ? (fits ? "" : after) : "result and message differ";
+    return fits == (after == before) ? (fits ? "valid" : after) : "result and message differ";
 }
 
 inline std::vector<const qor::XMLElement*> childrenOf(const qor::XMLElement& element)
@@ -27,7 +27,7 @@ inline std::vector<const qor::XMLElement*> childrenOf(const qor::XMLElement& ele
     return children;
 }
 
-/// @return -1 for a number below the range that a part of a rule gives, 1 for one above it
+/// @return -1 for a number below the range in a part of a rule, 1 for a number above it, else 0
 inline int compareToRange(std::size_t number, const std::string& range)
 {
     const auto limitOf = [](const std::string& text) {
@@ -39,8 +39,8 @@ inline int compareToRange(std::size_t number, const std::string& range)
     return number > upper ? 1 : number < limitOf(range) ? -1 : 0;
 }
 
-/// The same by validation at its plainest.
-inline std::string plainFaultOf(const qor::XMLElement& element, const qor::XMLElement& rules)
+/// @return the same, found one rule after the other without regard to speed
+inline std::string referenceErrorOf(const qor::XMLElement& element, const qor::XMLElement& rules)
 {
     const std::string rule = rules.getValue(), lengths = rule.substr(rule.find(':') + 1);
     if (rule.find(':') == std::string::npos) {
@@ -62,7 +62,7 @@ inline std::string plainFaultOf(const qor::XMLElement& element, const qor::XMLEl
         const std::string name = one->getName(), counts = one->getValue();
         const std::size_t colon = counts.find(':');
         if (colon == std::string::npos) {
-            return plainFaultOf(element, *one);
+            return referenceErrorOf(element, *one);
         }
         std::size_t count = 0;
         for (const auto* child : children) {
@@ -72,14 +72,14 @@ inline std::string plainFaultOf(const qor::XMLElement& element, const qor::XMLEl
             if (compareToRange(++count, counts.substr(0, colon)) > 0) {
                 return "Too many '" + name + "' elements";
             }
-            const std::string fault = plainFaultOf(*child, *one);
-            if (!fault.empty()) {
-                return fault;
+            const std::string error = referenceErrorOf(*child, *one);
+            if (error != "valid") {
+                return error;
             }
         }
         if (compareToRange(count, counts.substr(0, colon)) < 0) {
             return "Too few '" + name + "' elements";
         }
     }
-    return "";
+    return "valid";
 }
