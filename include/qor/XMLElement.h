@@ -334,7 +334,8 @@ public:
     ///        between the tags
     /// @return the size of the text in bytes, at most the maximum `int`; -1 if the file cannot be
     ///         opened for writing, for example a pipe without a reader. A failed write, as on a
-    ///         full disk, is not reported: compare the size of the file with the result.
+    ///         full disk, is not reported: compare the size of the file with the result, or its
+    ///         content with toString(formatted), since the old content may have the same size.
     /// @throws std::bad_alloc. The file is then unchanged.
     int save(const std::string& filename, bool formatted) const;
 
