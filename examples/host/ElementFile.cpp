@@ -38,11 +38,16 @@ std::string saveElement(const qor::XMLElement& element, const std::string& filen
     if (size < 0) {
         return "Cannot save " + quote(filename) + ": " + qor::XMLElement::getLastError();
     }
-    // XMLElement::save does not report a full disk, but then the file is shorter than the text.
+    // `save` reports only whether the file could be opened. A failed write shows in the file.
     const unsigned int fileSize = qor::File::fileSize(filename);
     if (fileSize != static_cast<unsigned int>(size)) {
         return "Cannot save " + quote(filename) + ": the file has " + std::to_string(fileSize) +
                " of " + std::to_string(size) + " bytes. Is the disk full?";
+    }
+    // A file that could not be replaced has its old content, which may have the same size.
+    if (readText(filename) != element.toString(isFormatted)) {
+        return "Cannot save " + quote(filename) +
+               ": the file still has its old content. Is the disk full?";
     }
     return "";
 }

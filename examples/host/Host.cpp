@@ -23,7 +23,7 @@ constexpr char ENTER = 13;
 constexpr char DELETE_LAST = 10;
 
 /// Creates a directory and its missing parents, for this user alone, as the XDG base directory
-/// specification requires.
+/// standard requires.
 void createPrivateDirectories(const std::filesystem::path& path)
 {
     std::error_code error;

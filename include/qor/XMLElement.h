@@ -155,7 +155,8 @@ public:
     ///        between the tags
     /// @return the size of the text in bytes, at most the maximum `int`; -1 if the file cannot be
     ///         opened for writing, for example a pipe without a reader. A failed write, as on a
-    ///         full disk, is not reported: compare the size of the file with the result.
+    ///         full disk, is not reported: the file then has its old content, whose size may be the same.
+    ///         Compare its content with toString().
     /// @throws std::bad_alloc if there is not enough memory; the file is unchanged then
     int save(const std::string& filename, bool formatted) const;
 
