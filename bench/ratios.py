@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Prints the time of qortk divided by the times of its peers: python3 bench/ratios.py RESULT.json...
 
 Each file is the output of one benchmark program with --benchmark_format=json. The minimum time of all

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Compiler and linker options of all targets. They do not affect projects that use the library.
 
 set(QORTK_WARNINGS

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The Debian packages: libqortk1, libqortk-dev and, if scripts/docs.sh has built the guide, libqortk-doc. The preset
 # `package` enables QORTK_DEBIAN_PACKAGES and installs to /usr.
 

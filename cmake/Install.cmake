@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Install rules for the headers, the library, the CMake package and the pkg-config file. The component `runtime` has
 # the shared library for existing programs. The component `development` has all other files.
 

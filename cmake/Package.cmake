@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Configuration of `cpack`, which makes an archive of the installed files and, if enabled, the Debian packages.
 
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")

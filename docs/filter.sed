@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Turns pages that read well in a repository viewer into pages for Doxygen.
 # Titles: "# Title <!-- name -->".
 s/^# \(.*\) <!-- mainpage -->$/# \1 {#mainpage}/

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the benchmarks of this and other libraries, runs them, and writes the ratios of their times to
 # build/bench/ratios.md. Takes less than ten minutes.
 #   scripts/bench.sh               all benchmarks

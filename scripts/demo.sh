@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the example host and runs it.
 #   scripts/demo.sh           runs a script of commands on the sample document
 #   scripts/demo.sh FILE.xml  opens another document; "help" lists the commands

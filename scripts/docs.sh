@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the reference and the guide. Fails if a public name, parameter or result has no description, or if a program
 # on a page differs from its file.
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Copies programs and their output into the code blocks of the guide.
 
 A block follows a line `<!-- embed PATH -->`. With --check, the script changes nothing and lists the pages whose

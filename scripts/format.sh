@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Formats the C++ files. With --check, lists the files that need formatting and fails if there are any.
 set -euo pipefail
 

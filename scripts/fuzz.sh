@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Runs fuzz targets, each with its corpus. Stops at the first target that finds a bug. Stores new inputs in
 # build/fuzz/corpus and the failing input in build/fuzz.
 #   scripts/fuzz.sh [SECONDS] [TARGET...]   all targets, 30 seconds each, by default

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Checks the library and the examples by static analysis with clang-tidy and cppcheck. .clang-tidy lists the checks of
 # clang-tidy. The checks that cppcheck omits are listed below.
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Mutation testing: plants bugs in src/, one at a time, and checks that a test finds each of them.
 
     scripts/mutate.py                          20 mutations in each directory of src/

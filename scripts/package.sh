@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Makes the archive and the Debian packages, which include the guide if scripts/docs.sh has built it.
 #   scripts/package.sh [DIRECTORY]   in build/package by default
 set -euo pipefail

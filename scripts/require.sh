@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Sourced by the other scripts: checks for the packages that they need.
 
 # require PACKAGE:TEST... installs missing Debian packages. TEST is a shell command that succeeds if the package is

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Adds the guide's headings and concepts to the search index of the built pages.
 
     scripts/search_index.py build/docs/html

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Compares the shared library's binary interface with its stored form: the exported symbols with
 # src/exported-symbols.txt, and the layout of the public types with src/binary-interface.abi.gz. A change of either
 # breaks existing programs.

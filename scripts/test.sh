@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds everything and runs the tests.
 #   scripts/test.sh [PRESET]   PRESET is release (the default), debug, asan, tsan or clang
 #   scripts/test.sh fallbacks  builds a static library without the system functions and processor instructions

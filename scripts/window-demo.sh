@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds and starts qorharbour, the example program with a window. Without a display, it runs 300 frames and prints
 # the checksums of the last one.
 #   scripts/window-demo.sh [ARGUMENT...]   arguments of qorharbour

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Some system headers define these words as macros.
 #define ERROR 17
 #define DEBUG

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "qor/Thread.h"
 
 #include <csignal>

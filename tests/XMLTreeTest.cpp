@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "qor/XMLElement.h"
 
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ReferenceValidator.h"
 #include "TestData.h"
 #include "qor/XMLElement.h"

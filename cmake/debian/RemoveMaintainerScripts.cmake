@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Removes the scripts that call ldconfig, which CPack adds to every package with a shared library. The trigger of the
 # package calls ldconfig once per installation of any number of packages.
 foreach(package IN LISTS CPACK_PACKAGE_FILES)

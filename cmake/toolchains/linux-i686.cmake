@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Debian's cross compiler for Linux on 32-bit x86. Programs are linked statically, so that they run without the
 # libraries of the target system.
 set(CMAKE_SYSTEM_NAME Linux)

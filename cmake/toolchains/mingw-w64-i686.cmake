@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # MinGW-w64 for Windows on 32-bit x86.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR i686)

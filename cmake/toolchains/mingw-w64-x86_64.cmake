@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # MinGW-w64 for Windows on x86-64.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Computes checksums of data and of a document, and implements another checksum.
 #include <iostream>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Declares settings, receives change notifications, saves the settings, and loads an older file.
 #include <fstream>
 #include <iostream>

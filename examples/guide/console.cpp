@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Adds a command and a variable to a console, and types command lines.
 #include <iostream>
 #include <string>

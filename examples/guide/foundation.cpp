@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads the sizes of files on a second thread, and writes a log.
 #include <deque>
 #include <fstream>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Paints a sprite, copies it to the points of a spiral, and saves the picture.
 #include <cmath>
 #include <iostream>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Loads a document, reads a setting, and logs what happened.
 #include <iostream>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The states of a ferry. It is moored or under way; under way, it is cruising or slow.
 #include <iostream>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads a document, changes it, saves it, and validates it against a template.
 #include <iostream>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Sky.h"
 
 #include <algorithm>

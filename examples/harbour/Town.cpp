@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Town.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ElementFile.h"
 
 #include <fstream>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "LogCommands.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "SettingsCommands.h"
 
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "SourceCheck.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Shows a console in a window of your own: characters go in, lines come out when they have changed.
 #include <algorithm>
 #include <iostream>

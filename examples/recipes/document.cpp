@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Loads a document, checks it, changes it and saves it, and reports every failure.
 #include <fstream>
 #include <iostream>

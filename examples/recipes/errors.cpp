@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Logs to standard error instead of a file.
 #include <iostream>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keeps the elements of a settings file that no parameter names, such as those of a newer version.
 #include <fstream>
 #include <iostream>

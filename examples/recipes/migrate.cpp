@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads the settings of older versions: a setting with a new meaning, and one with a new name.
 #include <fstream>
 #include <iostream>

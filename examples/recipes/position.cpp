@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Turns the position of a parser error into a line and a column.
 #include <algorithm>
 #include <iostream>

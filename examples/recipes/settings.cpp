@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keeps a window's size in the settings: limits, changes that apply at once, and saving on exit.
 #include <iostream>
 #include <string>

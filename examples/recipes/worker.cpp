@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs work on a thread, shows its progress, and cancels it.
 #include <iostream>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shared/BitmapFont.h"
 
 BitmapFont::BitmapFont(const qor::Image& glyphs, std::uint32_t color) : m_Glyphs(glyphs)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shared/ElementPath.h"
 
 #include <charconv>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shared/LineEditor.h"
 
 #include <utility>

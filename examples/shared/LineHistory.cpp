@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shared/LineHistory.h"
 
 void LineHistory::add(const std::string& line)

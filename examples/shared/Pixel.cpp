@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shared/Pixel.h"
 
 TColor makeColor(Pixel pixel)

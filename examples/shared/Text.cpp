@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shared/Text.h"
 
 #include <algorithm>

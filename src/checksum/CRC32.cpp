@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "qor/CRC32.h"
 
 #include <cstddef>

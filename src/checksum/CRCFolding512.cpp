@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "checksum/CRCFoldingKernel.h"
 #include "checksum/CRCFoldingWide.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "checksum/CRCTables.h"
 
 #include "foundation/LittleEndian.h"

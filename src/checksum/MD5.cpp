@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "qor/MD5.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "checksum/CRCFolding.h"
 
 namespace qor

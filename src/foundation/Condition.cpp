@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "qor/Condition.h"
 
 #include "platform/Platform.h"

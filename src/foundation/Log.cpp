@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "qor/Log.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "qor/Mutex.h"
 
 #include "platform/Platform.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "qor/Version.h"
 
 namespace qor

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "qor/Matrix.h"
 
 #include <cmath>

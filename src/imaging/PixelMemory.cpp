@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "imaging/PixelMemory.h"
 
 #include <cstddef>

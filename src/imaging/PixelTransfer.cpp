@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "imaging/PixelTransfer.h"
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "qor/State.h"
 
 #include "qor/StateMachine.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "qor/StateMachine.h"
 
 #include <algorithm>

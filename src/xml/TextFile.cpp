@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "xml/TextFile.h"
 
 #include <algorithm>

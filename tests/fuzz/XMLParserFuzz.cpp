@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "../ReferenceParser.h"
 #include "FuzzInput.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "../ReferenceValidator.h"
 #include "FuzzInput.h"
 

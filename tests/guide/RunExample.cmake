@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Runs PROGRAM, under EMULATOR if that is set, in the empty directory FOLDER and compares its output with the
 # file EXPECTED. Line ends may be those of Windows.
 file(REMOVE_RECURSE ${FOLDER})

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Runs HARBOUR without a screen in the empty folder FOLDER, next to the scenes beside this file, with each line of
 # COMMANDS as a command of its console, and compares its output and the checksum of its last frame with EXPECTED.
 file(REMOVE_RECURSE ${FOLDER})

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Starts qorharbour on a screen in memory and works with it by keys: console, typing, history, leaving with an answer.
 #   window.sh PROGRAM
 set -euo pipefail

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Runs HOST with the commands of the file INPUT in the new directory FOLDER. With DOCUMENT it works on
 # a copy of that file, and with SETTINGS on a copy of those settings. The test fails unless the exit
 # status is STATUS and the output is the content of the file EXPECTED, apart from times.

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Starts HOST on the full screen of a pseudo-terminal, types commands, checks the screen, and quits.
 #   tests/host/screen.sh HOST DOCUMENT
 set -euo pipefail

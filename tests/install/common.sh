@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Common functions of the scripts in this directory, which source it.
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Makes the packages, checks their content, installs those for Debian, builds programs against them and
 # against the archive, and removes the packages again.
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Installs the library, shared and static, and builds a program against it in all ways there are.
 set -euo pipefail
 

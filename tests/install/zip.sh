@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Makes the zip for Windows, builds a program against its files alone, and runs it under Wine.
 set -euo pipefail
 

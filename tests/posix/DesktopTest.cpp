@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "qor/Desktop.h"
 
 #include <algorithm>

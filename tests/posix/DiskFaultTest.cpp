@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // This program replaces read(), which fortified system headers define.
 #undef _FORTIFY_SOURCE
 

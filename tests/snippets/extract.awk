@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Turns the code blocks of a header (@code) or a page (```cpp) into a source file. A block of statements becomes
 # a function; one that begins with a function definition is compiled as it is, in a namespace of its own.
 # Embedded programs are left out: they are compiled as such.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "HandleCount.h"
 
 #include <windows.h>

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Draws the TGA files in this directory: ships with alpha, gulls on a black color key, and the font."""
 import math
 import os

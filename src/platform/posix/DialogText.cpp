@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/posix/DialogText.h"
 
 namespace qor::platform

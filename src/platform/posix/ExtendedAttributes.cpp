@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/posix/ExtendedAttributes.h"
 
 #ifdef QORTK_HAS_XATTR
