@@ -28,7 +28,7 @@ public:
         m_IsChanged = true;
     }
 
-    /// Call it once per frame. Draws only what has changed since the last call.
+    /// Draws the console if it has changed. Call it once per frame.
     void draw()
     {
         const unsigned int modCount =

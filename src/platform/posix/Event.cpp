@@ -41,7 +41,7 @@ timespec getDeadline(unsigned int milliseconds)
 
 /// A condition variable of the process-wide pool, which never destroys one: `set` signals it after
 /// unlocking the event's mutex, when the released thread may have left already. If another waiter
-/// uses it by then, that one checks its own flag and continues to wait.
+/// uses it by then, that waiter sees its own flag unchanged and continues to wait.
 struct TCondition {
     pthread_cond_t condition;
     TCondition* next = nullptr;
@@ -198,7 +198,7 @@ void waitForEvent(TEvent& event, TLock& lock, unsigned int timeLimit)
 {
     {
         // The mutex is held until the thread is in the queue: a thread that takes the lock next and
-        // signals finds it there.
+        // signals releases it.
         const MutexGuard guard(event.mutex);
         release(lock);
         if (event.isSet) {

@@ -17,7 +17,7 @@ namespace
 /// Other programs may read, write, rename and delete the file while it is open.
 constexpr DWORD SHARE_ALL = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-/// States of a file. A state from 0 up is a byte that an `InputFile` for text has read ahead.
+/// States of a file. A state that is not negative is a byte that a text `InputFile` has read ahead.
 constexpr int BINARY_STATE = -2;
 constexpr int TEXT_STATE = -1;
 
@@ -57,7 +57,7 @@ std::size_t readBytes(HANDLE file, char* buffer, std::size_t size, int& error)
         DWORD count = 0;
         if (!ReadFile(file, buffer + done, clampSize(size - done), &count, nullptr)) {
             const DWORD reason = GetLastError();
-            // A pipe whose writer has closed it, or a device at its end.
+            // The writer has closed the pipe, or the device has ended.
             if (reason != ERROR_BROKEN_PIPE && reason != ERROR_HANDLE_EOF) {
                 error = static_cast<int>(reason);
             }
@@ -71,7 +71,7 @@ std::size_t readBytes(HANDLE file, char* buffer, std::size_t size, int& error)
     return done;
 }
 
-/// Turns each CR LF into a line feed, in place. A CR at the end is left.
+/// Converts each CR LF to a line feed, in place. A CR at the end is kept.
 /// @return the end of the result
 char* joinLineEnds(char* begin, char* end)
 {
@@ -148,7 +148,7 @@ PathKind getPathKind(const std::string& path)
 }
 
 /// Permissions are inherited from the parent directory for both kinds of access: the directories of
-/// a user's profile admit no other user.
+/// a user's profile are not accessible to other users.
 int createDirectory(const std::string& path, Access)
 {
     if (!isPath(path)) {

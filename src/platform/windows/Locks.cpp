@@ -22,8 +22,8 @@ HANDLE requireHandle(HANDLE handle)
 
 } // namespace
 
-/// A mutex of the kernel: only that kind can be released and exchanged for a wait in one step. It
-/// is recursive, and `ReleaseMutex` fails in a thread that does not own it.
+/// A kernel mutex, because `SignalObjectAndWait` releases only that kind atomically with the wait.
+/// It is recursive, and `ReleaseMutex` fails in a thread that does not own it.
 struct TLock {
     TLock() : handle(requireHandle(CreateMutexA(nullptr, FALSE, nullptr))) {}
     TLock(const TLock&) = delete;

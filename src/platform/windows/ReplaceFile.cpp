@@ -33,8 +33,8 @@ private:
 
 enum class Target { MISSING, REPLACEABLE, IN_PLACE, NOT_WRITABLE };
 
-/// Examines the file that is to be replaced. A new file in place of a link or of one of several
-/// names of a file would break these, and a device or a pipe has no content to replace.
+/// Examines the file to replace. Links and files with several names are written in place, because
+/// a new file would separate them. Devices and pipes have no content to replace.
 Target examineTarget(const std::string& path)
 {
     const ScopedHandle file(CreateFileA(path.c_str(), GENERIC_WRITE,
@@ -77,7 +77,7 @@ bool writeAll(HANDLE file, const char* bytes, std::size_t size)
 
 enum class Outcome { REPLACED, NOT_WRITTEN, NOT_REPLACED };
 
-/// Writes a new file beside the target and gives it the target's name.
+/// Writes a new file in the target's directory and renames it to the target.
 Outcome replaceWhole(const std::string& path, bool exists, const char* bytes, std::size_t size)
 {
     const std::string temporary = makeTemporaryName(path);

@@ -19,11 +19,11 @@ namespace
 
 constexpr int FAILED = -1;
 
-/// The length modifier of a conversion specification.
+/// The length modifier of a printf directive.
 enum class Length { NONE, CHAR, SHORT, LONG, LONG_LONG, MAX, SIZE, PTRDIFF, LONG_DOUBLE };
 
-/// Formats conversion by conversion and puts the point of the "C" locale into numbers. The older C
-/// library has no locale per thread, and its functions that take a locale do not follow C99.
+/// Formats each directive separately and puts the decimal point of the "C" locale into numbers. The older C
+/// library has no locale for each thread, and its functions that take a locale do not follow C99.
 class ClassicFormatter
 {
 public:
@@ -61,11 +61,11 @@ private:
     {
         if (*m_Format == '*') {
             ++m_Format;
-            m_Specification += std::to_string(va_arg(m_Arguments, int));
+            m_Directive += std::to_string(va_arg(m_Arguments, int));
             return;
         }
         while (*m_Format >= '0' && *m_Format <= '9') {
-            m_Specification += *m_Format++;
+            m_Directive += *m_Format++;
         }
     }
 
@@ -83,27 +83,27 @@ private:
             const std::size_t size = std::strlen(modifier.text);
             if (std::strncmp(m_Format, modifier.text, size) == 0) {
                 m_Format += size;
-                m_Specification += modifier.text;
+                m_Directive += modifier.text;
                 return modifier.length;
             }
         }
         return Length::NONE;
     }
 
-    /// Formats the specification after a percent sign.
+    /// Formats the directive after a percent sign.
     bool convert()
     {
-        m_Specification = "%";
+        m_Directive = "%";
         while (*m_Format != '\0' && std::strchr("-+ #0", *m_Format)) {
-            m_Specification += *m_Format++;
+            m_Directive += *m_Format++;
         }
         readNumber();
         if (*m_Format == '.') {
-            m_Specification += *m_Format++;
-            const std::size_t size = m_Specification.size();
+            m_Directive += *m_Format++;
+            const std::size_t size = m_Directive.size();
             readNumber();
-            if (m_Specification[std::min(size, m_Specification.size() - 1)] == '-') {
-                m_Specification.resize(size - 1); // A negative precision counts as none.
+            if (m_Directive[std::min(size, m_Directive.size() - 1)] == '-') {
+                m_Directive.resize(size - 1); // A negative precision counts as none.
             }
         }
         const Length length = readLength();
@@ -112,7 +112,7 @@ private:
             return false;
         }
         ++m_Format;
-        m_Specification += conversion;
+        m_Directive += conversion;
         switch (conversion) {
         case 'd':
         case 'i':
@@ -180,24 +180,24 @@ private:
     template<typename TArgument>
     bool append(TArgument argument)
     {
-        const int size = print(nullptr, 0, m_Specification.c_str(), argument);
+        const int size = print(nullptr, 0, m_Directive.c_str(), argument);
         if (size < 0) {
             return false;
         }
         const std::size_t begin = m_Text.size();
         const std::size_t room = static_cast<std::size_t>(size) + 1;
         m_Text.resize(begin + room);
-        print(&m_Text[begin], room, m_Specification.c_str(), argument);
+        print(&m_Text[begin], room, m_Directive.c_str(), argument);
         m_Text.pop_back();
         return true;
     }
 
-    /// The compiler cannot check a specification that is not constant.
-    static int print(char* buffer, std::size_t size, const char* specification, ...)
+    /// The compiler cannot check a directive that is not constant.
+    static int print(char* buffer, std::size_t size, const char* directive, ...)
     {
         va_list arguments;
-        va_start(arguments, specification);
-        const int length = std::vsnprintf(buffer, size, specification, arguments);
+        va_start(arguments, directive);
+        const int length = std::vsnprintf(buffer, size, directive, arguments);
         va_end(arguments);
         return length;
     }
@@ -205,7 +205,7 @@ private:
     const char* m_Format;
     va_list m_Arguments;
     std::string m_Point;
-    std::string m_Specification;
+    std::string m_Directive;
     std::string m_Text;
 };
 
@@ -220,7 +220,7 @@ bool hasClassicNumbers()
 int formatText(char* buffer, std::size_t size, const char* format, va_list arguments)
 try {
     if (hasClassicNumbers()) {
-        // MinGW-w64 brings a C99 version of its own for C++ programs.
+        // For C++ programs, MinGW-w64 replaces the function by one that follows C99.
         return std::vsnprintf(buffer, size, format, arguments);
     }
     ClassicFormatter formatter(format, arguments);

@@ -69,7 +69,7 @@ bool join(TThread& thread)
     if (!thread.handle) {
         return true;
     }
-    // The system may give the identifier of a thread that has ended to another one.
+    // The system reuses the identifiers of threads that have ended.
     if (thread.isCurrent() && thread.isRunning()) {
         return false;
     }
