@@ -72,7 +72,7 @@ void drawSails(qor::Image& frame, const TView& view, TPoint axle)
 void drawBeams(qor::Image& frame, const TView& view, TPoint lamp)
 {
     constexpr float TO_VIEWER[3] = {0.0f, 0.0f, 1.0f};
-    constexpr int PARTS = 40;
+    constexpr int PARTS = 18;
     float turn[16];
     qor::Matrix::makeRotateY(TURN * fraction(view.seconds * 0.055f), turn);
     for (const float side : {1.0f, -1.0f}) {
@@ -89,7 +89,7 @@ void drawBeams(qor::Image& frame, const TView& view, TPoint lamp)
                                           view.scaled(60.0f * facing * way), 0.0f, lamp);
             const float radius = view.scaled(5.0f + 90.0f * way * (1.0f + 0.6f * facing));
             addGlow(frame, center, radius * 1.4f, radius,
-                    dim(0xFFF0C8, view.atNight(46.0f * (1.0f - part))));
+                    dim(0xFFF0C8, view.atNight(100.0f * (1.0f - part))));
         }
     }
 }

@@ -78,11 +78,11 @@ void Overlay::drawStatus(const Art& art, Harbour& harbour)
         text += "  " + qor::StringUtil::toString(harbour.stats.getRate(), 0) + " frames/s";
     }
     drawText("white", text + (harbour.isChanged() ? "  (changed)" : ""), 8, top + 4);
+    const bool showsShips =
+        harbour.settings.getBoolean("show/ships") && m_Width > 90 * font.getWidth();
     int x = m_Width;
-    for (const std::string& kind : Scene::KINDS) {
-        if (!harbour.settings.getBoolean("show/ships")) {
-            break;
-        }
+    for (std::size_t i = 0; i < Scene::KINDS.size() && showsShips; ++i) {
+        const std::string& kind = Scene::KINDS[i];
         const std::vector<TShip>& ships = harbour.getScene().getShips();
         const auto count = std::count_if(ships.begin(), ships.end(),
                                          [&](const TShip& ship) { return ship.kind == kind; });

@@ -50,10 +50,16 @@ Pixel forChannels(Pixel a, Pixel b, TFunction function)
            function(a >> 8 & 255, b >> 8 & 255) << 8 | function(a & 255, b & 255);
 }
 
-/// Returns the sum of two lights, each channel limited to 255.
+/// Returns the sum of two lights, each channel limited to 255. A channel has room for a carry in its
+/// word, and a carry minus its own lowest bit is 255.
 inline Pixel addLight(Pixel a, Pixel b)
 {
-    return forChannels(a, b, [](Pixel x, Pixel y) { return x + y < 255 ? x + y : 255; });
+    constexpr Pixel RED_BLUE = 0x00FF00FF, CARRIES = 0x01000100;
+    Pixel redBlue = (a & RED_BLUE) + (b & RED_BLUE);
+    Pixel green = (a >> 8 & RED_BLUE) + (b >> 8 & RED_BLUE);
+    redBlue |= (redBlue & CARRIES) - ((redBlue & CARRIES) >> 8);
+    green |= (green & CARRIES) - ((green & CARRIES) >> 8);
+    return (redBlue & RED_BLUE) | (green & RED_BLUE) << 8;
 }
 
 /// Returns a pixel under a colored light.
