@@ -88,8 +88,9 @@ void drawBeams(qor::Image& frame, const TView& view, TPoint lamp)
             const TPoint center = project(turn, side * view.scaled(900.0f * way),
                                           view.scaled(60.0f * facing * way), 0.0f, lamp);
             const float radius = view.scaled(5.0f + 90.0f * way * (1.0f + 0.6f * facing));
-            addGlow(frame, center, radius * 1.4f, radius,
-                    dim(0xFFF0C8, view.atNight(100.0f * (1.0f - part))));
+            const float stretch = view.scaled(80.0f * part) * std::fabs(direction[0]);
+            addGlow(frame, center, radius + stretch, radius,
+                    dim(0xFFF0C8, view.atNight(80.0f * (1.0f - part))));
         }
     }
 }

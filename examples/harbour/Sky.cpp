@@ -105,7 +105,7 @@ void drawGulls(qor::Image& frame, const TView& view, const Art& art)
 {
     constexpr int SIZE = 28; // of each of the three pictures side by side
     const qor::Image& gulls = art.get("gulls");
-    for (unsigned int i = 0; i < 9 && view.night < 0.7f && gulls.getWidth() == 3 * SIZE; ++i) {
+    for (unsigned int i = 0; i < 9 && view.night < 0.3f && gulls.getWidth() == 3 * SIZE; ++i) {
         const float way = view.seconds * (0.012f + 0.008f * noise(i + 300)) + noise(i + 310);
         const auto x = toInt((1.3f * fraction(way) - 0.15f) * toFloat(view.width));
         const float height = 0.45f + 0.4f * noise(i + 320) + 0.06f * sine(way * 9.0f);

@@ -119,6 +119,7 @@ int runHarbour(const TArguments& arguments)
     for (std::size_t i = lines.size(); i > 0; --i) {
         std::cout << lines[i - 1] << '\n';
     }
+    harbour.waitForScene(); // XML is not saved during a load
     const bool isSaved = !keepsSettings || harbour.settings.save(settingsFile);
     return isWritten && isSaved ? EXIT_SUCCESS : EXIT_FAILURE;
 }
