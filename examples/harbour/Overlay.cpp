@@ -20,10 +20,8 @@ std::string Overlay::formatHour(float hour)
 void Overlay::makeFonts(const TView& view)
 {
     const auto add = [&](const char* name, int height, Pixel color) {
-        const int width =
-            height * m_Glyphs.getWidth() * BitmapFont::GLYPH_COUNT / m_Glyphs.getHeight();
         const qor::Image sheet =
-            resize(m_Glyphs, std::max(width, 3), height * BitmapFont::GLYPH_COUNT, false);
+            resize(m_Glyphs, std::max(height * 7 / 12, 3), height * BitmapFont::GLYPH_COUNT, false);
         m_Fonts.insert_or_assign(name, BitmapFont(sheet, color));
     };
     const int text = std::max(view.height / 45, 9), title = std::max(view.height / 13, 12);

@@ -68,7 +68,8 @@ void drawClouds(qor::Image& frame, const TView& view, const qor::Image& texture)
     constexpr unsigned int THRESHOLD = 124u << 8;
     const Pixel dark = blend(view.cloud, view.zenith, 140);
     const auto height = toFloat(view.horizon);
-    for (int y = 0; y < view.horizon && texture.getWidth() == 128; ++y) {
+    const bool isValid = texture.getWidth() == 128 && texture.getHeight() == 128;
+    for (int y = 0; y < view.horizon && isValid; ++y) {
         const float elevation = (height - toFloat(y)) / height;
         const float distance = 1.0f / (elevation + 0.16f);
         const float step = distance * 23.0f / view.scaled(720.0f);
