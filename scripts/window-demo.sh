@@ -22,4 +22,4 @@ if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     exec "$harbour" "$@"
 fi
 echo "No display (DISPLAY and WAYLAND_DISPLAY are empty): running 300 frames without a window."
-SDL_VIDEODRIVER=dummy "$harbour" --frames 300 --time 19 --stats --screenshot "$build/harbour.tga" "$@"
+SDL_VIDEODRIVER=dummy "$harbour" --frames 300 --time 19 --screenshot "$build/harbour.tga" "$@"

@@ -2,7 +2,6 @@
 #include "Commands.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include <qor/File.h>
@@ -11,203 +10,153 @@
 #include "Harbour.h"
 #include "shared/Text.h"
 
+using qor::XMLElement;
+
 Commands::Commands(Harbour& harbour) : m_Harbour(harbour)
 {
-    using qor::XMLElement;
-    add("help [COMMAND]", "Describe the commands", 0, 1,
-        [this](const TTokens& t) { return showHelp(t); });
-    add("load FILE [discard]", "Load a scene; with 'discard', drop unsaved changes", 1, 2,
-        [this](const TTokens& t) { return load(t); });
-    add("save [FILE]", "Save the scene", 0, 1, [this](const TTokens& t) {
+    addSceneCommands();
+    addShipCommands();
+    addProgramCommands();
+}
+
+void Commands::add(const std::string& name, const std::string& help, int minParameters,
+                   int maxParameters, TFunction run)
+{
+    m_Commands.emplace_back(std::move(run));
+    m_Harbour.console.addCommand(name, help, minParameters, maxParameters, &m_Commands.back());
+}
+
+void Commands::addSceneCommands()
+{
+    add("load", "FILE [discard]: load a scene; with 'discard', drop unsaved changes", 1, 2,
+        [this](const TTokens& t) {
+            if (m_Harbour.isChanged() && (t.size() < 3 || t[2] != "discard")) {
+                return m_Harbour.fail(
+                    "The scene has unsaved changes; use 'save', or 'load FILE discard'");
+            }
+            return m_Harbour.load(t[1], t[1]);
+        });
+    add("save", "[FILE]: save the scene", 0, 1, [this](const TTokens& t) {
         return m_Harbour.save(t.size() > 1 ? t[1] : m_Harbour.getFilename());
     });
-    add("list", "List the routes and ships", 0, 0, [this](const TTokens&) { return list(); });
-    add("add NAME KIND ROUTE [SPEED]", "Add a ship", 3, 4,
-        [this](const TTokens& t) { return addShip(t); });
-    add("move NAME ROUTE [START]", "Move a ship to a route, START percent along it", 2, 3,
-        [this](const TTokens& t) {
-            return changeShip(t, [&t](XMLElement&, XMLElement* ship) {
-                ship->findChild("route", true)->setValue(t[2]);
-                if (t.size() > 3) {
-                    ship->findChild("start", true)->setValue(t[3]);
-                }
-            });
-        });
-    add("remove NAME", "Remove a ship", 1, 1, [this](const TTokens& t) {
-        return changeShip(t, [](XMLElement& scene, XMLElement* ship) { scene.deleteChild(ship); });
+    add("list", "list the routes and ships", 0, 0, [this](const TTokens&) { return list(); });
+    add("time", "[HOUR]: show or set the time of the day, from 0 to 24", 0, 1,
+        [this](const TTokens& t) { return setHour(t.size() > 1 ? t[1] : ""); });
+    add("speed", "MINUTES: set how many minutes of the day pass in a second", 1, 1,
+        [this](const TTokens& t) { return changeSetting("time/speed", t[1]); });
+}
+
+void Commands::addShipCommands()
+{
+    add("add", "NAME KIND ROUTE [SPEED]: add a ship", 3, 4, [this](const TTokens& t) {
+        XMLElement document = m_Harbour.getScene().getDocument();
+        if (Scene::find(document, "ship", t[1])) {
+            return m_Harbour.fail("A ship with the name " + quote(t[1]) + " exists");
+        }
+        XMLElement* const ship = document.createChild("ship");
+        ship->createChild("name")->setValue(t[1]);
+        ship->createChild("kind")->setValue(t[2]);
+        ship->createChild("route")->setValue(t[3]);
+        ship->createChild("speed")->setValue(t.size() > 4 ? t[4] : "1.5");
+        ship->createChild("start")->setValue(50);
+        return m_Harbour.edit(document);
     });
-    add("time [HOUR]", "Show or set the time of the day, from 0 to 24", 0, 1,
+    add("move", "NAME ROUTE [START]: move a ship to a route, START percent along it", 2, 3,
         [this](const TTokens& t) {
-            float hour = m_Harbour.getHour();
-            if (t.size() > 1 && !readNumber(t[1], 0.0f, 23.999f, hour)) {
-                return false;
+            XMLElement document = m_Harbour.getScene().getDocument();
+            XMLElement* const ship = Scene::find(document, "ship", t[1]);
+            if (!ship) {
+                return m_Harbour.fail("No ship has the name " + quote(t[1]));
             }
-            m_Harbour.setHour(hour);
-            m_Harbour.print("It is " + Overlay::formatHour(hour));
-            return true;
+            ship->findChild("route", true)->setValue(t[2]);
+            if (t.size() > 3) {
+                ship->findChild("start", true)->setValue(t[3]);
+            }
+            return m_Harbour.edit(document);
         });
-    add("speed MINUTES", "Set how many minutes of the day pass in a second", 1, 1,
+    add("remove", "NAME: remove a ship", 1, 1, [this](const TTokens& t) {
+        XMLElement document = m_Harbour.getScene().getDocument();
+        XMLElement* const ship = Scene::find(document, "ship", t[1]);
+        document.deleteChild(ship);
+        return ship ? m_Harbour.edit(document)
+                    : m_Harbour.fail("No ship has the name " + quote(t[1]));
+    });
+}
+
+void Commands::addProgramCommands()
+{
+    add("help", "[COMMAND]: describe the commands", 0, 1, [this](const TTokens& t) {
+        bool isFound = false;
+        for (const auto& [name, help] : m_Harbour.console.getCommands()) {
+            if (t.size() == 1 || t[1] == name) {
+                m_Harbour.console.print(
+                    name + std::string(12 - std::min<std::size_t>(name.size(), 11), ' ') + help);
+                isFound = true;
+            }
+        }
+        return isFound || m_Harbour.fail("Unknown command " + quote(t[1]));
+    });
+    add("settings", "[NAME [VALUE]]: show or change settings", 0, 2, [this](const TTokens& t) {
+        return changeSetting(t.size() > 1 ? t[1] : "", t.size() > 2 ? t[2] : "");
+    });
+    add("screenshot", "FILE: write the frame to a new TGA file", 1, 1, [this](const TTokens& t) {
+        return qor::File::fileExists(t[1])
+                   ? m_Harbour.fail("Cannot write " + quote(t[1]) + ": it exists")
+                   : m_Harbour.takeScreenshot(t[1]);
+    });
+    add("log-level", "LEVEL: set what is logged: none, error, info or debug", 1, 1,
         [this](const TTokens& t) {
-            return changeSetting({"", "time/speed", t[1]});
+            const TTokens names = {"none", "error", "info", "debug"};
+            const auto found = std::find(names.begin(), names.end(), t[1]);
+            return found == names.end()
+                       ? m_Harbour.fail("The levels are none, error, info and debug")
+                       : changeSetting("log/level", std::to_string(found - names.begin()));
         });
-    add("settings [NAME [VALUE]]", "Show or change settings", 0, 2,
-        [this](const TTokens& t) { return changeSetting(t); });
-    add("screenshot FILE", "Write the frame to a new TGA file", 1, 1,
-        [this](const TTokens& t) { return takeScreenshot(t[1]); });
-    add("log-level LEVEL", "Set what is logged: none, error, info or debug", 1, 1,
-        [this](const TTokens& t) { return setLogLevel(t[1]); });
-    add("stats", "Show the milliseconds a frame, by stage", 0, 0,
-        [this](const TTokens&) { return showStats(); });
-    add("quit", "Leave the harbour", 0, 0, [this](const TTokens&) {
-        m_Harbour.quit();
+    add("stats", "show the milliseconds a frame, by stage", 0, 0, [this](const TTokens&) {
+        m_Harbour.console.print(m_Harbour.stats.report());
         return true;
     });
-    // The console has these two itself.
-    m_Commands["set"].usage = "set VARIABLE TEXT";
-    m_Commands["set"].help = "Set a text of the scene: harbour or greeting";
-    m_Commands["get"].usage = "get VARIABLE";
-    m_Commands["get"].help = "Show a text of the scene";
-}
-
-void Commands::add(const std::string& usage, const std::string& help, int minParameters,
-                   int maxParameters, std::function<bool(const TTokens&)> run)
-{
-    const std::string name = usage.substr(0, usage.find(' '));
-    TCommand& command = m_Commands[name];
-    command.usage = usage;
-    command.help = help;
-    command.run = std::move(run);
-    m_Harbour.getConsole().addCommand(name, help, minParameters, maxParameters, &command);
-}
-
-bool Commands::readNumber(const std::string& text, float low, float high, float& number)
-{
-    const float value = qor::StringUtil::stringToFloat(text);
-    const bool isNumber =
-        !text.empty() && text.find_first_not_of("0123456789.") == std::string::npos;
-    if (!isNumber || value < low || value > high) {
-        return m_Harbour.fail(quote(text) + " is not a number from " +
-                              qor::StringUtil::toString(low, 0) + " to " +
-                              qor::StringUtil::toString(high, 0));
-    }
-    number = value;
-    return true;
-}
-
-bool Commands::showHelp(const TTokens& tokens)
-{
-    if (tokens.size() > 1 && m_Commands.count(tokens[1]) == 0) {
-        return m_Harbour.fail("Unknown command " + quote(tokens[1]));
-    }
-    for (const auto& [name, command] : m_Commands) {
-        if (tokens.size() == 1 || tokens[1] == name) {
-            std::string usage = command.usage;
-            usage.resize(std::max<std::size_t>(usage.size() + 2, 30), ' ');
-            m_Harbour.print(usage + command.help);
-        }
-    }
-    return true;
-}
-
-bool Commands::load(const TTokens& tokens)
-{
-    const bool discards = tokens.size() > 2 && tokens[2] == "discard";
-    if (m_Harbour.isChanged() && !discards) {
-        return m_Harbour.fail("The scene has unsaved changes; use 'save', or 'load FILE discard'");
-    }
-    return m_Harbour.load(tokens[1], tokens[1]);
+    add("quit", "leave the harbour", 0, 0,
+        [this](const TTokens&) { return m_Harbour.life.sendEvent(Life::QUIT); });
 }
 
 bool Commands::list()
 {
-    for (const TRoute& route : m_Harbour.getScene().getRoutes()) {
-        m_Harbour.print("route " + quote(route.name) + ": lane " + std::to_string(route.lane) +
-                        ", from " + qor::StringUtil::toString(route.from, 1) + " to " +
-                        qor::StringUtil::toString(route.to, 1));
+    for (const XMLElement& route : m_Harbour.getScene().getDocument().getChildren("route")) {
+        m_Harbour.console.print("route " + quote(route.getValue("name", "")) + ": lane " +
+                                route.getValue("lane", "") + ", from " +
+                                route.getValue("from", "") + " to " + route.getValue("to", ""));
     }
-    for (const TShip& ship : m_Harbour.getScene().getShips()) {
-        m_Harbour.print(ship.kind + " " + quote(ship.name) + ": route " + quote(ship.route.name) +
-                        ", speed " + qor::StringUtil::toString(ship.speed, 1));
+    for (const XMLElement& ship : m_Harbour.getScene().getDocument().getChildren("ship")) {
+        m_Harbour.console.print(ship.getValue("kind", "") + " " + quote(ship.getValue("name", "")) +
+                                ": route " + quote(ship.getValue("route", "")) + ", speed " +
+                                ship.getValue("speed", ""));
     }
     return true;
 }
 
-bool Commands::addShip(const TTokens& tokens)
+bool Commands::changeSetting(const std::string& name, const std::string& value)
 {
-    qor::XMLElement document = m_Harbour.getScene().getDocument();
-    if (Scene::findShip(document, tokens[1])) {
-        return m_Harbour.fail("A ship with the name " + quote(tokens[1]) + " exists");
+    if (!value.empty() && !m_Harbour.settings.set(name, value)) {
+        return m_Harbour.fail("No setting " + quote(name) + " takes the value " + quote(value));
     }
-    qor::XMLElement* const ship = document.createChild("ship");
-    ship->createChild("name")->setValue(tokens[1]);
-    ship->createChild("kind")->setValue(tokens[2]);
-    ship->createChild("route")->setValue(tokens[3]);
-    ship->createChild("speed")->setValue(tokens.size() > 4 ? tokens[4] : "1.5");
-    ship->createChild("start")->setValue(50);
-    return m_Harbour.edit(document);
-}
-
-bool Commands::changeShip(const TTokens& tokens,
-                          const std::function<void(qor::XMLElement&, qor::XMLElement*)>& change)
-{
-    qor::XMLElement document = m_Harbour.getScene().getDocument();
-    qor::XMLElement* const ship = Scene::findShip(document, tokens[1]);
-    if (!ship) {
-        return m_Harbour.fail("No ship has the name " + quote(tokens[1]));
-    }
-    change(document, ship);
-    return m_Harbour.edit(document);
-}
-
-bool Commands::changeSetting(const TTokens& tokens)
-{
-    qor::Configuration& table = m_Harbour.getSettings().getTable();
-    if (tokens.size() > 2 && !table.set(tokens[1], tokens[2])) {
-        return m_Harbour.fail("No setting " + quote(tokens[1]) + " takes the value " +
-                              quote(tokens[2]));
-    }
-    bool isFound = tokens.size() == 1;
-    for (const Settings::TDescription& setting : m_Harbour.getSettings().getDescriptions()) {
-        if (tokens.size() == 1 || setting.name == tokens[1]) {
-            m_Harbour.print(setting.name + " = " + table.get(setting.name) + "  (" + setting.help +
-                            ")");
+    bool isFound = false;
+    for (const std::string& setting : Harbour::SETTINGS) {
+        if (name.empty() || setting == name) {
+            m_Harbour.console.print(setting + " = " + m_Harbour.settings.get(setting));
             isFound = true;
         }
     }
-    return isFound || m_Harbour.fail("No setting has the name " + quote(tokens[1]));
+    return isFound || m_Harbour.fail("No setting has the name " + quote(name));
 }
 
-bool Commands::setLogLevel(const std::string& name)
+bool Commands::setHour(const std::string& text)
 {
-    constexpr std::array<const char*, 4> NAMES = {"none", "error", "info", "debug"};
-    const auto* const found = std::find(NAMES.begin(), NAMES.end(), name);
-    if (found == NAMES.end()) {
-        return m_Harbour.fail("The levels are none, error, info and debug");
+    const float hour = qor::StringUtil::stringToFloat(text);
+    if (text.find_first_not_of("0123456789.") != std::string::npos || hour >= 24.0f) {
+        return m_Harbour.fail(quote(text) + " is not an hour from 0 to 24");
     }
-    return changeSetting({"", "log/level", std::to_string(found - NAMES.begin())});
-}
-
-bool Commands::takeScreenshot(const std::string& filename)
-{
-    if (qor::File::fileExists(filename)) {
-        return m_Harbour.fail("Cannot write " + quote(filename) + ": it exists");
-    }
-    return m_Harbour.takeScreenshot(filename);
-}
-
-bool Commands::showStats()
-{
-    double sum = 0.0;
-    std::string line;
-    for (std::size_t i = 0; i < Stats::STAGE_COUNT; ++i) {
-        const double mean = m_Harbour.getStats().getMean(i);
-        sum += mean;
-        line += std::string(Stats::NAMES[i]) + " " +
-                qor::StringUtil::toString(static_cast<float>(mean), 2) + ", ";
-    }
-    const qor::Image& frame = m_Harbour.getFrame();
-    m_Harbour.print("Milliseconds a frame of " + std::to_string(frame.getWidth()) + " x " +
-                    std::to_string(frame.getHeight()) + ": " + line + "sum " +
-                    qor::StringUtil::toString(static_cast<float>(sum), 2));
+    m_Harbour.hour = text.empty() ? m_Harbour.hour : hour;
+    m_Harbour.console.print("It is " + Overlay::formatHour(m_Harbour.hour));
     return true;
 }

@@ -2,12 +2,11 @@
 #pragma once
 
 #include <functional>
-#include <map>
+#include <list>
 #include <string>
 #include <vector>
 
 #include <qor/ConsoleCommand.h>
-#include <qor/XMLElement.h>
 
 class Harbour;
 
@@ -19,29 +18,25 @@ public:
 
 private:
     using TTokens = std::vector<std::string>;
+    using TFunction = std::function<bool(const TTokens&)>;
 
     /// A command whose work is a function.
     struct TCommand : qor::ConsoleCommand {
+        explicit TCommand(TFunction function) : run(std::move(function)) {}
         bool execute(const TTokens& tokens) override { return run(tokens); }
 
-        std::string usage, help;
-        std::function<bool(const TTokens&)> run;
+        TFunction run;
     };
 
-    void add(const std::string& usage, const std::string& help, int minParameters,
-             int maxParameters, std::function<bool(const TTokens&)> run);
-    bool readNumber(const std::string& text, float low, float high, float& number);
-    bool showHelp(const TTokens& tokens);
-    bool load(const TTokens& tokens);
+    void add(const std::string& name, const std::string& help, int minParameters, int maxParameters,
+             TFunction run);
+    void addSceneCommands();
+    void addShipCommands();
+    void addProgramCommands();
     bool list();
-    bool addShip(const TTokens& tokens);
-    bool changeShip(const TTokens& tokens,
-                    const std::function<void(qor::XMLElement&, qor::XMLElement*)>& change);
-    bool changeSetting(const TTokens& tokens);
-    bool setLogLevel(const std::string& name);
-    bool takeScreenshot(const std::string& filename);
-    bool showStats();
+    bool changeSetting(const std::string& name, const std::string& value);
+    bool setHour(const std::string& text);
 
     Harbour& m_Harbour;
-    std::map<std::string, TCommand> m_Commands;
+    std::list<TCommand> m_Commands;
 };

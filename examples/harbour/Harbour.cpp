@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <utility>
+#include <new>
 
 #include <qor/CRC32.h>
 #include <qor/File.h>
@@ -12,103 +12,82 @@
 #include <qor/MD5.h>
 #include <qor/Math.h>
 
+#include "Backdrop.h"
+#include "Fleet.h"
 #include "shared/Text.h"
 
+const std::vector<std::string> Harbour::SETTINGS = {
+    "window/width", "window/height", "window/fullscreen", "log/level", "show/names",
+    "show/status",  "show/ships",    "show/rate",         "time/speed"};
+
 Harbour::Harbour(const std::string& artDirectory)
-    : m_Pattern("scene"), m_Loader(m_Pattern), m_Console(1000), m_Commands(*this),
-      m_Life([this] { return isChanged(); }, [this] { return save(m_Filename); }),
-      m_Sky(artDirectory), m_Fleet(artDirectory), m_Overlay(artDirectory)
+    : settings(1), console(1000),
+      life([this] { return isChanged(); }, [this] { return save(m_Filename); }), m_Pattern("scene"),
+      m_Commands(*this), m_Art(artDirectory), m_Overlay(m_Art.get("font"))
 {
     m_SavedChecksum = m_Scene.getChecksum();
-    m_Console.addVariable("harbour", "name of the harbour", qor::Console::VT_STRING, 0, 0, &m_Name);
-    m_Console.addVariable("greeting", "text below the name at the start", qor::Console::VT_STRING,
-                          0, 0, &m_GreetingText);
-    m_Settings.getTable().addListener(this);
+    settings.addIntegerParameter("window/width", 1280, 160, 7680, 0);
+    settings.addIntegerParameter("window/height", 720, 90, 4320, 0);
+    settings.addBooleanParameter("window/fullscreen", false, 0);
+    settings.addIntegerParameter("log/level", 2, 0, 3, 0);
+    for (const char* const name : {"show/names", "show/status", "show/ships", "show/rate"}) {
+        settings.addBooleanParameter(name, true, 0);
+    }
+    settings.addFloatParameter("time/speed", 4.0f, 0.0f, 600.0f, 0);
+    settings.addListener(this);
+    console.addVariable("harbour", "name of the harbour", qor::Console::VT_STRING, 0, 0, &m_Name);
+    console.addVariable("greeting", "text below the name at the start", qor::Console::VT_STRING, 0,
+                        0, &m_Greeting);
     if (m_Pattern.load(qor::File::filePath(artDirectory, "scene-template.xml")) < 0) {
         fail(qor::XMLElement::getLastError());
     }
-    print("Type 'help' for the commands.");
+    console.print("Type 'help' for the commands.");
 }
 
 Harbour::~Harbour()
 {
-    m_Settings.getTable().removeListener(this);
+    m_Thread.wait();
+    settings.removeListener(this);
 }
 
 void Harbour::parameterChanged(const std::string& name)
 {
     if (name == "log/level") {
-        qor::Log::setLevel(static_cast<qor::Log::Level>(m_Settings.getTable().getInteger(name)));
+        qor::Log::setLevel(static_cast<qor::Log::Level>(settings.getInteger(name)));
     }
 }
 
 bool Harbour::fail(const std::string& reason)
 {
-    print("Error: " + reason);
+    console.print("Error: " + reason);
     qor::Log::error(reason);
     return false;
-}
-
-void Harbour::handleKey(Key key)
-{
-    if (key == Key::CONSOLE || key == Key::ESCAPE) {
-        m_Life.sendEvent(key == Key::CONSOLE ? Life::CONSOLE : Life::ESCAPE);
-    } else if (!m_Life.isIn("console")) {
-        m_PanTarget += key == Key::LEFT ? -0.5f : key == Key::RIGHT ? 0.5f : 0.0f;
-        m_PanTarget = std::clamp(m_PanTarget, -2.0f, 2.0f);
-        if (key == Key::ENTER) {
-            m_Life.sendEvent(Life::CONTINUE);
-        }
-    } else {
-        switch (key) {
-        case Key::ENTER:
-            runLine(m_Editor.enter());
-            break;
-        case Key::BACKSPACE:
-            m_Editor.eraseBefore();
-            break;
-        case Key::DELETE:
-            m_Editor.eraseAfter();
-            break;
-        case Key::UP:
-            m_Editor.showOlder();
-            break;
-        case Key::DOWN:
-            m_Editor.showNewer();
-            break;
-        case Key::LEFT:
-            m_Editor.moveLeft();
-            break;
-        case Key::RIGHT:
-            m_Editor.moveRight();
-            break;
-        case Key::HOME:
-            m_Editor.moveToStart();
-            break;
-        case Key::END:
-            m_Editor.moveToEnd();
-            break;
-        default:
-            m_Scroll += key == Key::PAGE_UP ? 5 : -5;
-            m_Scroll = std::clamp(m_Scroll, 0, std::max(m_Console.getOutputLenght() - 1, 0));
-        }
-    }
 }
 
 void Harbour::handleText(const std::string& text)
 {
     for (const char character : text) {
-        if (m_Life.isIn("console")) {
+        if (life.isIn("console")) {
             // The console takes no other characters.
             if (character >= ' ' && character <= '~') {
-                m_Editor.insert(std::string(1, character));
+                editor.insert(std::string(1, character));
             }
         } else if (character == ' ' || character == 'p') {
-            m_Life.sendEvent(Life::PAUSE);
+            life.sendEvent(Life::PAUSE);
         } else if (character == 'y' || character == 'n') {
-            m_Life.sendEvent(character == 'y' ? Life::YES : Life::NO);
+            life.sendEvent(character == 'y' ? Life::YES : Life::NO);
         }
     }
+}
+
+void Harbour::scroll(int lines)
+{
+    m_Scroll = std::clamp(m_Scroll + lines, 0, std::max(console.getOutputLenght() - 1, 0));
+}
+
+void Harbour::pan(float amount)
+{
+    m_PanTarget = std::clamp(m_PanTarget + amount, -2.0f, 2.0f);
 }
 
 void Harbour::runLine(const std::string& line)
@@ -117,9 +96,9 @@ void Harbour::runLine(const std::string& line)
     qor::Log::debug("> " + line);
     m_Scroll = 0;
     for (const char character : line) {
-        m_Console.putChar(character);
+        console.putChar(character);
     }
-    m_Console.putChar(ENTER);
+    console.putChar(ENTER);
     takeVariables();
 }
 
@@ -128,60 +107,75 @@ void Harbour::takeVariables()
 {
     qor::XMLElement document = m_Scene.getDocument();
     if (document.getValue("harbour", "") != m_Name ||
-        document.getValue("greeting", "") != m_GreetingText) {
+        document.getValue("greeting", "") != m_Greeting) {
         document.findChild("harbour", true)->setValue(m_Name);
-        document.findChild("greeting", true)->setValue(m_GreetingText);
+        document.findChild("greeting", true)->setValue(m_Greeting);
         edit(document);
     }
+}
+
+bool Harbour::isIdle()
+{
+    return !m_IsLoading || fail("Wait until " + quote(m_Source) + " is loaded");
 }
 
 bool Harbour::edit(const qor::XMLElement& document)
 {
     Scene::TError error;
-    const bool isEdited = m_Loader.isBusy()
-                              ? fail("Wait until " + quote(m_Loader.getFilename()) + " is loaded")
-                              : m_Scene.assign(document, m_Pattern, error) || fail(error.text);
+    const bool isEdited =
+        isIdle() && (m_Scene.assign(document, m_Pattern, error) || fail(error.text));
     m_Name = m_Scene.getDocument().getValue("harbour", "");
-    m_GreetingText = m_Scene.getDocument().getValue("greeting", "");
+    m_Greeting = m_Scene.getDocument().getValue("greeting", "");
     return isEdited;
 }
 
 bool Harbour::load(const std::string& filename, const std::string& ownFile)
 {
+    if (!isIdle()) {
+        return false;
+    }
+    m_Source = filename;
     m_NextFilename = ownFile;
-    return m_Loader.start(filename) || fail("Cannot start to load " + quote(filename) + " now");
+    m_IsLoaded = false;
+    m_IsLoading = m_Thread.start(this);
+    return m_IsLoading || fail("Cannot start a thread to load " + quote(filename));
+}
+
+void Harbour::run()
+try {
+    m_LoadError = m_NextScene.load(m_Source, m_Pattern);
+    m_IsLoaded = true;
+} catch (const std::bad_alloc&) {
+    m_LoadError = "Out of memory";
+    m_IsLoaded = true;
 }
 
 void Harbour::waitForScene()
 {
-    if (m_Loader.isBusy()) {
-        takeScene();
+    if (!m_IsLoading) {
+        return;
     }
-}
-
-void Harbour::takeScene()
-{
-    SceneLoader::TResult result = m_Loader.takeResult();
-    if (!result.error.empty()) {
-        fail(result.error);
-        if (!m_Life.isIn("console")) {
-            m_Life.sendEvent(Life::CONSOLE);
+    m_Thread.wait();
+    m_IsLoading = false;
+    if (!m_LoadError.empty()) {
+        fail(m_LoadError);
+        if (!life.isIn("console")) {
+            life.sendEvent(Life::CONSOLE);
         }
         return;
     }
-    m_Scene = std::move(result.scene);
-    m_SavedChecksum = m_Scene.getChecksum();
     m_Filename = m_NextFilename;
-    m_Hour = 24.0f * fraction(m_Scene.getDocument().getValueAsFloat("hour", m_Hour) / 24.0f);
-    edit(m_Scene.getDocument());
-    print("Loaded " + quote(m_Loader.getFilename()) + ": " +
-          std::to_string(m_Scene.getShips().size()) + " ships");
+    edit(m_NextScene.getDocument());
+    m_SavedChecksum = m_Scene.getChecksum();
+    hour = 24.0f * fraction(m_Scene.getDocument().getValueAsFloat("hour", hour) / 24.0f);
+    console.print("Loaded " + quote(m_Source) + ": " + std::to_string(m_Scene.getShips().size()) +
+                  " ships");
 }
 
 bool Harbour::save(const std::string& filename)
 {
-    if (m_Loader.isBusy()) {
-        return fail("Wait until " + quote(m_Loader.getFilename()) + " is loaded");
+    if (!isIdle()) {
+        return false;
     }
     if (filename.empty()) {
         return fail("The scene has no file yet; use 'save FILE'");
@@ -195,27 +189,26 @@ bool Harbour::save(const std::string& filename)
     }
     m_Filename = filename;
     m_SavedChecksum = m_Scene.getChecksum();
-    print("Saved " + quote(filename));
+    console.print("Saved " + quote(filename));
     return true;
 }
 
 void Harbour::update()
 {
     constexpr unsigned int INTRO_STEPS = 6 * 60;
-    if (m_Loader.isBusy() && m_Loader.isDone()) {
-        takeScene();
+    if (m_IsLoaded) {
+        waitForScene();
     }
-    if (m_Life.isIn("intro") && ++m_IntroSteps > INTRO_STEPS) {
-        m_Life.sendEvent(Life::CONTINUE);
+    if (life.isIn("intro") && ++m_IntroSteps > INTRO_STEPS) {
+        life.sendEvent(Life::CONTINUE);
     }
-    qor::Math::adjustBlendFactor(m_Slide, m_Life.isIn("console"), 0.25f, 0.2f, STEP);
-    qor::Math::adjustBlendFactor(m_Greeting, m_Life.isIn("intro"), 1.2f, 0.8f, STEP);
-    if (m_Life.isIn("paused") || m_Life.isIn("leaving")) {
+    qor::Math::adjustBlendFactor(slide, life.isIn("console"), 0.25f, 0.2f, STEP);
+    qor::Math::adjustBlendFactor(greeting, life.isIn("intro"), 1.2f, 0.8f, STEP);
+    if (life.isIn("paused") || life.isIn("leaving")) {
         return;
     }
     ++m_Steps;
-    const float minutes = m_Settings.getTable().getFloat("time/speed") * STEP;
-    m_Hour = 24.0f * fraction((m_Hour + minutes / 60.0f) / 24.0f);
+    hour = 24.0f * fraction((hour + settings.getFloat("time/speed") * STEP / 60.0f) / 24.0f);
     m_Pan += (m_PanTarget - m_Pan) * 0.04f;
 }
 
@@ -232,23 +225,24 @@ void Harbour::resize(int width, int height)
 const qor::Image& Harbour::draw()
 {
     const float seconds = static_cast<float>(m_Steps) * STEP;
-    const TView view(m_Frame, seconds, m_Hour, m_Pan + 0.35f * sine(seconds / 60.0f));
-    m_Sky.draw(m_Frame, view);
-    m_Stats.end(Stats::SKY);
-    m_Land.draw(m_Frame, view);
-    m_Stats.end(Stats::LAND);
+    const TView view(m_Frame, m_Art.get("day"), seconds, hour,
+                     m_Pan + 0.35f * sine(seconds / 60.0f));
+    drawSky(m_Frame, view, m_Art);
+    stats.end("sky");
+    drawLand(m_Frame, view, m_Art);
+    stats.end("land");
     m_Water.mirror(m_Frame, view);
     for (int band = 0; band < Water::BAND_COUNT; ++band) {
         m_Water.drawBand(m_Frame, view, band);
-        m_Stats.end(Stats::WATER);
-        m_Fleet.drawReflections(m_Frame, view, m_Scene, band - 1);
-        m_Fleet.draw(m_Frame, view, m_Scene, band);
-        m_Stats.end(Stats::SHIPS);
+        stats.end("water");
+        drawReflections(m_Frame, view, m_Art, m_Scene, band - 1);
+        drawShips(m_Frame, view, m_Art, m_Scene, band);
+        stats.end("ships");
     }
-    m_Sky.drawGulls(m_Frame, view);
-    m_Stats.end(Stats::SKY);
-    m_Overlay.draw(m_Frame, view, *this);
-    m_Stats.end(Stats::TEXT);
+    drawGulls(m_Frame, view, m_Art);
+    stats.end("sky");
+    m_Overlay.draw(m_Frame, view, m_Art, *this);
+    stats.end("text");
     return m_Frame;
 }
 
@@ -260,18 +254,18 @@ bool Harbour::takeScreenshot(const std::string& filename)
     }
     qor::CRC32 crc(0xFFFFFFFF);
     qor::MD5 md5;
-    std::vector<unsigned char> bytes;
     for (int i = 0; i < m_Frame.getWidth() * m_Frame.getHeight(); ++i) {
-        for (int shift = 0; shift < 24; shift += 8) {
-            bytes.push_back(static_cast<unsigned char>(m_Frame.getData()[i] >> shift));
-        }
+        const Pixel pixel = m_Frame.getData()[i];
+        const unsigned char bytes[3] = {static_cast<unsigned char>(pixel),
+                                        static_cast<unsigned char>(pixel >> 8),
+                                        static_cast<unsigned char>(pixel >> 16)};
+        crc.addRaw(bytes, 3);
+        md5.addRaw(bytes, 3);
     }
-    crc.addRaw(bytes.data(), static_cast<unsigned int>(bytes.size()));
-    md5.addRaw(bytes.data(), static_cast<unsigned int>(bytes.size()));
     md5.finalize();
     std::array<char, 16> hexadecimal = {};
     std::snprintf(hexadecimal.data(), hexadecimal.size(), "%08x", ~crc.getChecksumInteger());
-    print("Wrote " + quote(filename) + ", CRC-32 " + hexadecimal.data() + ", MD5 " +
-          md5.getChecksumHex());
+    console.print("Wrote " + quote(filename) + ", CRC-32 " + hexadecimal.data() + ", MD5 " +
+                  md5.getChecksumHex());
     return true;
 }

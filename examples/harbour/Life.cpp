@@ -11,34 +11,28 @@ Life::Life(std::function<bool()> isChanged, std::function<bool()> save)
       m_Sailing(*this, m_Running, "sailing", {{CONSOLE, "console"}, {PAUSE, "paused"}}),
       m_Paused(*this, m_Running, "paused",
                {{CONSOLE, "console"}, {PAUSE, "sailing"}, {CONTINUE, "sailing"}}),
-      m_Console(*this, m_Running, "console", {{CONSOLE, ""}, {ESCAPE, ""}}),
+      m_Console(*this, m_Running, "console", {{CONSOLE, "back"}, {ESCAPE, "back"}}),
       m_Leaving(*this, *this, "leaving",
-                {{YES, "over"}, {NO, "over"}, {ESCAPE, ""}, {CONSOLE, "console"}}),
+                {{YES, "over"}, {NO, "over"}, {ESCAPE, "back"}, {CONSOLE, "console"}}),
       m_Over(*this, *this, "over", {})
 {
     start();
 }
 
-void Life::Place::onEntry(qor::State* source)
+bool Life::leave(const TPlace& place, unsigned int event)
 {
-    const std::string name = source->getName();
-    if (name == "sailing" || name == "paused" || (name == "console" && getName() == "leaving")) {
-        m_Source = name;
-    }
-}
-
-bool Life::Place::onEvent(unsigned int event)
-{
-    const auto found = m_Targets.find(event);
-    if (found == m_Targets.end()) {
+    const auto found = place.targets.find(event);
+    if (found == place.targets.end()) {
         return false;
     }
-    std::string target = found->second.empty() ? m_Source : found->second;
-    if (target == "leaving" && !m_Life.m_IsChanged()) {
+    std::string target = found->second == "back" ? m_Previous : found->second;
+    if (target == "leaving" && !m_IsChanged()) {
         target = "over";
-    } else if (getName() == "leaving" && event == YES && !m_Life.m_Save()) {
-        // The console shows why.
-        target = "console";
+    } else if (isIn("leaving") && event == YES && !m_Save()) {
+        target = "console"; // which shows why
     }
-    return m_Life.transition(target);
+    if (isIn("sailing") || isIn("paused")) {
+        m_Previous = getCurrentState()->getName();
+    }
+    return transition(target);
 }

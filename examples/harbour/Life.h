@@ -7,7 +7,7 @@
 
 #include <qor/StateMachine.h>
 
-/// What the program is at, as a state machine.
+/// The states of the program.
 class Life : public qor::StateMachine
 {
 public:
@@ -21,25 +21,23 @@ public:
     bool isIn(const std::string& name) { return getCurrentState()->getName() == name; }
 
 private:
-    /// A state whose events lead to other states; an empty name is the state that was left for it.
-    class Place : public qor::State
-    {
-    public:
-        Place(Life& life, qor::State& parent, const std::string& name,
-              std::map<unsigned int, std::string> targets)
-            : State(&life, &parent, name), m_Life(life), m_Targets(std::move(targets))
+    using TTargets = std::map<unsigned int, std::string>;
+
+    /// A state whose events lead to other states; "back" is the state before.
+    struct TPlace : qor::State {
+        TPlace(Life& machine, qor::State& parent, const std::string& name, TTargets eventTargets)
+            : State(&machine, &parent, name), life(machine), targets(std::move(eventTargets))
         {
         }
+        bool onEvent(unsigned int event) override { return life.leave(*this, event); }
 
-    private:
-        void onEntry(qor::State* source) override;
-        bool onEvent(unsigned int event) override;
-
-        Life& m_Life;
-        const std::map<unsigned int, std::string> m_Targets;
-        std::string m_Source = "sailing";
+        Life& life;
+        const TTargets targets;
     };
 
+    bool leave(const TPlace& place, unsigned int event);
+
     std::function<bool()> m_IsChanged, m_Save;
-    Place m_Running, m_Intro, m_Sailing, m_Paused, m_Console, m_Leaving, m_Over;
+    std::string m_Previous = "sailing";
+    TPlace m_Running, m_Intro, m_Sailing, m_Paused, m_Console, m_Leaving, m_Over;
 };

@@ -1,42 +1,39 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <memory>
+#include <map>
 #include <string>
 
-#include "View.h"
+#include "Art.h"
 #include "shared/BitmapFont.h"
 
 class Harbour;
+class Scene;
 
 /// Everything that is text: name tags, the status line, the greeting, questions and the console.
 class Overlay
 {
 public:
-    /// @param artDirectory where the font is
-    explicit Overlay(const std::string& artDirectory);
+    /// @param glyphs the gray font
+    explicit Overlay(const qor::Image& glyphs) : m_Glyphs(glyphs) {}
 
-    void draw(qor::Image& frame, const TView& view, Harbour& harbour);
+    void draw(qor::Image& frame, const TView& view, const Art& art, Harbour& harbour);
 
     /// Returns a time of the day such as "17:05".
     static std::string formatHour(float hour);
 
 private:
-    struct TFonts {
-        BitmapFont white, yellow, red, shadow, title, titleShadow;
-    };
-
     void makeFonts(const TView& view);
-    void drawText(qor::Image& frame, const BitmapFont& font, const std::string& text, int x,
-                  int y) const;
-    void drawNames(qor::Image& frame, const TView& view, Harbour& harbour) const;
-    void drawStatus(qor::Image& frame, const TView& view, Harbour& harbour);
-    void drawGreeting(qor::Image& frame, const TView& view, Harbour& harbour) const;
-    void drawQuestion(qor::Image& frame, const TView& view, const std::string& text) const;
-    void drawConsole(qor::Image& frame, const TView& view, Harbour& harbour) const;
+    void drawText(const std::string& font, const std::string& text, int x, int y);
+    void drawCentered(const std::string& font, const std::string& text, int y);
+    void drawPanel(int left, int top, int right, int bottom, unsigned int amount);
+    void drawNames(const TView& view, const Scene& scene, const Art& art);
+    void drawStatus(const Art& art, Harbour& harbour);
+    void drawQuestion(const std::string& text);
+    void drawConsole(Harbour& harbour);
 
-    qor::Image m_Glyphs;
-    std::unique_ptr<TFonts> m_Fonts; ///< for the height of the last frame
-    int m_Height = 0;
-    float m_Rate = 0.0f; ///< frames a second
+    const qor::Image& m_Glyphs;
+    std::map<std::string, BitmapFont> m_Fonts; ///< for the height of the last frame, by color
+    qor::Image* m_Frame = nullptr;             ///< during `draw`
+    int m_Width = 0, m_Height = 0;
 };

@@ -2,92 +2,158 @@
 #include "Scene.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <utility>
 
 #include <qor/CRC32.h>
 
-#include "shared/Pixel.h"
+#include "Pixel.h"
 #include "shared/Text.h"
 
 const std::vector<std::string> Scene::KINDS = {"schooner", "steamer", "trawler", "sloop"};
 
+namespace
+{
+
+/// Returns an error text if a number of an element is outside its limits.
+std::string checkLimits(const qor::XMLElement& element)
+{
+    struct TLimit {
+        const char *tag, *name;
+        int low, high;
+    };
+    constexpr TLimit LIMITS[] = {{"route", "lane", 0, 3},
+                                 {"route", "from", -200, 200},
+                                 {"route", "to", -200, 200},
+                                 {"ship", "speed", 0, 100},
+                                 {"ship", "start", 0, 100}};
+    for (const TLimit& limit : LIMITS) {
+        const float value = element.getValueAsFloat(limit.name, 0.0f);
+        if (element.getName() == limit.tag &&
+            !(value >= static_cast<float>(limit.low) && value <= static_cast<float>(limit.high))) {
+            return "The " + quote(limit.name) + " of the " + limit.tag + " " +
+                   quote(element.getValue("name", "")) + " is not from " +
+                   std::to_string(limit.low) + " to " + std::to_string(limit.high);
+        }
+    }
+    return "";
+}
+
+/// Returns the position of a tag in a document, without those in comments.
+/// @param number how many such tags precede it
+std::size_t findTag(const std::string& source, const std::string& tag, int number)
+{
+    for (std::size_t at = source.find('<'); at != std::string::npos;
+         at = source.find('<', at + 1)) {
+        if (source.compare(at, 4, "<!--") == 0) {
+            at = std::min(source.find("-->", at), source.size());
+        } else if (source.compare(at + 1, tag.size() + 1, tag + ">") == 0 && number-- == 0) {
+            return at;
+        }
+    }
+    return 0;
+}
+
+/// Returns the position of the element that an error is about: its text names the element first.
+std::size_t findError(const std::string& source, const Scene::TError& error)
+{
+    const std::size_t parent = findTag(source, error.tag, error.number);
+    const std::size_t begin = error.text.find('\'') + 1;
+    const std::string name = error.text.substr(begin, error.text.find('\'', begin) - begin);
+    const std::size_t child = source.find("<" + name + ">", parent);
+    return child < source.find("</" + error.tag, parent) ? child : parent;
+}
+
+/// Returns an error text that begins with file, line and column.
+std::string locate(const std::string& filename, const std::string& source, std::size_t position,
+                   const std::string& reason)
+{
+    const std::string before = source.substr(0, position);
+    const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+    const std::size_t column = before.size() - (before.rfind('\n') + 1) + 1;
+    return filename + ":" + std::to_string(line) + ":" + std::to_string(column) + ": " + reason;
+}
+
+} // namespace
+
 float TShip::getPlace(float seconds, bool& isLeftward) const
 {
-    const float length = std::max(std::fabs(route.to - route.from), 1.0f);
+    const float length = std::max(std::fabs(to - from), 1.0f);
     // There and back is one round.
     const float way = 2.0f * fraction((start / 100.0f + seconds * speed / length) / 2.0f);
-    const bool returns = way > 1.0f;
-    isLeftward = returns != (route.to < route.from);
-    return mix(route.from, route.to, returns ? 2.0f - way : way);
+    isLeftward = (way > 1.0f) != (to < from);
+    return mix(from, to, way > 1.0f ? 2.0f - way : way);
 }
 
 bool Scene::assign(const qor::XMLElement& document, const qor::XMLElement& pattern, TError& error)
 {
     Scene scene;
     scene.m_Document = document;
-    error = {"", "<" + document.getName() + ">", 0};
     // Each child by itself first, so that the place of an error is known.
-    for (const char* const name : {"route", "ship"}) {
-        error = {"", "<" + std::string(name) + ">", 0};
-        for (const qor::XMLElement* child = document.getChild(name); child;
-             child = document.getNextChild(child, name), ++error.number) {
-            const bool fits = child->validate(pattern.getChild(name));
-            if (!fits) {
-                error.text = qor::XMLElement::getLastError();
+    for (const char* const tag : {"route", "ship"}) {
+        error = {"", tag, 0};
+        for (const qor::XMLElement& child : document.getChildren(tag)) {
+            error.text = child.validate(pattern.getChild(tag)) ? checkLimits(child)
+                                                               : qor::XMLElement::getLastError();
+            if (error.text.empty() && error.tag == "ship") {
+                error.text = scene.readShip(child);
             }
-            if (!fits || !(error.tag == "<ship>" ? scene.readShip(*child, error)
-                                                 : scene.readRoute(*child, error))) {
+            if (!error.text.empty()) {
                 return false;
             }
+            ++error.number;
         }
     }
     if (!document.validate(&pattern)) {
-        error = {qor::XMLElement::getLastError(), "<" + document.getName() + ">", 0};
+        error = {qor::XMLElement::getLastError(), document.getName(), 0};
         return false;
     }
     *this = std::move(scene);
     return true;
 }
 
-bool Scene::readRoute(const qor::XMLElement& element, TError& error)
+std::string Scene::readShip(const qor::XMLElement& element)
 {
-    constexpr float LIMIT = 200.0f;
-    const TRoute route = {element.getValue("name", ""), element.getValueAsInteger("lane", 0),
-                          element.getValueAsFloat("from", 0), element.getValueAsFloat("to", 0)};
-    if (route.lane < 0 || route.lane >= LANE_COUNT) {
-        error.text = "The 'lane' of the route " + quote(route.name) + " is not from 0 to 3";
-    } else if (std::fabs(route.from) > LIMIT || std::fabs(route.to) > LIMIT) {
-        error.text = "The ends of the route " + quote(route.name) + " are not from -200 to 200";
+    const std::string name = element.getValue("name", ""), kind = element.getValue("kind", ""),
+                      routeName = element.getValue("route", "");
+    const qor::XMLElement* const route = find(m_Document, "route", routeName);
+    if (!route) {
+        return "Unknown 'route' " + quote(routeName) + " of the ship " + quote(name);
     }
-    m_Routes.push_back(route);
-    return error.text.empty();
+    if (std::find(KINDS.begin(), KINDS.end(), kind) == KINDS.end()) {
+        return "Unknown 'kind' " + quote(kind) + " of the ship " + quote(name);
+    }
+    m_Ships.push_back({name, kind, route->getValueAsInteger("lane", 0),
+                       route->getValueAsFloat("from", 0.0f), route->getValueAsFloat("to", 0.0f),
+                       element.getValueAsFloat("speed", 0.0f),
+                       element.getValueAsFloat("start", 0.0f)});
+    return "";
 }
 
-bool Scene::readShip(const qor::XMLElement& element, TError& error)
+std::string Scene::load(const std::string& filename, const qor::XMLElement& pattern)
 {
-    TShip ship = {};
-    ship.name = element.getValue("name", "");
-    ship.kind = element.getValue("kind", "");
-    ship.speed = element.getValueAsFloat("speed", 0.0f);
-    ship.start = element.getValueAsFloat("start", 0.0f);
-    const std::string routeName = element.getValue("route", "");
-    const auto route = std::find_if(m_Routes.begin(), m_Routes.end(), [&](const TRoute& candidate) {
-        return candidate.name == routeName;
-    });
-    if (route == m_Routes.end()) {
-        error.text = "Unknown 'route' " + quote(routeName) + " of the ship " + quote(ship.name);
-        return false;
+    std::error_code unused;
+    if (std::filesystem::exists(filename, unused) &&
+        !std::filesystem::is_regular_file(filename, unused)) {
+        return "Cannot load " + quote(filename) + ": it is not a file";
     }
-    ship.route = *route;
-    if (std::find(KINDS.begin(), KINDS.end(), ship.kind) == KINDS.end()) {
-        error.text = "Unknown 'kind' " + quote(ship.kind) + " of the ship " + quote(ship.name);
-    } else if (ship.speed < 0.0f || ship.speed > 100.0f) {
-        error.text = "The 'speed' of the ship " + quote(ship.name) + " is not from 0 to 100";
-    } else if (ship.start < 0.0f || ship.start > 100.0f) {
-        error.text = "The 'start' of the ship " + quote(ship.name) + " is not from 0 to 100";
+    std::ifstream file(filename, std::ios::binary);
+    const std::string source{std::istreambuf_iterator<char>(file), {}};
+    qor::XMLElement document("");
+    TError error;
+    const int code = document.load(filename);
+    if (!file.is_open()) {
+        return "Cannot load a scene: " + qor::XMLElement::getLastError();
     }
-    m_Ships.push_back(ship);
-    return error.text.empty();
+    if (code < 0) {
+        return locate(filename, source, static_cast<std::size_t>(-code),
+                      qor::XMLElement::getLastError());
+    }
+    return assign(document, pattern, error)
+               ? ""
+               : locate(filename, source, findError(source, error), error.text);
 }
 
 unsigned int Scene::getChecksum() const
@@ -97,11 +163,12 @@ unsigned int Scene::getChecksum() const
     return checksum.getChecksumInteger();
 }
 
-qor::XMLElement* Scene::findShip(qor::XMLElement& document, const std::string& name)
+qor::XMLElement* Scene::find(qor::XMLElement& document, const std::string& tag,
+                             const std::string& name)
 {
-    qor::XMLElement* ship = document.getChild("ship");
-    while (ship && ship->getValue("name", "") != name) {
-        ship = document.getNextChild(ship, "ship");
+    qor::XMLElement* child = document.getChild(tag);
+    while (child && child->getValue("name", "") != name) {
+        child = document.getNextChild(child, tag);
     }
-    return ship;
+    return child;
 }

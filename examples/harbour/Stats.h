@@ -1,47 +1,52 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <chrono>
-#include <cstddef>
+#include <map>
+#include <string>
+
+#include <qor/StringUtil.h>
 
 /// The mean time that each stage of a frame takes.
 class Stats
 {
 public:
-    enum Stage : std::size_t { UPDATE, SKY, LAND, WATER, SHIPS, TEXT, PRESENT, STAGE_COUNT };
-    static constexpr std::array<const char*, STAGE_COUNT> NAMES = {
-        "update", "sky", "land", "water", "ships", "text", "present"};
-
-    /// Ends a frame; the time until the first stage of the next frame is not counted.
+    /// Begins a frame. The time from the last stage of the previous frame is not counted.
     void startFrame()
     {
-        constexpr double SHARE = 0.05; // of the newest frame
-        for (std::size_t i = 0; i < STAGE_COUNT; ++i) {
-            m_Means[i] += SHARE * (m_Frame[i] - m_Means[i]);
-        }
-        m_Frame = {};
-        m_Last = std::chrono::steady_clock::now();
-        m_FrameTime = std::chrono::duration<float>(m_Last - m_FrameStart).count();
-        m_FrameStart = m_Last;
+        const auto previous = m_FrameStart;
+        m_Last = m_FrameStart = std::chrono::steady_clock::now();
+        m_FrameTime += 0.05 * (TMilliseconds(m_FrameStart - previous).count() - m_FrameTime);
+        ++m_FrameCount;
     }
 
     /// Adds the time since the last call to a stage, which may have several parts in a frame.
-    void end(Stage stage)
+    void end(const std::string& stage)
     {
         const auto now = std::chrono::steady_clock::now();
-        m_Frame[stage] += std::chrono::duration<double, std::milli>(now - m_Last).count();
+        m_Totals[stage] += TMilliseconds(now - m_Last).count();
+        m_Totals["sum"] += TMilliseconds(now - m_Last).count();
         m_Last = now;
     }
 
-    /// Returns milliseconds a frame.
-    double getMean(std::size_t stage) const { return m_Means[stage]; }
+    /// Returns the milliseconds a frame by stage.
+    std::string report() const
+    {
+        std::string line = "Milliseconds a frame:";
+        for (const auto& [stage, total] : m_Totals) {
+            line += " " + stage + " " +
+                    qor::StringUtil::toString(static_cast<float>(total / m_FrameCount), 2);
+        }
+        return line;
+    }
 
-    /// Returns the frames a second by the time of the last frame.
-    float getRate() const { return m_FrameTime > 0.0f ? 1.0f / m_FrameTime : 0.0f; }
+    /// Returns the frames a second.
+    float getRate() const { return static_cast<float>(1000.0 / (m_FrameTime + 0.001)); }
 
 private:
-    std::array<double, STAGE_COUNT> m_Means = {}, m_Frame = {};
-    float m_FrameTime = 0.0f;
+    using TMilliseconds = std::chrono::duration<double, std::milli>;
+
+    std::map<std::string, double> m_Totals;
+    double m_FrameCount = 0.0, m_FrameTime = 0.0;
     std::chrono::steady_clock::time_point m_FrameStart, m_Last;
 };

@@ -1,72 +1,58 @@
 // SPDX-License-Identifier: MIT
 #include "View.h"
 
-#include <algorithm>
-#include <array>
-
+#include <qor/Color.h>
 #include <qor/Math.h>
 
 namespace
 {
 
-struct THour {
-    float hour;
-    Pixel zenith, horizon, cloud, ambient;
-};
+std::array<float, 4> makeColor(Pixel pixel)
+{
+    std::array<float, 4> color = {toFloat(pixel >> 16 & 255), toFloat(pixel >> 8 & 255),
+                                  toFloat(pixel & 255), 1.0f};
+    qor::Color::multiply(color.data(), 1.0f / 255.0f, color.data());
+    return color;
+}
 
-constexpr std::array<THour, 11> HOURS = {{
-    {0.0f, 0x040818, 0x12224A, 0x1C2848, 0x3E4E80},
-    {4.3f, 0x0A1636, 0x2C3464, 0x30345A, 0x4A5488},
-    {5.6f, 0x2C4284, 0xE0806A, 0xE07A78, 0xA88090},
-    {6.4f, 0x3E68B4, 0xFFB070, 0xFFB090, 0xE8B090},
-    {8.0f, 0x3F86D8, 0xFFE4BE, 0xFFF0DE, 0xFFEAD0},
-    {11.0f, 0x2478DC, 0xC2E6FA, 0xFFFFFF, 0xFFFFFF},
-    {16.0f, 0x2E7CD8, 0xD4EAF0, 0xFFFAF0, 0xFFFCF4},
-    {18.6f, 0x3A5CB0, 0xFFCA80, 0xFFD0A0, 0xFFD4A4},
-    {19.8f, 0x2C3480, 0xFF7C48, 0xF87868, 0xC88A84},
-    {20.9f, 0x161C50, 0x8A4A78, 0x604070, 0x6C5A8C},
-    {22.5f, 0x060C24, 0x182A54, 0x202C50, 0x42528A},
-}};
+Pixel mixColors(Pixel from, Pixel to, float share)
+{
+    const std::array<float, 4> start = makeColor(from);
+    std::array<float, 4> color = makeColor(to);
+    qor::Color::subtract(color.data(), start.data(), color.data());
+    qor::Color::multiply(color.data(), share, color.data());
+    qor::Color::add(color.data(), start.data(), color.data());
+    qor::Color::clip(color.data(), 0.0f, 1.0f, color.data());
+    return qor::Color::rgba(color.data());
+}
 
-constexpr float SUNRISE = 5.6f;
-constexpr float SUNSET = 20.2f;
-constexpr float MOONRISE = SUNSET + 0.4f;
-constexpr float MOONSET = SUNRISE - 0.4f;
+/// Returns the color of an hour, between two columns of a row of the picture of the day.
+Pixel getDayColor(const qor::Image& day, int row, float hour)
+{
+    const float place = hour / 24.0f * toFloat(day.getWidth());
+    const int column = toInt(place);
+    const Pixel* const colors = day.getData() + row % day.getHeight() * day.getWidth();
+    return mixColors(colors[column % day.getWidth()], colors[(column + 1) % day.getWidth()],
+                     fraction(place));
+}
 
 } // namespace
 
-TLight getLight(float hour)
-{
-    std::size_t next = 0;
-    while (next < HOURS.size() && HOURS[next].hour <= hour) {
-        ++next;
-    }
-    const THour& a = HOURS[next - 1];
-    const THour& b = HOURS[next % HOURS.size()];
-    const float end = next < HOURS.size() ? b.hour : 24.0f;
-    const float t = (hour - a.hour) / (end - a.hour);
-    TLight light = {};
-    light.zenith = mix(makeColor(a.zenith), makeColor(b.zenith), t);
-    light.horizon = mix(makeColor(a.horizon), makeColor(b.horizon), t);
-    light.cloud = mix(makeColor(a.cloud), makeColor(b.cloud), t);
-    light.ambient = toPixel(mix(makeColor(a.ambient), makeColor(b.ambient), t));
-    const float sunWay = (hour - SUNRISE) / (SUNSET - SUNRISE);
-    const float sunHeight = sine(sunWay / 2.0f);
-    light.night = qor::Math::saturate(0.4f - 2.5f * sunHeight);
-    light.isMoon = hour < MOONSET || hour > MOONRISE;
-    const float moonHour = hour > MOONRISE ? hour : hour + 24.0f;
-    const float way = light.isMoon ? (moonHour - MOONRISE) / (MOONSET + 24.0f - MOONRISE) : sunWay;
-    light.lampX = 0.1f + 0.8f * way;
-    light.lampHeight = sine(way / 2.0f);
-    const TColor low = makeColor(0xFF7A30), high = makeColor(0xFFF6D8);
-    light.lamp = light.isMoon ? makeColor(0xD8E2F8)
-                              : mix(low, high, qor::Math::saturate(light.lampHeight * 2.2f));
-    return light;
-}
-
-TView::TView(const qor::Image& frame, float time, float hourOfDay, float cameraPan)
+TView::TView(const qor::Image& frame, const qor::Image& day, float time, float hour,
+             float cameraPan)
     : width(frame.getWidth()), height(frame.getHeight()), horizon(height * 51 / 100),
-      scale(static_cast<float>(height) / 720.0f), seconds(time), pan(cameraPan * 60.0f * scale),
-      light(getLight(hourOfDay))
+      scale(toFloat(height) / 720.0f), seconds(time), pan(cameraPan * 60.0f * scale),
+      zenith(getDayColor(day, 0, hour)), haze(getDayColor(day, 1, hour)),
+      cloud(getDayColor(day, 2, hour)), ambient(getDayColor(day, 3, hour))
 {
+    constexpr float SUNRISE = 5.6f, SUNSET = 20.2f, MOONRISE = 20.6f, MOONSET = 5.2f;
+    const float sunWay = (hour - SUNRISE) / (SUNSET - SUNRISE);
+    night = qor::Math::saturate(0.4f - 2.5f * sine(sunWay / 2.0f));
+    isMoon = hour < MOONSET || hour > MOONRISE;
+    const float moonHour = hour > MOONRISE ? hour : hour + 24.0f;
+    const float way = isMoon ? (moonHour - MOONRISE) / (MOONSET + 24.0f - MOONRISE) : sunWay;
+    lampX = 0.1f + 0.8f * way;
+    lampHeight = sine(way / 2.0f);
+    lamp =
+        isMoon ? 0xD8E2F8 : mixColors(0xFF7A30, 0xFFF6D8, qor::Math::saturate(lampHeight * 2.2f));
 }

@@ -1,40 +1,26 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "shared/Canvas.h"
+#include "Canvas.h"
 
-/// The light of an hour of the day.
-struct TLight {
-    TColor zenith, horizon, cloud;
-    TColor lamp;             ///< the sun or, at night, the moon
-    Pixel ambient;           ///< multiplies the color of all that has no light of its own
-    float night;             ///< 0 by day, 1 when stars and lamps have their full strength
-    float lampX, lampHeight; ///< 0 to 1 from left to right, and above the horizon
-    bool isMoon;
-};
-
-/// @param hour from 0 to 24
-TLight getLight(float hour);
-
-/// What all parts of the picture are drawn by.
+/// The size of the picture, its time, and the light of the hour.
 struct TView {
-    TView(const qor::Image& frame, float time, float hourOfDay, float cameraPan);
+    /// @param day a picture with a column for each part of the day, and a row for each color
+    TView(const qor::Image& frame, const qor::Image& day, float time, float hour, float cameraPan);
 
     /// Returns a length at the present size of the picture; 720 rows are the whole height.
     float scaled(float length) const { return length * scale; }
 
-    /// Returns a color of this size under the light of the hour.
-    Pixel lit(Pixel pixel) const { return illuminate(pixel, light.ambient) | OPAQUE; }
-
     /// Returns an amount that grows from 0 by day to `amount` at night.
-    unsigned int atNight(float amount) const
-    {
-        return static_cast<unsigned int>(light.night * amount);
-    }
+    unsigned int atNight(float amount) const { return toUnsigned(night * amount); }
 
     int width, height, horizon;
-    float scale;
-    float seconds;
+    float scale, seconds;
     float pan; ///< columns by which the nearest objects move to the left
-    TLight light;
+    Pixel zenith, haze, cloud;
+    Pixel ambient;           ///< multiplies the color of all that has no light of its own
+    Pixel lamp;              ///< color of the sun or, at night, the moon
+    float night;             ///< 0 by day, 1 when stars and lamps have their full strength
+    float lampX, lampHeight; ///< 0 to 1 from left to right, and above the horizon
+    bool isMoon;
 };

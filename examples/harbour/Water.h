@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
-
 #include "View.h"
 
 /// The sea, in bands from the horizon to the viewer. Ships are drawn between two bands, so that the
@@ -14,7 +12,7 @@ public:
 
     Water();
 
-    /// Takes the picture above the horizon, which the water mirrors.
+    /// Copies the picture above the horizon, which the water mirrors.
     void mirror(const qor::Image& frame, const TView& view);
 
     /// Draws a band; 0 is the farthest.
@@ -24,13 +22,9 @@ public:
     static float getCrest(const TView& view, int band, float x);
 
 private:
-    struct TRow;
-
-    static constexpr unsigned int WAVE_COUNT = 1024; ///< entries of a full turn
-
     void drawRow(qor::Image& frame, const TView& view, int y, const float* crests) const;
     int getWave(unsigned int phase) const { return m_Waves[phase >> 22]; }
 
-    std::array<int, WAVE_COUNT> m_Waves; ///< sines from -128 to 128
+    std::array<int, 1024> m_Waves; ///< sines of a full turn, from -128 to 128
     qor::Image m_Mirror;
 };

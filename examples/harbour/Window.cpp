@@ -9,7 +9,7 @@
 
 Window::Window(Harbour& harbour) : m_Harbour(harbour)
 {
-    qor::Configuration& table = harbour.getSettings().getTable();
+    qor::Configuration& table = harbour.settings;
     // The frame is finished; a copy of it to the screen needs no graphics hardware.
     SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
     if (SDL_Init(SDL_INIT_VIDEO) == 0) {
@@ -29,7 +29,7 @@ Window::Window(Harbour& harbour) : m_Harbour(harbour)
 
 Window::~Window()
 {
-    m_Harbour.getSettings().getTable().removeListener(this);
+    m_Harbour.settings.removeListener(this);
     m_Window.reset();
     SDL_Quit();
 }
@@ -41,7 +41,7 @@ void Window::parameterChanged(const std::string& name)
 
 void Window::applySetting(const std::string& name)
 {
-    const qor::Configuration& table = m_Harbour.getSettings().getTable();
+    const qor::Configuration& table = m_Harbour.settings;
     const bool fillsScreen = table.getBoolean("window/fullscreen");
     if (name == "window/fullscreen") {
         SDL_SetWindowFullscreen(m_Window.get(), fillsScreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
@@ -54,18 +54,17 @@ void Window::applySetting(const std::string& name)
 
 void Window::handleEvents()
 {
-    qor::Configuration& table = m_Harbour.getSettings().getTable();
+    qor::Configuration& table = m_Harbour.settings;
     m_SkipsText = false;
     for (SDL_Event event; SDL_PollEvent(&event) != 0;) {
         if (event.type == SDL_QUIT) {
-            m_Harbour.quit();
+            m_Harbour.life.sendEvent(Life::QUIT);
         } else if (event.type == SDL_KEYDOWN) {
             handleKey(event.key.keysym);
         } else if (event.type == SDL_TEXTINPUT && !m_SkipsText) {
             m_Harbour.handleText(event.text.text);
         } else if (event.type == SDL_MOUSEWHEEL) {
-            m_Harbour.handleKey(event.wheel.y > 0 ? Harbour::Key::PAGE_UP
-                                                  : Harbour::Key::PAGE_DOWN);
+            m_Harbour.scroll(event.wheel.y > 0 ? 3 : -3);
         } else if (event.type == SDL_WINDOWEVENT && event.window.event == SDL_WINDOWEVENT_RESIZED &&
                    !table.getBoolean("window/fullscreen")) {
             // Both sizes are read first: each setting resizes the window.
@@ -80,31 +79,38 @@ void Window::handleEvents()
 
 void Window::handleKey(const SDL_Keysym& key)
 {
-    using Key = Harbour::Key;
-    static const std::map<SDL_Keycode, Key> KEYS = {{SDLK_F1, Key::CONSOLE},
-                                                    {SDLK_ESCAPE, Key::ESCAPE},
-                                                    {SDLK_RETURN, Key::ENTER},
-                                                    {SDLK_KP_ENTER, Key::ENTER},
-                                                    {SDLK_BACKSPACE, Key::BACKSPACE},
-                                                    {SDLK_DELETE, Key::DELETE},
-                                                    {SDLK_UP, Key::UP},
-                                                    {SDLK_DOWN, Key::DOWN},
-                                                    {SDLK_LEFT, Key::LEFT},
-                                                    {SDLK_RIGHT, Key::RIGHT},
-                                                    {SDLK_PAGEUP, Key::PAGE_UP},
-                                                    {SDLK_PAGEDOWN, Key::PAGE_DOWN},
-                                                    {SDLK_HOME, Key::HOME},
-                                                    {SDLK_END, Key::END}};
-    const auto found = KEYS.find(key.sym);
-    // The key left of 1, whatever the layout of the keyboard.
-    if (key.scancode == SDL_SCANCODE_GRAVE) {
-        m_SkipsText = true;
-        m_Harbour.handleKey(Key::CONSOLE);
-    } else if (found != KEYS.end()) {
-        m_Harbour.handleKey(found->second);
+    qor::Configuration& table = m_Harbour.settings;
+    // The key left of 1, independent of the keyboard's layout.
+    if (key.scancode == SDL_SCANCODE_GRAVE || key.sym == SDLK_F1) {
+        m_SkipsText = key.sym != SDLK_F1;
+        m_Harbour.life.sendEvent(Life::CONSOLE);
+    } else if (key.sym == SDLK_ESCAPE) {
+        m_Harbour.life.sendEvent(Life::ESCAPE);
     } else if (key.sym == SDLK_F11) {
-        qor::Configuration& table = m_Harbour.getSettings().getTable();
         table.setBoolean("window/fullscreen", !table.getBoolean("window/fullscreen"));
+    } else if (m_Harbour.life.isIn("console")) {
+        editLine(key.sym);
+    } else if (key.sym == SDLK_LEFT || key.sym == SDLK_RIGHT) {
+        m_Harbour.pan(key.sym == SDLK_LEFT ? -0.5f : 0.5f);
+    } else if (key.sym == SDLK_RETURN) {
+        m_Harbour.life.sendEvent(Life::CONTINUE);
+    }
+}
+
+void Window::editLine(SDL_Keycode key)
+{
+    static const std::map<SDL_Keycode, void (LineEditor::*)()> EDITS = {
+        {SDLK_BACKSPACE, &LineEditor::eraseBefore}, {SDLK_DELETE, &LineEditor::eraseAfter},
+        {SDLK_UP, &LineEditor::showOlder},          {SDLK_DOWN, &LineEditor::showNewer},
+        {SDLK_LEFT, &LineEditor::moveLeft},         {SDLK_RIGHT, &LineEditor::moveRight},
+        {SDLK_HOME, &LineEditor::moveToStart},      {SDLK_END, &LineEditor::moveToEnd}};
+    const auto edit = EDITS.find(key);
+    if (edit != EDITS.end()) {
+        (m_Harbour.editor.*edit->second)();
+    } else if (key == SDLK_RETURN || key == SDLK_KP_ENTER) {
+        m_Harbour.runLine(m_Harbour.editor.enter());
+    } else if (key == SDLK_PAGEUP || key == SDLK_PAGEDOWN) {
+        m_Harbour.scroll(key == SDLK_PAGEUP ? 5 : -5);
     }
 }
 
@@ -114,7 +120,7 @@ void Window::drawFrame()
     SDL_GetWindowSize(m_Window.get(), &width, &height);
     m_Harbour.resize(width, height);
     present(m_Harbour.draw());
-    m_Harbour.getStats().end(Stats::PRESENT);
+    m_Harbour.stats.end("present");
 }
 
 void Window::present(const qor::Image& frame) const
@@ -128,44 +134,33 @@ void Window::present(const qor::Image& frame) const
     SDL_UpdateWindowSurface(m_Window.get());
 }
 
-void Window::run()
+void Window::run(int frameCount)
 {
     const std::string driver = SDL_GetCurrentVideoDriver();
-    if (driver == "dummy" || driver == "offscreen") {
+    if (frameCount == 0 && (driver == "dummy" || driver == "offscreen")) {
         throw std::runtime_error("There is no display; see --frames");
     }
     using Clock = std::chrono::steady_clock;
     constexpr std::chrono::duration<double> STEP(Harbour::STEP), LONGEST(0.25);
     Clock::time_point last = Clock::now();
     std::chrono::duration<double> unspent(0.0);
-    while (!m_Harbour.isOver()) {
-        m_Harbour.getStats().startFrame();
+    for (int i = 0; (frameCount == 0 || i < frameCount) && !m_Harbour.life.isIn("over"); ++i) {
+        m_Harbour.stats.startFrame();
         handleEvents();
         const Clock::time_point now = Clock::now();
-        // After a pause, such as a moved window, time is lost rather than hurried after.
+        // After a pause, such as a moved window, the lost time is not made up for.
         unspent += std::min<std::chrono::duration<double>>(now - last, LONGEST);
         last = now;
-        for (; unspent >= STEP; unspent -= STEP) {
+        for (unspent = frameCount > 0 ? STEP : unspent; unspent >= STEP; unspent -= STEP) {
             m_Harbour.update();
         }
-        m_Harbour.getStats().end(Stats::UPDATE);
+        m_Harbour.stats.end("update");
         drawFrame();
-        // Where the screen does not set the pace, sleep until the next step.
+        // If the screen does not set the pace, sleep until the next step.
         const std::chrono::duration<double, std::milli> rest =
             STEP - unspent - (Clock::now() - now);
-        if (rest.count() >= 1.0) {
+        if (frameCount == 0 && rest.count() >= 1.0) {
             SDL_Delay(static_cast<Uint32>(rest.count()));
         }
-    }
-}
-
-void Window::run(int frameCount)
-{
-    for (int i = 0; i < frameCount && !m_Harbour.isOver(); ++i) {
-        m_Harbour.getStats().startFrame();
-        handleEvents();
-        m_Harbour.update();
-        m_Harbour.getStats().end(Stats::UPDATE);
-        drawFrame();
     }
 }

@@ -18,9 +18,9 @@ public:
     ~Window() override;
 
     /// Runs the program until it is left.
-    void run();
-
-    /// Runs a number of frames, each an update on from the last, without regard to the time.
+    /// @param frameCount 0, or the number of frames to run without regard to the time: each is one
+    ///        update after the last
+    /// @throws std::runtime_error if there is no display and the number of frames is 0
     void run(int frameCount);
 
 private:
@@ -33,6 +33,7 @@ private:
     void applySetting(const std::string& name);
     void handleEvents();
     void handleKey(const SDL_Keysym& key);
+    void editLine(SDL_Keycode key);
     void drawFrame();
     void present(const qor::Image& frame) const;
 

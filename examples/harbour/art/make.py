@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Draws the TGA files in this directory: ships with alpha, gulls on a black color key, and the font."""
+"""Draws the TGA files in this directory: pictures of color numbers with their palettes, and the font."""
 import math
 import os
 import struct
@@ -60,17 +60,63 @@ class Canvas:
         turn = [i * math.tau / 16 for i in range(16)]
         self.polygon([(x + radius * math.cos(a), y + radius * math.sin(a)) for a in turn], color)
 
-    def save(self, name, depth):
-        """Writes the TGA file, bottom row first. Depth 24 turns pixels below half alpha to black."""
-        data = bytearray(struct.pack("<BBBHHBHHHHBB", 0, 0, 2, 0, 0, 0, 0, 0, self.width, self.height, depth, 0))
-        for y in reversed(range(self.height)):
-            for red, green, blue, alpha in self.pixels[y * self.width:(y + 1) * self.width]:
-                shown = alpha >= 0.5
-                keyed = [max(round(c), 1) if shown else 0 for c in (blue, green, red)]
-                data += bytes([round(blue), round(green), round(red), round(alpha * 255)]
-                              if depth == 32 else keyed)
-        with open(os.path.join(HERE, name), "wb") as file:
-            file.write(data)
+    def save(self, name):
+        """Writes a TGA file of color numbers, and keeps their colors for palettes.tga."""
+        pixels = [tuple(round(c) for c in p[:3]) + (alpha_byte(p[3]),) for p in self.pixels]
+        colors = make_palette(pixels)
+        numbers = {}
+        for pixel in set(pixels):
+            numbers[pixel] = 0 if pixel[3] == 0 else 1 if pixel == channels(WINDOW) + (255,) else min(
+                range(len(colors)), key=lambda i: color_distance(colors[i], pixel))
+        write_gray(name, self.width, self.height, bytes(numbers[p] for p in pixels))
+        PALETTES.append(colors + [(0, 0, 0, 0)] * (256 - len(colors)))
+
+
+# Pixels of this color glow at night; their alpha is one less than opaque.
+WINDOW, WINDOW_ALPHA = 0x4A5C6C, 254
+PALETTES = []
+
+
+def write_tga(name, kind, width, height, depth, rows):
+    """Writes a TGA file; its bottom row comes first."""
+    header = struct.pack("<BBBHHBHHHHBB", 0, 0, kind, 0, 0, 0, 0, 0, width, height, depth, 0)
+    with open(os.path.join(HERE, name + ".tga"), "wb") as file:
+        file.write(header + b"".join(reversed(rows)))
+
+
+def write_gray(name, width, height, data):
+    write_tga(name, 3, width, height, 8, [data[y * width:(y + 1) * width] for y in range(height)])
+
+
+def alpha_byte(alpha):
+    return 0 if alpha < 0.06 else 255 if alpha > 0.97 else round(alpha * 15) * 16
+
+
+def color_distance(a, b):
+    return sum((x - y) * (x - y) for x, y in zip(a, b)) + (1000000 if (a[3] >= 254 or b[3] >= 254) and a[3] != b[3] else 0)
+
+
+def make_palette(pixels):
+    """Returns up to 256 colors with alpha, by median cut; number 0 is transparent."""
+    counts = {}
+    for pixel in pixels:
+        if pixel[3] == 255 and pixel[:3] == channels(WINDOW):
+            continue
+        if pixel[3] > 0:
+            counts[pixel] = counts.get(pixel, 0) + 1
+    groups = [[p for p in counts if p[3] == 255], [p for p in counts if p[3] < 255]]
+    groups = [g for g in groups if g]
+    while len(groups) < 250:
+        widest, group, channel = max(
+            ((max(p[c] for p in g) - min(p[c] for p in g)) * math.sqrt(sum(counts[p] for p in g)), i, c)
+            for i, g in enumerate(groups) for c in range(4))
+        if widest == 0:
+            break
+        parts = sorted(groups[group], key=lambda p: p[channel])
+        groups[group:group + 1] = [parts[:len(parts) // 2], parts[len(parts) // 2:]]
+    total = [sum(counts[p] for p in g) for g in groups]
+    means = [tuple(round(sum(p[c] * counts[p] for p in g) / n) for c in range(4)) for g, n in zip(groups, total)]
+    return [(0, 0, 0, 0), channels(WINDOW) + (WINDOW_ALPHA,)] + means
 
 
 def channels(color):
@@ -108,7 +154,7 @@ def schooner():
     c.box(24, 89, 38, 95, 0xB98A58, 0x8A6038)
     c.box(60, 93, 63, 95, 0xFFE9A8)
     c.box(68, 93, 71, 95, 0xFFE9A8)
-    c.save("schooner.tga", 32)
+    c.save("schooner")
 
 
 def steamer():
@@ -144,7 +190,7 @@ def steamer():
     for x in range(22, 142, 9):
         c.disc(x, 55, 1.5, 0xE8D8A0)
     c.polygon([(6, 39), (5, 26), (16, 28), (16, 34), (6, 33)], 0xE8E2D2, 0xC03A34)
-    c.save("steamer.tga", 32)
+    c.save("steamer")
 
 
 def trawler():
@@ -168,7 +214,7 @@ def trawler():
         c.disc(x, 50, 2.8, 0x2A2624)
         c.disc(x, 50, 1.2, 0x2F86A8)
     c.polygon([(30, 4), (40, 6), (30, 9)], 0xF2C23A)
-    c.save("trawler.tga", 32)
+    c.save("trawler")
 
 
 def sloop():
@@ -183,7 +229,7 @@ def sloop():
     c.polygon([(5, 61), (14, 64), (34, 64), (48, 60), (47, 62), (34, 66), (14, 66), (6, 63)], 0x2F6EA8)
     c.disc(16, 56, 2.1, 0xE8B890)
     c.polygon([(13.4, 58), (18.6, 58), (18.8, 61), (13, 61)], 0xD04A3A)
-    c.save("sloop.tga", 32)
+    c.save("sloop")
 
 
 def gulls():
@@ -197,7 +243,7 @@ def gulls():
             c.line(outer, tip, outer - side * 3, tip + (bend - tip) * 0.45, 1.6, 0x3A4048)
         c.polygon([(x + 8, 8.6), (x + 14, 6.6), (x + 19, 7), (x + 20, 8.6), (x + 15, 10.6)], 0xFFFFFF, 0xD8DEE8)
         c.box(x + 20, 7.6, x + 22, 9, 0xF0A030)
-    c.save("gulls.tga", 24)
+    c.save("gulls")
 
 
 # One line a glyph, from the blank on: strokes as points (column, row) of a grid; row 0 is the top of the capitals,
@@ -300,11 +346,11 @@ GLYPHS = """
 ~03 12 34 43
 00 40 46 06 00
 """.split("\n")[1:97]
-CELL_WIDTH, CELL_HEIGHT, PITCH, PEN = 16, 28, 2.75, 2.5
+CELL_WIDTH, CELL_HEIGHT, PITCH, PEN = 14, 24, 2.4, 2.2
 
 
 def stroke_points(text):
-    points = [(2.5 + PITCH * int(p[0]), 3.5 + PITCH * int(p[1])) for p in text.lstrip("~").split()]
+    points = [(2.2 + PITCH * int(p[0]), 2.8 + PITCH * int(p[1])) for p in text.lstrip("~").split()]
     for _ in range(3 if text.startswith("~") else 0):
         # Chaikin's corner cutting; the ends stay.
         cut = [points[0]]
@@ -333,11 +379,207 @@ def font():
             nearest = [min([segment_distance(x + 0.5, y + 0.5, a, b) for a, b in segments], default=99.0)
                        for x in range(CELL_WIDTH)]
             rows.append(bytes(round(255 * min(max(PEN / 2 + 0.5 - d, 0.0), 1.0)) for d in nearest))
-    header = struct.pack("<BBBHHBHHHHBB", 0, 0, 3, 0, 0, 0, 0, 0, CELL_WIDTH, CELL_HEIGHT * len(GLYPHS), 8, 0)
-    with open(os.path.join(HERE, "font.tga"), "wb") as file:
-        file.write(header + b"".join(reversed(rows)))
+    write_tga("font", 3, CELL_WIDTH, CELL_HEIGHT * len(GLYPHS), 8, rows)
+
+
+def hash_noise(seed):
+    seed = (seed ^ seed >> 16) * 0x85EBCA6B & 0xFFFFFFFF
+    seed = (seed ^ seed >> 13) * 0xC2B2AE35 & 0xFFFFFFFF
+    return ((seed ^ seed >> 16) >> 8) / 16777216
+
+
+def mix(a, b, t):
+    return a + (b - a) * t
+
+
+def smooth_noise(x, seed):
+    total, weight = 0.0, 0.5
+    for octave in range(4):
+        cell, t = math.floor(x), x - math.floor(x)
+        key = cell * 7919 + seed + octave * 104729
+        total += weight * mix(hash_noise(key), hash_noise(key + 7919), t * t * (3 - 2 * t))
+        x *= 2
+        weight *= 0.5
+    return total
+
+
+def hills():
+    """Heights of three rows of hills, the farthest first; 255 is 200 rows of 720."""
+    width, rows = 1024, []
+    for layer, (height, rise, length) in enumerate(((60, 130, 300), (26, 98, 210), (4, 62, 120))):
+        tops = []
+        for x in range(width):
+            place, share = x * 1.5, x / width * 1.2 - 0.1
+            trees = 0.16 * smooth_noise(place / 11, 60) if layer == 2 else 0.0
+            bump = smooth_noise(place / length + 9 * layer, 40) + trees
+            side = 0.55 + 1.5 * (share - 0.46) ** 2
+            tops.append(round(min((height + rise * bump) * side * 255 / 200, 255)))
+        rows.append(bytes(tops))
+    write_gray("hills", width, 3, b"".join(rows))
+
+
+def clouds():
+    """Noise that repeats in both directions."""
+    size, values = 128, bytearray()
+    for y in range(size):
+        for x in range(size):
+            total, weight, cells = 0.0, 0.5, 4
+            while cells <= 64:
+                step = size // cells
+
+                def corner(dx, dy):
+                    return hash_noise((y // step + dy) % cells * 257 + (x // step + dx) % cells + cells * 65537)
+
+                u, v = x % step / step, y % step / step
+                u, v = u * u * (3 - 2 * u), v * v * (3 - 2 * v)
+                total += weight * mix(mix(corner(0, 0), corner(1, 0), u), mix(corner(0, 1), corner(1, 1), u), v)
+                weight *= 0.52
+                cells *= 2
+            values.append(round(min(total, 1.0) * 255))
+    write_gray("clouds", size, size, bytes(values))
+
+
+# The colors of the sky above and at the horizon, of clouds, and of the light on everything, by hours.
+HOURS = ((0.0, 0x040818, 0x12224A, 0x1C2848, 0x3E4E80), (4.3, 0x0A1636, 0x2C3464, 0x30345A, 0x4A5488),
+         (5.6, 0x2C4284, 0xE0806A, 0xE07A78, 0xA88090), (6.4, 0x3E68B4, 0xFFB070, 0xFFB090, 0xE8B090),
+         (8.0, 0x3F86D8, 0xFFE4BE, 0xFFF0DE, 0xFFEAD0), (11.0, 0x2478DC, 0xC2E6FA, 0xFFFFFF, 0xFFFFFF),
+         (16.0, 0x2E7CD8, 0xD4EAF0, 0xFFFAF0, 0xFFFCF4), (18.6, 0x3A5CB0, 0xFFCA80, 0xFFD0A0, 0xFFD4A4),
+         (19.8, 0x2C3480, 0xFF7C48, 0xF87868, 0xC88A84), (20.9, 0x161C50, 0x8A4A78, 0x604070, 0x6C5A8C),
+         (22.5, 0x060C24, 0x182A54, 0x202C50, 0x42528A), (24.0, 0x040818, 0x12224A, 0x1C2848, 0x3E4E80))
+
+
+def day():
+    """A column for each quarter of an hour; a row for each color."""
+    rows = []
+    for kind in range(1, 5):
+        row = bytearray()
+        for quarter in range(96):
+            hour = quarter / 4
+            a, b = next((a, b) for a, b in zip(HOURS, HOURS[1:]) if a[0] <= hour < b[0])
+            t = (hour - a[0]) / (b[0] - a[0])
+            row += bytes(round(mix(x, y, t)) for x, y in zip(reversed(channels(a[kind])), reversed(channels(b[kind]))))
+        rows.append(bytes(row))
+    write_tga("day", 2, 96, 4, 24, rows)
+
+
+LAMPS = {
+    "schooner": [(17, 23, 26, 0xFFC060), (-60, 24, 12, 0x40E070), (-5, 21, 22, 0xFFB050), (16, 96, 9, 0xFFF0D0)],
+    "steamer": [(20, 50, 12, 0xFFF0D0), (-20, 33, 24, 0xFFC878), (0, 33, 24, 0xFFC878), (20, 33, 24, 0xFFC878),
+                (-45, 18, 14, 0xFFB860), (40, 18, 14, 0xFFB860), (52, 62, 9, 0xFFFFFF)],
+    "trawler": [(8, 36, 24, 0xFFD890), (-12, 58, 12, 0xFF5040), (36, 30, 9, 0x40E070)],
+    "sloop": [(-2, 70, 9, 0xFFF0D0), (-6, 14, 12, 0xFFB050)],
+    "rock": [(30, 30, 15, 0xFFC870)],
+    "town": [],
+}
+TOWN_WIDTH, TOWN_HEIGHT, QUAY = 620, 118, 14
+
+
+def house(c, left, width, height, seed):
+    walls = (0xE8D8B8, 0xD88A68, 0xE0B060, 0x9AB0B4, 0xF2EAE0, 0xC86A5C, 0xA8B884)
+    roofs = (0xA8503A, 0x7E4438, 0x5C5560)
+    base = TOWN_HEIGHT - QUAY
+    top, wall = base - height, channels(walls[int(hash_noise(seed + 3) * 7)])
+    c.box(left, top, left + width, base, wall[0] << 16 | wall[1] << 8 | wall[2])
+    shade = [round(v * 0.8) for v in wall]
+    c.box(left + width - 4, top, left + width, base, shade[0] << 16 | shade[1] << 8 | shade[2])
+    rise, inset = 10 + 8 * hash_noise(seed + 5), 0.5 if hash_noise(seed + 6) > 0.5 else 0.2
+    chimney = left + width * 2 // 3
+    c.box(chimney, top - 16, chimney + 4, top, 0x6A4A40)
+    c.polygon([(left - 2, top + 1), (left + width * inset, top - rise), (left + width * (1 - inset), top - rise),
+               (left + width + 2, top + 1)], roofs[int(hash_noise(seed + 4) * 3)])
+    for row in range(top + 5, base - 18, 11):
+        for column in range(left + 4, left + width - 5, 9):
+            lit = hash_noise(seed * 31 + row * 640 + column) < 0.72
+            c.box(column, row, column + 4, row + 6, WINDOW if lit else 0x4A5C6E)
+            if lit:
+                LAMPS["town"].append((column + 2 - TOWN_WIDTH / 2, TOWN_HEIGHT - row - 3, 11, 0x4C3018))
+    c.box(left + 4, base - 10, left + 9, base, 0x5A4034)
+
+
+def town():
+    c = Canvas(TOWN_WIDTH, TOWN_HEIGHT)
+    base, left, seed = TOWN_HEIGHT - QUAY, 46, 500
+    while left < TOWN_WIDTH - 45:
+        width = 24 + int(hash_noise(seed) * 20)
+        house(c, left, width, 26 + int(hash_noise(seed + 1) * 36), seed)
+        left += width + (12 if hash_noise(seed + 2) > 0.8 else 1)
+        seed += 10
+    c.box(300, 34, 318, base, 0xE2D6C2)
+    c.box(311, 34, 318, base, 0xBCAE9A)
+    c.polygon([(297, 35), (309, 2), (321, 35)], 0x4E7A78)
+    c.disc(309, 46, 5, 0xFFF8E0)
+    c.box(306, 60, 311, 68, WINDOW)
+    c.polygon([(0, TOWN_HEIGHT), (18, base), (TOWN_WIDTH, base), (TOWN_WIDTH, TOWN_HEIGHT)], 0x8A8078)
+    c.box(16, base, TOWN_WIDTH, base + 3, 0xB4A898)
+    for x in range(30, TOWN_WIDTH, 26):
+        c.box(x, TOWN_HEIGHT - 9, x + 3, TOWN_HEIGHT, 0x4A4038)
+    for x in range(34, TOWN_WIDTH, 78):
+        c.box(x, base - 20, x + 1.6, base, 0x40342C)
+        c.disc(x + 0.8, base - 20, 2.5, WINDOW)
+        LAMPS["town"].append((x + 0.8 - TOWN_WIDTH / 2, QUAY + 20, 26, 0xC09650))
+    c.save("town")
+
+
+def tower():
+    c = Canvas(44, 142)
+    def band(low, high, color, start=-1.0, end=1.0):
+        def half(y):
+            return 17 - 6 * y / 130
+        c.polygon([(22 + half(low) * start, 142 - low), (22 + half(low) * end, 142 - low),
+                   (22 + half(high) * end, 142 - high), (22 + half(high) * start, 142 - high)], color)
+    for i in range(5):
+        white = i % 2 == 0
+        band(20 * i, 20 * i + 20, 0xF8F4EC if white else 0xD8423A)
+        band(20 * i, 20 * i + 20, 0xB8B8BC if white else 0xA03234, 0.3)
+        band(20 * i, 20 * i + 20, 0xFEFCF8 if white else 0xE06A62, -0.8, -0.45)
+    c.box(5, 37, 39, 42, 0x3A3E48)
+    c.box(13, 22, 31, 37, WINDOW)
+    c.polygon([(10, 22), (34, 22), (27, 12), (23, 4), (21, 4), (17, 12)], 0xC03A34)
+    c.save("tower")
+
+
+def rock():
+    c = Canvas(240, 50)
+    def shape(color, *points):
+        c.polygon([((x + 190) * 0.75, 50 - y * 0.75) for x, y in points], color)
+    shape(0x5E5A58, (-190, 0), (-150, 12), (-96, 18), (-60, 34), (-22, 38), (24, 36), (48, 24), (84, 20), (118, 6), (130, 0))
+    shape(0x46444A, (-190, 0), (-120, 8), (-60, 14), (-20, 10), (40, 16), (90, 8), (130, 0))
+    shape(0x6E8450, (-64, 32), (-40, 38), (20, 37), (40, 26), (6, 30), (-30, 28))
+    shape(0xF0E6D4, (22, 34), (62, 26), (62, 46), (22, 50))
+    shape(WINDOW, (30, 38), (36, 37), (36, 43), (30, 44))
+    shape(WINDOW, (46, 35), (52, 34), (52, 40), (46, 41))
+    shape(0xA8503C, (18, 48), (66, 44), (56, 62), (28, 64))
+    c.save("rock")
+
+
+def mill():
+    c = Canvas(32, 60)
+    for color, points in ((0xE8DCC4, [(-14, 0), (14, 0), (9, 46), (-9, 46)]), (0xB8A88C, [(2, 0), (14, 0), (9, 46), (3, 46)]),
+                          (0x8A4A38, [(-11, 46), (11, 46), (5, 56), (-5, 56)]),
+                          (0x5A3C2C, [(-3, 0), (3, 0), (3, 11), (-3, 11)]), (WINDOW, [(-2, 24), (2, 24), (2, 30), (-2, 30)])):
+        c.polygon([(16 + x, 60 - y) for x, y in points], color)
+    c.save("mill")
+
+
+def lamps():
+    """Writes the lamps: a place from the middle of the picture's lower edge, a radius, and a color."""
+    lines = ["<lamps>"]
+    for picture, places in LAMPS.items():
+        for x, y, radius, color in places:
+            lines.append(f"\t<{picture}><x>{x:g}</x><y>{y:g}</y><radius>{radius}</radius>"
+                         f"<color>{color}</color></{picture}>")
+    with open(os.path.join(HERE, "lamps.xml"), "w") as file:
+        file.write("\n".join(lines + ["</lamps>", ""]))
+
+
+def palettes():
+    """Writes the colors of all pictures, a row for each."""
+    rows = [b"".join(struct.pack("BBBB", blue, green, red, alpha) for red, green, blue, alpha in row)
+            for row in PALETTES]
+    write_tga("palettes", 2, 256, len(rows), 32, rows)
 
 
 if __name__ == "__main__":
-    for draw in (schooner, steamer, trawler, sloop, gulls, font):
+    for draw in (schooner, steamer, trawler, sloop, gulls, town, tower, rock, mill, palettes, lamps, font, hills, clouds,
+                 day):
         draw()
