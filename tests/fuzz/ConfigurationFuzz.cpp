@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <vector>
 
 #include "FuzzInput.h"
@@ -57,6 +58,15 @@ void checkPaths(FuzzInput& input, const qor::XMLElement& root)
 
 } // namespace
 
+/// Returns a text without the characters that files do not keep.
+std::string makeStorable(std::string text)
+{
+#ifdef _WIN32
+    text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+#endif
+    return qor::StringUtil::trim(text);
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     FuzzInput input(data, size);
@@ -82,7 +92,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const std::vector<std::string> texts = textsOf(table);
         require(table.set(name, table.get(name)) && textsOf(table) == texts);
     }
-    table.setString(NAMES[5], qor::StringUtil::trim(table.getString(NAMES[5])));
+    table.setString(NAMES[5], makeStorable(table.getString(NAMES[5])));
     require(table.save() && reloaded.load(file.name) && textsOf(reloaded) == textsOf(table));
     checkPaths(input, root);
     return 0;
