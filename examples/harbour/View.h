@@ -18,7 +18,7 @@ struct TView {
     float scale, seconds;
     float pan; ///< columns by which the nearest objects move to the left
     Pixel zenith, haze, cloud;
-    Pixel ambient;           ///< multiplies the color of all that has no light of its own
+    Pixel ambient;           ///< multiplies the color of everything that is not a light
     Pixel lamp;              ///< color of the sun or, at night, the moon
     float night;             ///< 0 by day, 1 when stars and lamps have their full strength
     float lampX, lampHeight; ///< 0 to 1 from left to right, and above the horizon
