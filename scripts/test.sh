@@ -69,9 +69,9 @@ windows)
     "$wine" wineboot --init
     build windows
     run_tests windows
-    # Without C++11 threads in the compiler, and the library and its programs for 32-bit x86.
+    # The library and its programs, with a compiler without C++11 threads and for 32-bit x86. GoogleTest requires
+    # such threads, and Debian's 32-bit Wine cannot be installed beside every other package.
     build windows-win32
-    run_tests windows-win32
     build windows-i686
     tests/install/zip.sh
     ;;
