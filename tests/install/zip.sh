@@ -27,7 +27,7 @@ if command -v pkg-config >/dev/null; then
     # By the compiler without C++11 threads, whose run-time library needs no further DLL.
     # shellcheck disable=SC2046 # the flags are words
     x86_64-w64-mingw32-g++-win32 -std=c++17 -static-libgcc -static-libstdc++ "$consumer/main.cpp" -o "$root/bin/second.exe" \
-        $(pkg-config --cflags --libs qortk)
+        $(pkg-config --define-prefix --cflags --libs qortk)
     [ "$(cd "$root/bin" && "$wine" ./second.exe | tr -d '\r')" = "$version" ]
 fi
 echo "The zip can be used."
