@@ -173,12 +173,6 @@ public:
     /// @throws std::bad_alloc if there is not enough memory
     [[nodiscard]] std::string toString(bool formatted) const;
 
-    /// Returns the description of the last failure of load(), parse(), save() or validate() on any
-    /// element in the process. A success does not change it.
-    /// @return a copy; empty before the first failure
-    /// @throws std::bad_alloc if there is not enough memory
-    [[nodiscard]] static std::string getLastError();
-
     /// @}
 
     /// @name Name and value
@@ -327,36 +321,36 @@ public:
     /// Returns the first child with a name.
     /// @param name the name; an empty name matches every child
     /// @return the child; null if it does not exist
-    /// @{
     [[nodiscard]] XMLElement* getChild(const std::string& name) noexcept;
+
+    /// @copydoc getChild(const std::string&)
     [[nodiscard]] const XMLElement* getChild(const std::string& name) const noexcept;
-    /// @}
 
     /// Returns the first sibling after a child that has a name.
     /// @param child a child of this element, or null
     /// @param name the name; an empty name matches every sibling
     /// @return the sibling; null if it does not exist or `child` is null
-    /// @{
     [[nodiscard]] XMLElement* getNextChild(XMLElement* child, const std::string& name) noexcept;
+
+    /// @copydoc getNextChild(XMLElement*, const std::string&)
     [[nodiscard]] const XMLElement* getNextChild(const XMLElement* child,
                                                  const std::string& name) const noexcept;
-    /// @}
 
     /// Returns a view of the children for a range-based `for` loop.
     /// @param name name of the children to visit; an empty one visits all
     /// @return the view, which is valid as long as this element
     /// @throws std::bad_alloc if there is not enough memory
-    /// @{
     [[nodiscard]] XMLChildren<XMLElement> getChildren(const std::string& name = std::string())
     {
         return {*this, name};
     }
+
+    /// @copydoc getChildren(const std::string&)
     [[nodiscard]] XMLChildren<const XMLElement>
     getChildren(const std::string& name = std::string()) const
     {
         return {*this, name};
     }
-    /// @}
 
     /// Returns the element at a path.
     /// @param path the path, see the class description
@@ -413,6 +407,12 @@ public:
     void calculateChecksum(Checksum& checksum) const;
 
     /// @}
+
+    /// Returns the description of the last failure of load(), parse(), save() or validate() on any
+    /// element in the process. A success does not change it.
+    /// @return a copy; empty before the first failure
+    /// @throws std::bad_alloc if there is not enough memory
+    [[nodiscard]] static std::string getLastError();
 
 private:
     friend class ElementFinder;
