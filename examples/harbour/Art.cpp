@@ -91,8 +91,8 @@ void Art::draw(qor::Image& frame, const TView& view, const std::string& name, co
     const int width = sprite.getWidth(), left = toInt(pose.x) - width / 2;
     for (int row = 0; row < sprite.getHeight(); ++row) {
         const int y = toInt(pose.bottom) - sprite.getHeight() + row;
-        drawRow(frame, view, sprite.getData() + row * width,
-                qor::Rectangle(left, y, left + width, y + 1), 256);
+        drawRow(frame, view, getRow(sprite, row), qor::Rectangle(left, y, left + width, y + 1),
+                256);
     }
     const float size = view.scaled(pose.scale), side = pose.isMirrored ? -size : size;
     for (const qor::XMLElement& lamp : m_Lamps.getChildren(name)) {
@@ -116,7 +116,7 @@ void Art::reflect(qor::Image& frame, const TView& view, const std::string& name,
         const int left =
             toInt(pose.x + ripple * view.scaled(pose.scale) * (1.0f + 5.0f * depth)) - width / 2;
         const int y = toInt(pose.bottom) + row;
-        drawRow(frame, view, sprite.getData() + (height - 1 - row) * width,
+        drawRow(frame, view, getRow(sprite, height - 1 - row),
                 qor::Rectangle(left, y, left + width, y + 1), toUnsigned(120.0f * (1.0f - depth)));
     }
 }

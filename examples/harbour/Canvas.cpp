@@ -112,7 +112,7 @@ void drawIcon(qor::Image& image, const qor::Image& icon, const qor::Rectangle& a
     std::fill_n(small.getData(), width * height, 0);
     // Row by row: a transfer of all rows at once leaves gaps between them.
     for (int row = 0; row < height; ++row) {
-        const Pixel* const source = icon.getData() + row * step * icon.getWidth() + area.getLeft();
+        const Pixel* const source = getRow(icon, row * step) + area.getLeft();
         qor::Image::blitRaw(source, width * step, step, icon.getWidth(), getRow(small, row), width,
                             alphaLevel, SOLID, step);
     }

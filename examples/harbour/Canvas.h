@@ -13,10 +13,18 @@ struct TPoint {
     float x, y;
 };
 
+/// Returns the first pixel of a row.
+/// @{
 inline Pixel* getRow(qor::Image& image, int y)
 {
     return image.getData() + static_cast<std::ptrdiff_t>(y) * image.getWidth();
 }
+
+inline const Pixel* getRow(const qor::Image& image, int y)
+{
+    return image.getData() + static_cast<std::ptrdiff_t>(y) * image.getWidth();
+}
+/// @}
 
 void fillRectangle(qor::Image& image, const qor::Rectangle& area, Pixel pixel, unsigned int amount);
 

@@ -90,7 +90,9 @@ void Commands::addProgramCommands()
         for (const auto& [name, help] : m_Harbour.console.getCommands()) {
             if (t.size() == 1 || t[1] == name) {
                 m_Harbour.console.print(
-                    name + std::string(12 - std::min<std::size_t>(name.size(), 11), ' ') + help);
+                    std::string(name)
+                        .append(12 - std::min<std::size_t>(name.size(), 11), ' ')
+                        .append(help));
                 isFound = true;
             }
         }

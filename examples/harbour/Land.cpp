@@ -28,7 +28,7 @@ void drawHills(qor::Image& frame, const TView& view, const qor::Image& heights, 
     const auto hazeAmount = toUnsigned(159 - 56 * layer);
     const Pixel high = blend(color, view.haze, hazeAmount),
                 low = blend(color, view.haze, hazeAmount + 51);
-    const Pixel* const row = heights.getData() + layer % heights.getHeight() * heights.getWidth();
+    const Pixel* const row = getRow(heights, layer % heights.getHeight());
     for (int x = 0; x < view.width; ++x) {
         const float nearness = 0.12f + 0.14f * toFloat(layer);
         const float place =

@@ -55,8 +55,8 @@ void drawLamp(qor::Image& frame, const TView& view)
 unsigned int getDensity(const Pixel* texture, unsigned int u, unsigned int v)
 {
     const unsigned int left = u >> 16 & 127, right = (left + 1) & 127, dx = u >> 8 & 255;
-    const Pixel* const top = texture + (v >> 16 & 127) * 128;
-    const Pixel* const bottom = texture + (((v >> 16) + 1) & 127) * 128;
+    const Pixel* const top = texture + static_cast<std::size_t>(v >> 16 & 127) * 128;
+    const Pixel* const bottom = texture + static_cast<std::size_t>(((v >> 16) + 1) & 127) * 128;
     const unsigned int dy = v >> 8 & 255;
     const unsigned int upper = (top[left] & 255) * (256 - dx) + (top[right] & 255) * dx;
     const unsigned int lower = (bottom[left] & 255) * (256 - dx) + (bottom[right] & 255) * dx;

@@ -31,7 +31,7 @@ Pixel getDayColor(const qor::Image& day, int row, float hour)
 {
     const float place = hour / 24.0f * toFloat(day.getWidth());
     const int column = toInt(place);
-    const Pixel* const colors = day.getData() + row % day.getHeight() * day.getWidth();
+    const Pixel* const colors = getRow(day, row % day.getHeight());
     return mixColors(colors[column % day.getWidth()], colors[(column + 1) % day.getWidth()],
                      fraction(place));
 }

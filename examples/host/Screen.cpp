@@ -311,8 +311,9 @@ private:
         m_Pairs.reset();
         werase(m_Output.get());
         for (int i = 0; i < shownCount; ++i) {
+            const int index = m_SkippedRows + i;
             wmove(m_Output.get(), shownCount - 1 - i, 0);
-            drawRow(rows[static_cast<std::size_t>(m_SkippedRows + i)]);
+            drawRow(rows[static_cast<std::size_t>(index)]);
         }
         wnoutrefresh(m_Output.get());
     }
