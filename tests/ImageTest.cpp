@@ -189,8 +189,11 @@ TEST(ImageTest, TransfersRowsAsSinglePixels)
 {
     // Rows are transferred by vector instructions, single pixels are not.
     constexpr int S = 60, T = 47;
+    const Ints levels = {0, 1, 128, 129, 255, 256, 257, -1};
     Random random;
-    const auto number = [&random](int count) { return static_cast<int>(random() % count); };
+    const auto number = [&random](int count) {
+        return static_cast<int>(random() % static_cast<unsigned int>(count));
+    };
     const auto randomImage = [&random](int size) {
         Pixels pixels(static_cast<std::size_t>(size * size));
         for (std::uint32_t& pixel : pixels) { // Some black ones, and alphas around the thresholds.
@@ -201,7 +204,7 @@ TEST(ImageTest, TransfersRowsAsSinglePixels)
     for (int i = 0; i < 300; ++i) {
         const Image source = randomImage(S);
         Image target = randomImage(T), expected = target;
-        const int level = Ints{0, 1, 128, 129, 255, 256, 257, -1}[number(8)];
+        const int level = levels[static_cast<std::size_t>(number(8))];
         const int columns = number(T), rows = number(2) + 1;
         const int left = number(S - columns), top = number(S - rows);
         int count = 0;
