@@ -50,7 +50,8 @@ int main()
     qor::Configuration configuration(1);
     TWindow window = {};
     WindowSettings settings(configuration, window);
-    // False means that the file exists but cannot be read: don't save over it then.
+    // False means that the file exists but cannot be read: don't save over it then. See the recipe
+    // on elements that no parameter names for files that users edit.
     const bool maySave = configuration.load("settings.xml");
 
     std::cout << window.width << " x " << window.height << '\n';

@@ -7,7 +7,7 @@
 #include <qor/Task.h>
 #include <qor/Thread.h>
 
-/// Work in steps. All members are guarded by the mutex.
+/// Work in steps. The mutex guards the numbers that both threads use.
 class Worker : public qor::Task
 {
 public:

@@ -272,8 +272,12 @@ public:
     /// Loads a file and stores its name for save(). Values are set in the order of their
     /// declaration, with limits and notifications. Parameters without a stored value keep theirs.
     /// @param fileName the path of the file. A path with a zero byte does not name a file.
-    /// @return true if the file was loaded or does not exist. False if it exists and cannot be
-    ///         read, for example a pipe without a writer; no value is changed then.
+    /// @return true if the file was loaded, or if File::fileExists() returns false for it, as for a
+    ///         directory or in a directory that cannot be searched. False if it cannot be read or
+    ///         is not well-formed; no value is changed then.
+    /// @warning The name of the root is not checked, and a text that ends early is not an error. A
+    ///          comment before the root becomes the root, so that no value is found. Before saving
+    ///          over a file that others may edit, load it as an XMLElement and check it.
     /// @throws std::bad_alloc if there is not enough memory; some values may be set then
     bool load(const std::string& fileName);
 

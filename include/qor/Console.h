@@ -15,7 +15,7 @@ namespace qor
 
 /// A text console without a screen. The host feeds it typed characters and displays its lines.
 ///
-/// A command line is a list of tokens separated by spaces and tabs. A token that begins with a
+/// A command line is a list of tokens separated by spaces. A tab separates, too, but cannot be typed. A token that begins with a
 /// double quote extends to the next double quote, spaces included; there is no escape character.
 /// Empty tokens are dropped, so a variable cannot be set to an empty text from the command line.
 /// The first token is the name of a command, the others are its parameters.
@@ -83,7 +83,7 @@ public:
 
     /// Registers a command. If the name is taken, the earlier command keeps it.
     /// @param name first token of the lines that run the command
-    /// @param help description, stored and not used
+    /// @param help description for getCommands(); the console itself does not use it
     /// @param minParameters minimum number of parameters; a negative number rejects every line
     /// @param maxParameters maximum number of parameters; a negative number sets no limit
     /// @param command the command, owned by the host; null registers nothing
@@ -97,7 +97,7 @@ public:
 
     /// Registers a variable. If the name is taken, the earlier variable keeps it.
     /// @param name name for `get` and `set`
-    /// @param help description, stored and not used
+    /// @param help description for getVariables(); the console itself does not use it
     /// @param type VT_STRING, or a type that `get` and `set` reject
     /// @param firstFloat stored and not used
     /// @param secondFloat stored and not used
