@@ -41,7 +41,10 @@ int main()
     qor::XMLElement* const ship = harbour.createChild("ship");
     ship->createChild("name")->setValue("Dolphin");
     ship->createChild("length")->setValue(12);
-    harbour.save("harbour.xml", true);
+    if (harbour.save("harbour.xml", true) < 0) {
+        std::cerr << qor::XMLElement::getLastError() << '\n';
+        return 1;
+    }
     std::cout << harbour.findChild("pilot")->toString() << '\n';
 
     qor::XMLElement rules("");
