@@ -20,10 +20,9 @@ static const char* const TEMPLATE =
 
 static void showShips(const qor::XMLElement& harbour)
 {
-    for (const qor::XMLElement* ship = harbour.getChild("ship"); ship;
-         ship = harbour.getNextChild(ship, "ship")) {
-        std::cout << ship->getValue("name", "nameless") << ": "
-                  << ship->getValueAsFloat("length", 10.0f) << " m\n";
+    for (const qor::XMLElement& ship : harbour.getChildren("ship")) {
+        std::cout << ship.getValue("name", "nameless") << ": "
+                  << ship.getValueAsFloat("length", 10.0f) << " m\n";
     }
 }
 
