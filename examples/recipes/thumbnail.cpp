@@ -2,6 +2,7 @@
 // Makes a thumbnail of a TGA file: checks its header, loads it, scales it down, and saves it.
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -42,7 +43,7 @@ static qor::Image shrink(const qor::Image& picture, int step)
     const int width = std::max(1, picture.getWidth() / step);
     const int height = std::max(1, picture.getHeight() / step);
     qor::Image small(static_cast<unsigned long>(width), static_cast<unsigned long>(height));
-    for (int row = 0; row < height; ++row) { // each source row is `step` rows further down
+    for (std::ptrdiff_t row = 0; row < height; ++row) { // source rows are `step` rows apart
         qor::Image::blitRaw(picture.getData() + row * step * picture.getWidth(), width * step, step,
                             picture.getWidth(), small.getData() + row * width, width,
                             qor::Image::AL_NONE, 255, step);
