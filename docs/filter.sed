@@ -9,3 +9,5 @@ s/\[\([^]]*\)\](\([a-z-]*\)\.md)/\\ref \2 "\1"/g
 s/!\[\([^]]*\)\](images\/\([a-z-]*\)\.svg)/\\dotfile \2.dot "\1"/
 s/!\[\([^]]*\)\](images\/\([a-z-]*\.png\))/\\image html \2 "\1"/
 s/^<!-- embed .* -->$//
+# A phrase, not a link to the class.
+s/\*\*Thread safety\*\*/**%Thread safety**/

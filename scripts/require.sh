@@ -20,7 +20,7 @@ require() {
         echo "  sudo $install" >&2
         exit 1
     fi
-    echo "Installing:$missing"
+    echo "Installing:$missing" >&2
     export DEBIAN_FRONTEND=noninteractive
     # A fresh system has no package lists or outdated ones.
     if ! $become_root apt-get update -qq ||

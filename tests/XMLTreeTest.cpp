@@ -23,10 +23,12 @@ template<typename T>
 constexpr bool CAN_BE_VALUE<
     T, std::void_t<decltype(std::declval<XMLElement&>().setValue(std::declval<T>()))>> = true;
 
+constexpr auto LAMBDA = [] { return 1; };
 static_assert(CAN_BE_VALUE<char (&)[4]> && CAN_BE_VALUE<std::nullptr_t> && CAN_BE_VALUE<short>);
 static_assert(!CAN_BE_VALUE<char> && !CAN_BE_VALUE<int*> && !CAN_BE_VALUE<const void*>);
 static_assert(!CAN_BE_VALUE<XMLElement*> && !CAN_BE_VALUE<const volatile char*>);
-static_assert(!CAN_BE_VALUE<int (*)()> && !CAN_BE_VALUE<int (&)()>);
+static_assert(!CAN_BE_VALUE<int (*)()> && !CAN_BE_VALUE<int (&)()> &&
+              !CAN_BE_VALUE<decltype(LAMBDA)>);
 static_assert(!CAN_BE_VALUE<int std::string::*> && !CAN_BE_VALUE<int (std::string::*)()>);
 
 /// Values follow the children, as the writer puts them.

@@ -49,6 +49,8 @@ int main()
     qor::XMLElement document("");
     document.parse("<host><recent>harbour.xml</recent></host>");
     configuration.save(&document);
-    document.save("host.xml", true);
+    if (document.save("host.xml", true) < 0) {
+        std::cerr << qor::XMLElement::getLastError() << '\n';
+    }
     std::cout << document.toString() << '\n';
 }

@@ -57,7 +57,9 @@ int main()
 
     Survey survey({"survey/north.txt", "survey/south.txt", "survey/west.txt"});
     qor::Thread thread;
-    thread.start(&survey);
+    if (!thread.start(&survey)) {
+        return 1;
+    }
     for (int i = 0; i < 3; ++i) {
         std::cout << "Size: " << survey.takeSize() << '\n';
     }

@@ -20,10 +20,9 @@ static const char* const TEMPLATE =
 
 static void showShips(const qor::XMLElement& harbour)
 {
-    for (const qor::XMLElement* ship = harbour.getChild("ship"); ship;
-         ship = harbour.getNextChild(ship, "ship")) {
-        std::cout << ship->getValue("name", "nameless") << ": "
-                  << ship->getValueAsFloat("length", 10.0f) << " m\n";
+    for (const qor::XMLElement& ship : harbour.getChildren("ship")) {
+        std::cout << ship.getValue("name", "nameless") << ": "
+                  << ship.getValueAsFloat("length", 10.0f) << " m\n";
     }
 }
 
@@ -41,7 +40,10 @@ int main()
     qor::XMLElement* const ship = harbour.createChild("ship");
     ship->createChild("name")->setValue("Dolphin");
     ship->createChild("length")->setValue(12);
-    harbour.save("harbour.xml", true);
+    if (harbour.save("harbour.xml", true) < 0) {
+        std::cerr << qor::XMLElement::getLastError() << '\n';
+        return 1;
+    }
     std::cout << harbour.findChild("pilot")->toString() << '\n';
 
     qor::XMLElement rules("");

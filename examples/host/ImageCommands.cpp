@@ -14,6 +14,7 @@
 #include <vector>
 
 #include <qor/Color.h>
+#include <qor/File.h>
 #include <qor/Image.h>
 #include <qor/Log.h>
 #include <qor/Rectangle.h>
@@ -81,10 +82,15 @@ protected:
         (*m_Images)[name] = std::move(image);
     }
 
-    /// Saves an image, and prints the result.
-    /// @return false if saving failed
+    /// Saves an image, and prints the result. Only commands whose name ends with '!' replace files.
+    /// @return false if saving failed or was refused
     bool saveImage(const qor::Image& image, const std::string& filename, int depth)
     {
+        const std::string& command = getDescription().name;
+        if (command.back() != '!' && qor::File::fileExists(filename)) {
+            return fail("Cannot save over " + quote(filename) + ": the file exists. Use '" +
+                        command + "!' to replace it");
+        }
         constexpr std::array<const char*, 3> REASONS = {
             "depths are 8, 24 and 32", "the file cannot be opened", "not all of it was written"};
         const int result = image.saveTGA(filename.c_str(), static_cast<unsigned char>(depth));
@@ -356,6 +362,8 @@ void addImageCommands(Host& host)
     host.addCommand<ImageSaveCommand>({"image-save", "NAME FILE [DEPTH]",
                                        "Save a TGA file with 8, 24 or 32 bits per pixel", 2, 3},
                                       images);
+    host.addCommand<ImageSaveCommand>(
+        {"image-save!", "NAME FILE [DEPTH]", "Save, and replace an existing file", 2, 3}, images);
     host.addCommand<ImageShowCommand>(
         {"image-show", "NAME [COLUMNS]", "Show an image and its size", 1, 2}, images);
     host.addCommand<ImageListCommand>({"image-list", "", "List the images", 0, 0}, images);
@@ -369,5 +377,8 @@ void addImageCommands(Host& host)
         images);
     host.addCommand<RenderCommand>({"render", "NAME FILE [DEGREES [WIDTH HEIGHT]]",
                                     "Draw a rotated knot and save it as a TGA file", 2, 5},
+                                   images);
+    host.addCommand<RenderCommand>({"render!", "NAME FILE [DEGREES [WIDTH HEIGHT]]",
+                                    "Draw a knot, and replace an existing file", 2, 5},
                                    images);
 }

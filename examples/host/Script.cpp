@@ -116,5 +116,6 @@ bool runScript(Host& host, std::istream& input, std::ostream& output, bool echoe
 {
     Script script(host, output, echoes);
     script.run(input);
-    return output && !host.hasFailed() && !script.hasLostChanges();
+    const bool isScript = host.getMode() == Host::Mode::SCRIPT;
+    return output && !script.hasLostChanges() && !(isScript && host.hasFailed());
 }

@@ -9,6 +9,6 @@ class Host;
 /// the mode LINE_BY_LINE it writes a prompt before each line, and if the input ends with unsaved
 /// changes, it asks the user.
 /// @param echoes whether to write the input lines, too
-/// @return false if a line failed, the output could not be written, or a script left unsaved
-/// changes
+/// @return false if the output could not be written, the input ended with unsaved changes, or a
+///         line of a script failed
 bool runScript(Host& host, std::istream& input, std::ostream& output, bool echoes);

@@ -139,13 +139,14 @@ TTextPlace findPlace(const std::string& text, std::size_t position)
 
 std::string describeLoadError(const std::string& filename, const std::string& source, int result)
 {
-    std::string text = "Cannot load " + quote(filename);
+    std::string text = "Cannot load ";
     if (!source.empty()) {
         // The negated result is the position after the last byte that the parser has read.
         const TTextPlace place = findPlace(source, static_cast<std::size_t>(-(result + 1)));
-        text += ", line " + std::to_string(place.line) + ", column " + std::to_string(place.column);
+        text += "line " + std::to_string(place.line) + ", column " + std::to_string(place.column) +
+                " of ";
     }
-    return text + ": " + qor::XMLElement::getLastError();
+    return text + quote(filename) + ": " + qor::XMLElement::getLastError();
 }
 
 std::string findUnsupported(const std::string& source, std::size_t end)

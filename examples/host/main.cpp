@@ -114,14 +114,16 @@ int runHost(const TArguments& arguments)
         const bool hasSucceeded = runScript(host, std::cin, std::cout, arguments.echoes);
         return hasStarted && hasSucceeded ? EXIT_SUCCESS : EXIT_FAILURE;
     }
+    bool hasSucceeded = true;
     if (host.getMode() == Host::Mode::LINE_BY_LINE) {
         catchInterrupts();
-        runScript(host, std::cin, std::cout, arguments.echoes);
+        hasSucceeded = runScript(host, std::cin, std::cout, arguments.echoes);
     } else if (!runScreen(host)) {
         std::cerr << "qorhost: Cannot use this terminal. Check the variable TERM\n";
         return EXIT_FAILURE;
     }
-    return saveSettings(host);
+    const int status = saveSettings(host);
+    return hasSucceeded ? status : EXIT_FAILURE;
 }
 
 } // namespace

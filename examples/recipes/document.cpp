@@ -29,7 +29,7 @@ static bool loadList(const std::string& path, qor::XMLElement& list)
     return true;
 }
 
-/// Saves the list. After a failed write the file has its old content, so it is read again.
+/// Saves the list. A failed write is not reported, so the file is read again.
 static bool saveList(const qor::XMLElement& list, const std::string& path)
 {
     if (list.save(path, true) < 0) {

@@ -26,7 +26,9 @@ int main()
 
     // Save the parameters into the document, then the document.
     configuration.save(&document);
-    document.save("settings.xml", true);
+    if (document.save("settings.xml", true) < 0) {
+        std::cout << "settings.xml: " << qor::XMLElement::getLastError() << '\n';
+    }
 
     std::ifstream file("settings.xml");
     std::cout << file.rdbuf();

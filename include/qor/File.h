@@ -50,12 +50,12 @@ public:
     /// Checks whether a path exists and is not a directory. Writes nothing to the log.
     /// @param path the file
     /// @return true for a file of any type; false also if the system does not permit the check
-    static bool fileExists(const std::string& path);
+    [[nodiscard]] static bool fileExists(const std::string& path);
 
     /// Checks whether a path exists and is a directory. Writes nothing to the log.
     /// @param path the directory
     /// @return true for a directory; false also if the system does not permit the check
-    static bool directoryExists(const std::string& path);
+    [[nodiscard]] static bool directoryExists(const std::string& path);
 
     /// Deletes a file. If the path is a symbolic link to a file, deletes the link.
     /// @param path the file. For a directory, or a symbolic link to one, the operation fails.
@@ -68,29 +68,30 @@ public:
     /// @param newPath its new path, on the same file system. An existing file with this path is
     ///                replaced on POSIX systems; on Windows the operation fails.
     /// @return true on success; false, with an error in the log, on failure
-    static bool renameFile(const std::string& oldPath, const std::string& newPath);
+    [[nodiscard]] static bool renameFile(const std::string& oldPath, const std::string& newPath);
 
     /// Returns the time of the last write to a file.
     /// @param path the file, which must be readable
     /// @return seconds since the start of 1970 in UTC, clamped to the range of the type; 0, with an
     ///         error in the log, on failure
-    static unsigned int fileTime(const std::string& path);
+    [[nodiscard]] static unsigned int fileTime(const std::string& path);
 
     /// Returns the size of a file.
     /// @param path the file, which must be readable
     /// @return bytes, modulo 2 to the power of 32; 0, with an error in the log, on failure
-    static unsigned int fileSize(const std::string& path);
+    [[nodiscard]] static unsigned int fileSize(const std::string& path);
 
     /// Replaces each backslash in a path by a slash and removes all slashes at its end.
     /// @param path the path, which need not exist
     /// @return the changed path; empty for a path of slashes only
-    static std::string standardizePath(const std::string& path);
+    [[nodiscard]] static std::string standardizePath(const std::string& path);
 
     /// Joins a directory and a file name with a slash.
     /// @param directory the directory; may be empty
     /// @param file      the file's name or relative path
     /// @return the joined path; `file` if the directory is empty
-    static std::string filePath(const std::string& directory, const std::string& file);
+    [[nodiscard]] static std::string filePath(const std::string& directory,
+                                              const std::string& file);
 
     /// Returns the directory in which a program stores data of its user.
     ///

@@ -36,12 +36,12 @@ public:
     ///        follow white space and have a sign. Text after the third number is ignored.
     /// @return major << 24 | minor << 16 | patch << 8, with each number reduced to its low eight
     ///         bits; 0 if the text does not begin with three numbers
-    static unsigned int versionStringToNumber(const std::string& text);
+    [[nodiscard]] static unsigned int versionStringToNumber(const std::string& text);
 
     /// Converts a packed version to text.
     /// @param version number as from versionStringToNumber(); its low eight bits are ignored
     /// @return "major.minor.patch"
-    static std::string versionNumberToString(unsigned int version);
+    [[nodiscard]] static std::string versionNumberToString(unsigned int version);
 
     /// Reads a number from the start of a text, as a standard stream does. Leading white space is
     /// skipped, a sign is accepted, and text after the number is ignored.
@@ -51,9 +51,9 @@ public:
     /// @return the number; 0 if the text does not begin with a number or the number exceeds the
     ///         range of the type
     /// @{
-    static float stringToFloat(const std::string& text);
-    static int stringToInt(const std::string& text);
-    static unsigned int stringToUInt(const std::string& text);
+    [[nodiscard]] static float stringToFloat(const std::string& text);
+    [[nodiscard]] static int stringToInt(const std::string& text);
+    [[nodiscard]] static unsigned int stringToUInt(const std::string& text);
     /// @}
 
     /// Converts a timestamp to text in UTC.
@@ -62,25 +62,25 @@ public:
     /// @param withDate whether the date precedes the time
     /// @return the time in the format "%H:%M:%S" or "%Y-%m-%d %H:%M:%S". A year has at least four
     ///         digits.
-    static std::string timeStampToString(std::int64_t timeStamp, bool withDate);
+    [[nodiscard]] static std::string timeStampToString(std::int64_t timeStamp, bool withDate);
 
     /// Removes blanks, tabs, line feeds and carriage returns at both ends of a text.
     /// @param text text to trim
     /// @return the trimmed text
-    static std::string trim(const std::string& text);
+    [[nodiscard]] static std::string trim(const std::string& text);
 
     /// Writes a float in fixed notation, rounded to the nearest number, ties to even.
     /// @param number number to write
     /// @param precision number of digits after the point; a negative precision means 6
     /// @return the text; "inf", "-inf", "nan" or "-nan" for infinities and NaN
-    static std::string toString(float number, int precision);
+    [[nodiscard]] static std::string toString(float number, int precision);
 
     /// Writes an integer in decimal.
     /// @param number number to write
     /// @return the digits, after a minus sign if the number is negative
     /// @{
-    static std::string toString(int number);
-    static std::string toString(unsigned int number);
+    [[nodiscard]] static std::string toString(int number);
+    [[nodiscard]] static std::string toString(unsigned int number);
     /// @}
 };
 

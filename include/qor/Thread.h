@@ -69,7 +69,7 @@ public:
     /// @return true on success. False if the object is started already; then nothing changes. False
     ///         also if there is not enough memory or the system refuses a thread; then the object
     ///         is idle and only has the task for threadFunction().
-    bool start(Task* task);
+    [[nodiscard]] bool start(Task* task);
 
     /// Waits, without a time limit, until the thread has ended. Then the object is idle and has no
     /// task. Has no effect if the object is idle or the thread itself calls it.

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 #include "qor/Export.h"
 #include "qor/XMLChildren.h"
@@ -121,7 +122,7 @@ public:
     /// @return a result of parse(); -1 if the file cannot be opened or read, or is empty
     /// @throws std::bad_alloc if there is not enough memory; the element then has an unspecified
     ///         part of the document
-    int load(const std::string& filename);
+    [[nodiscard]] int load(const std::string& filename);
 
     /// Replaces this element, its name included, by the document in a text.
     ///
@@ -143,10 +144,13 @@ public:
     /// its old content or the new one. For that, the text is written to a temporary file in the
     /// same directory, which is flushed to the disk and renamed. The flush may take milliseconds,
     /// or longer on a busy disk. Permissions and owner are kept, and a symbolic link is followed.
-    /// File descriptors and watchers of the old file do not see the new content. The file is
-    /// written in place where it cannot be replaced as a whole: if it is not a regular file, has
-    /// several hard links or attributes that cannot be copied, or if its directory is not writable.
-    /// The temporary file is removed on failure.
+    /// File descriptors and watchers of the old file do not see the new content. The temporary file
+    /// is removed on failure. A file that is not writable, such as one with mode 0444, is not
+    /// replaced, although its directory would permit it.
+    ///
+    /// The file is written in place where it cannot be replaced as a whole: if it is not a regular
+    /// file, has several hard links or attributes that cannot be copied, or if its directory is not
+    /// writable. It is emptied first then, so a failed write or a crash loses the old content.
     ///
     /// The whole text is built in memory first. Formatted lines begin with a tab for each level, so
     /// the size grows with the square of the depth: the formatted text of 20,000 nested elements,
@@ -156,10 +160,9 @@ public:
     ///        between the tags
     /// @return the size of the text in bytes, at most the maximum `int`; -1 if the file cannot be
     ///         opened for writing, for example a pipe without a reader. A failed write, as on a
-    ///         full disk, is not reported: the file then has its old content, whose size may be the same.
-    ///         Compare its content with toString().
+    ///         full disk, is not reported. Compare the content of the file with toString().
     /// @throws std::bad_alloc if there is not enough memory; the file is unchanged then
-    int save(const std::string& filename, bool formatted) const;
+    [[nodiscard]] int save(const std::string& filename, bool formatted) const;
 
     /// Returns the text of this element and its descendants.
     /// @return the text, with nothing added between the tags
@@ -242,7 +245,8 @@ public:
     void setValue(const char* text);
 
     /// Replaces the value by the decimal text of an integer.
-    /// @param number the integer
+    /// @param number the integer. `NULL` is one, too, and is stored as 0: use `nullptr` or clear
+    ///        texts for an empty value.
     /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     void setValue(int number);
 
@@ -288,6 +292,13 @@ public:
     /// @param pointer not stored
     template<typename T, typename TClass>
     void setValue(T TClass::*pointer) = delete;
+
+    /// Not available, because a lambda expression would be stored as "true".
+    /// @param function not stored
+    template<typename T, typename TPointer = decltype(+std::declval<const T&>()),
+             typename = std::enable_if_t<std::is_class_v<T> &&
+                                         std::is_function_v<std::remove_pointer_t<TPointer>>>>
+    void setValue(const T& function) = delete;
 
     /// @}
     /// @name Children

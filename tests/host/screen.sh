@@ -53,3 +53,11 @@ if show | grep -qF "Harbour & Sea"; then
     exit 1
 fi
 grep -q "Log closed" host.log
+
+# On a simple terminal the end of the input asks before changes are lost, and in the end reports them.
+type_line "clear; TERM=dumb '$host' --log host.log --config settings.xml; echo \"The status is \$?\""
+type_line "put a 1"
+for answer in "drop or stay?" "drop or stay?" "The status is 1"; do
+    tmux -S "$socket" send-keys C-d
+    expect "$answer"
+done

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+// Gives a console variables that are numbers, with limits. Feeds the console whole lines.
+#include <algorithm>
+#include <iostream>
+#include <list>
+#include <string>
+#include <vector>
+
+#include <qor/Configuration.h>
+#include <qor/Console.h>
+
+/// Shows the parameters of a configuration as variables of a console. The console stores texts;
+/// the configuration checks them and applies its limits.
+class ConsoleVariables
+{
+public:
+    ConsoleVariables(qor::Console& console, qor::Configuration& table)
+        : m_Console(console), m_Table(table)
+    {
+    }
+
+    /// @param name a parameter
+    void add(const std::string& name, const std::string& help)
+    {
+        m_Variables.push_back({name, help, m_Table.get(name)});
+        m_Console.addVariable(name, help, qor::Console::VT_STRING, 0, 0, &m_Variables.back().text);
+    }
+
+    /// Runs a line, then takes over the variables that it has set.
+    void runLine(const std::string& line)
+    {
+        // A line feed would delete characters, a carriage return would run the line so far, and
+        // other characters would be dropped, which could change the meaning of the line.
+        const auto isTypable = [](char character) { return character >= ' ' && character <= '~'; };
+        if (!std::all_of(line.begin(), line.end(), isTypable)) {
+            m_Console.print("Error: A line has characters that cannot be typed");
+            return;
+        }
+        for (const char character : line) {
+            m_Console.putChar(character);
+        }
+        m_Console.putChar('\r');
+        for (TVariable& variable : m_Variables) {
+            if (variable.text != m_Table.get(variable.name) &&
+                !m_Table.set(variable.name, variable.text)) {
+                m_Console.print("Error: " + variable.help);
+            }
+            variable.text = m_Table.get(variable.name); // within its limits, or as it was before
+        }
+    }
+
+private:
+    struct TVariable {
+        std::string name;
+        std::string help;
+        std::string text; ///< the storage of the console's variable
+    };
+
+    qor::Console& m_Console;
+    qor::Configuration& m_Table;
+    std::list<TVariable> m_Variables; ///< a list, because the console has pointers to the texts
+};
+
+int main()
+{
+    qor::Configuration table(1);
+    table.addIntegerParameter("speed", 5, 0, 30, 0);
+    qor::Console console(100);
+    ConsoleVariables variables(console, table);
+    variables.add("speed", "speed is a number of knots from 0 to 30");
+
+    for (const char* const line :
+         {"get speed", "set speed fast", "set speed 99", "get speed", "set speed 1\n2"}) {
+        variables.runLine(line);
+    }
+    std::vector<std::string> lines;
+    console.getOutput(lines, 100, 0);
+    for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
+        std::cout << *line << '\n';
+    }
+    std::cout << "The speed is " << table.getInteger("speed") << ".\n";
+}

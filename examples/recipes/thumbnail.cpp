@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+// Makes a thumbnail of a TGA file: checks its header, loads it, scales it down, and saves it.
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <fstream>
+#include <iostream>
+#include <string>
+
+#include <qor/File.h>
+#include <qor/Image.h>
+
+/// Loads a picture of up to 64 megapixels, with its top row first.
+static bool loadPicture(const std::string& path, qor::Image& picture)
+{
+    constexpr int MAX_PIXELS = 64 << 20;
+    constexpr int HEADER_SIZE = 18;
+    std::array<char, HEADER_SIZE> header{};
+    std::ifstream(path, std::ios::binary).read(header.data(), HEADER_SIZE);
+    const auto byte = [&header](std::size_t i) { return static_cast<unsigned char>(header[i]); };
+    const int width = byte(12) | byte(13) << 8;
+    const int height = byte(14) | byte(15) << 8;
+    const bool beginsAtTop = (byte(17) & 0x20) != 0;
+    // loadTGA requests the memory for the size in the header, even if the file is shorter.
+    if (height > 0 && width > MAX_PIXELS / height) {
+        std::cout << path << ": too large, " << width << " x " << height << " pixels\n";
+        return false;
+    }
+    const int result = picture.loadTGA(path.c_str());
+    if (result <= 0) {
+        std::cout << path << ": cannot be loaded, error " << result << '\n';
+        return false;
+    }
+    if (beginsAtTop) { // loadTGA assumes that the bottom row is stored first
+        picture.flipVertical();
+    }
+    return true;
+}
+
+/// Takes every n-th pixel of every n-th row. Columns and rows that remain at the edges are left out.
+static qor::Image shrink(const qor::Image& picture, int step)
+{
+    const int width = std::max(1, picture.getWidth() / step);
+    const int height = std::max(1, picture.getHeight() / step);
+    qor::Image small(static_cast<unsigned long>(width), static_cast<unsigned long>(height));
+    for (std::ptrdiff_t row = 0; row < height; ++row) { // source rows are `step` rows apart
+        qor::Image::blitRaw(picture.getData() + row * step * picture.getWidth(), width * step, step,
+                            picture.getWidth(), small.getData() + row * width, width,
+                            qor::Image::AL_NONE, 255, step);
+    }
+    return small;
+}
+
+static void makeThumbnail(const std::string& path, const std::string& target, int maxSide)
+{
+    qor::Image picture;
+    if (!loadPicture(path, picture)) {
+        return;
+    }
+    // The smallest step with which both sides fit.
+    const int longSide = std::max(picture.getWidth(), picture.getHeight());
+    const qor::Image small = shrink(picture, (longSide + maxSide - 1) / maxSide);
+    if (qor::File::fileExists(target)) { // saveTGA would replace it
+        std::cout << target << ": exists already\n";
+    } else if (small.saveTGA(target.c_str(), 24) < 0) {
+        std::cout << target << ": cannot be saved\n";
+    } else {
+        std::cout << target << ": " << small.getWidth() << " x " << small.getHeight() << '\n';
+    }
+}
+
+int main()
+{
+    qor::Image harbour(645, 483); // not a multiple of the step
+    std::fill_n(harbour.getData(), 645 * 483, 0xFF204060);
+    if (harbour.saveTGA("harbour.tga", 24) < 0) {
+        return 1;
+    }
+    // A header that claims 65535 x 65535 pixels, and nothing else.
+    std::ofstream("hostile.tga", std::ios::binary)
+        << std::string("\0\0\2\0\0\0\0\0\0\0\0\0\xFF\xFF\xFF\xFF\x20\0", 18);
+
+    for (const char* const name : {"harbour", "hostile", "missing", "harbour"}) {
+        makeThumbnail(name + std::string(".tga"), name + std::string("-small.tga"), 100);
+    }
+}
