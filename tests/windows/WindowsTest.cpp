@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <cerrno>
 #include <clocale>
 #include <cstdint>
 #include <cstdlib>
@@ -7,8 +8,10 @@
 #include <string>
 #include <utility>
 
+#include <io.h>
 #include <windows.h>
 
+#include "Concurrency.h"
 #include "LogReader.h"
 #include "TestData.h"
 #include "qor/qor.h"
@@ -75,6 +78,30 @@ TEST_F(WindowsTest, ReturnsTimeAndSizeOfFreeFiles)
         }
     }
     EXPECT_EQ(File::fileSize(file), 7u);
+}
+
+TEST_F(WindowsTest, ShowsErrorUntilDialogIsClosed)
+{
+    const std::future<void> showing = onThread([] { qor::showErrorPopUp("a &b\n%s", "\"c\""); });
+    HWND dialog = nullptr;
+    ASSERT_TRUE(waitUntil([&] { return (dialog = FindWindowA(nullptr, "\"c\"")) != nullptr; }));
+    constexpr int MESSAGE = 0xFFFF; // Control of the message.
+    char message[100] = "";
+    GetDlgItemTextA(dialog, MESSAGE, message, sizeof message);
+    EXPECT_STREQ(message, "a &b\n%s");
+    EXPECT_EQ(showing.wait_for(std::chrono::milliseconds(0)), std::future_status::timeout);
+    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+}
+
+TEST_F(WindowsTest, OpensAddressWithItsProgram)
+{
+    // The program must not run in the directory that the test removes.
+    std::filesystem::current_path(std::filesystem::temp_directory_path());
+    std::filesystem::path page = write("page.bat", "@echo opened> %~dp0page.txt\r\n");
+    qor::launchWebBrowser(page.make_preferred().string().c_str());
+    EXPECT_TRUE(waitUntil([&] { return read(path("page.txt")) == "opened\r\n"; }));
+    // The script cannot be removed while it runs.
+    EXPECT_TRUE(waitUntil([&] { return _unlink(page.string().c_str()) == 0 || errno == ENOENT; }));
 }
 
 TEST_F(WindowsTest, RenameDoesNotReplaceFiles)
