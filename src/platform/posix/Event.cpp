@@ -30,7 +30,7 @@ struct TWaiter {
 ///
 /// Waiters on the stacks of their threads would need no pool, but `set` would have to notify them
 /// before unlocking the mutex. The woken thread would then wait for the mutex: two threads that
-/// wake each other in turn would take 1.75 times as long.
+/// wake each other in turn would take twice as long.
 TWaiter* unusedWaiters = nullptr; ///< guarded by ProcessGuard
 
 /// @return null if there is no memory for a waiter
