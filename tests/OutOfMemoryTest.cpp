@@ -189,6 +189,17 @@ struct TMachine {
 
 using OutOfMemoryTest = TemporaryFolder;
 
+TEST_F(OutOfMemoryTest, WaitNeedsNoMemory)
+{
+    qor::Mutex mutex;
+    qor::Condition condition;
+    mutex.lock();
+    allocationsLeft = 0;
+    EXPECT_NO_THROW(condition.wait(mutex, 1));
+    allocationsLeft = NEVER;
+    mutex.unlock();
+}
+
 } // namespace
 
 TEST_F(OutOfMemoryTest, OperationsCanBeRepeatedAfterFailure)

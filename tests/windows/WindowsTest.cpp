@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <cerrno>
 #include <clocale>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <utility>
 
+#include <io.h>
 #include <windows.h>
 
+#include "Concurrency.h"
 #include "LogReader.h"
 #include "TestData.h"
 #include "qor/qor.h"
@@ -18,24 +22,18 @@ using qor::File, qor::Log, qor::XMLElement;
 namespace
 {
 
-/// A handle of the system, closed at the end of its scope.
-class Handle
-{
-public:
-    Handle(const std::string& path, DWORD access, DWORD sharing)
-        : m_Handle(CreateFileA(path.c_str(), access, sharing, nullptr, OPEN_EXISTING, 0, nullptr))
-    {
-        EXPECT_NE(m_Handle, INVALID_HANDLE_VALUE) << path << ": " << GetLastError();
-    }
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-    ~Handle() { CloseHandle(m_Handle); }
-
-    HANDLE get() const { return m_Handle; }
-
-private:
-    const HANDLE m_Handle;
+struct TCloser {
+    void operator()(HANDLE handle) const { CloseHandle(handle); }
 };
+
+using THandle = std::unique_ptr<void, TCloser>;
+
+THandle openHandle(const std::string& path, DWORD access, DWORD sharing)
+{
+    THandle handle(CreateFileA(path.c_str(), access, sharing, nullptr, OPEN_EXISTING, 0, nullptr));
+    EXPECT_NE(handle.get(), INVALID_HANDLE_VALUE) << path << ": " << GetLastError();
+    return handle;
+}
 
 constexpr DWORD SHARE_ALL = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
@@ -57,11 +55,12 @@ TEST_F(WindowsTest, ReturnsTimeAndSizeOfFreeFiles)
     for (const auto& [second, expected] : times) {
         const std::int64_t count = (second + 11644473600) * 10000000 + 9999999;
         const FILETIME time = {static_cast<DWORD>(count), static_cast<DWORD>(count >> 32)};
-        SetFileTime(Handle(file, FILE_WRITE_ATTRIBUTES, SHARE_ALL).get(), nullptr, nullptr, &time);
+        SetFileTime(openHandle(file, FILE_WRITE_ATTRIBUTES, SHARE_ALL).get(), nullptr, nullptr,
+                    &time);
         EXPECT_EQ(File::fileTime(file), expected);
     }
     {
-        const Handle handle(file, GENERIC_WRITE, SHARE_ALL);
+        const THandle handle = openHandle(file, GENERIC_WRITE, SHARE_ALL);
         const LARGE_INTEGER size = {{7, 1}};
         SetFilePointerEx(handle.get(), size, nullptr, FILE_BEGIN);
         SetEndOfFile(handle.get());
@@ -75,6 +74,30 @@ TEST_F(WindowsTest, ReturnsTimeAndSizeOfFreeFiles)
         }
     }
     EXPECT_EQ(File::fileSize(file), 7u);
+}
+
+TEST_F(WindowsTest, ShowsErrorUntilDialogIsClosed)
+{
+    const std::future<void> showing = onThread([] { qor::showErrorPopUp("a &b\n%s", "\"c\""); });
+    HWND dialog = nullptr;
+    ASSERT_TRUE(waitUntil([&] { return (dialog = FindWindowA(nullptr, "\"c\"")) != nullptr; }));
+    constexpr int MESSAGE = 0xFFFF; // Control of the message.
+    char message[100] = "";
+    GetDlgItemTextA(dialog, MESSAGE, message, sizeof message);
+    EXPECT_STREQ(message, "a &b\n%s");
+    EXPECT_EQ(showing.wait_for(std::chrono::milliseconds(0)), std::future_status::timeout);
+    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+}
+
+TEST_F(WindowsTest, OpensAddressWithItsProgram)
+{
+    // The program must not run in the directory that the test removes.
+    std::filesystem::current_path(std::filesystem::temp_directory_path());
+    std::filesystem::path page = write("page.bat", "@echo opened> %~dp0page.txt\r\n");
+    qor::launchWebBrowser(page.make_preferred().string().c_str());
+    EXPECT_TRUE(waitUntil([&] { return read(path("page.txt")) == "opened\r\n"; }));
+    // The script cannot be removed while it runs.
+    EXPECT_TRUE(waitUntil([&] { return _unlink(page.string().c_str()) == 0 || errno == ENOENT; }));
 }
 
 TEST_F(WindowsTest, RenameDoesNotReplaceFiles)
@@ -142,10 +165,7 @@ TEST_F(WindowsTest, ChildProcessesInheritNoHandle)
 TEST_F(WindowsTest, LoadsBothLineEnds)
 {
     const std::pair<std::string, std::string> cases[] = {{"a\r\nb\r\n\r\nc", "a\nb\n\nc"},
-                                                         {"a\rb\x1A"
-                                                          "c\r\r\nd",
-                                                          "a\rb\x1A"
-                                                          "c\r\nd"}};
+                                                         {"a\rb\032c\r\r\nd", "a\rb\032c\r\nd"}};
     constexpr std::size_t BLOCK = 65536;
     for (const auto& [stored, expected] : cases) {
         // Each byte of the text is the first one of a block once.
@@ -174,7 +194,7 @@ TEST_F(WindowsTest, SaveReplacesFileAtomically)
     SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_HIDDEN);
     {
         // A reader keeps the old content.
-        const Handle reader(file, GENERIC_READ, SHARE_ALL);
+        const THandle reader = openHandle(file, GENERIC_READ, SHARE_ALL);
         EXPECT_TRUE(save());
         EXPECT_EQ(GetFileSize(reader.get(), nullptr), 100u);
     }
@@ -189,7 +209,7 @@ TEST_F(WindowsTest, SaveReplacesFileAtomically)
     std::filesystem::remove(path("second"));
     {
         // A file that cannot be renamed now is written in place.
-        const Handle user(file, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
+        const THandle user = openHandle(file, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
         tree.setValue("d");
         EXPECT_TRUE(save());
     }

@@ -8,6 +8,9 @@
 
 #include <langinfo.h>
 #include <locale.h>
+#if __has_include(<xlocale.h>)
+#include <xlocale.h> // Declares newlocale() on macOS.
+#endif
 
 namespace qor::platform
 {

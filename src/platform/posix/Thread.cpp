@@ -3,11 +3,10 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 
 #include <pthread.h>
 #include <sched.h>
-
-#include "platform/posix/MutexGuard.h"
 
 namespace qor::platform
 {
@@ -15,7 +14,7 @@ namespace qor::platform
 struct TThread {
     pthread_t thread = {};
     std::atomic<bool> isJoinable = false; ///< started and not joined
-    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+    std::mutex mutex;
 };
 
 namespace
@@ -56,7 +55,7 @@ bool join(TThread& thread)
     if (thread.isJoinable && pthread_equal(thread.thread, pthread_self())) {
         return false;
     }
-    const MutexGuard guard(thread.mutex);
+    const std::lock_guard guard(thread.mutex);
     if (thread.isJoinable && pthread_join(thread.thread, nullptr) == 0) {
         thread.isJoinable = false;
     }
@@ -68,7 +67,6 @@ void destroyThread(TThread* thread)
     if (thread->isJoinable) {
         pthread_detach(thread->thread);
     }
-    pthread_mutex_destroy(&thread->mutex);
     delete thread;
 }
 

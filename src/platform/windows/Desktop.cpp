@@ -9,7 +9,8 @@ namespace qor::platform
 
 bool showErrorBox(const char* text, const char* caption)
 {
-    return MessageBoxA(nullptr, text, caption, MB_ICONERROR) != 0;
+    // Windows returns 0 on failure, Wine returns a negative number.
+    return MessageBoxA(nullptr, text, caption, MB_ICONERROR) > 0;
 }
 
 void openAddress(const char* address)
