@@ -2,7 +2,6 @@
 #include "ImageCommands.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
@@ -19,10 +18,10 @@
 #include <qor/Rectangle.h>
 #include <qor/StringUtil.h>
 
-#include "Command.h"
-#include "Host.h"
+#include "HostCommand.h"
 #include "Picture.h"
 #include "Scene.h"
+#include "shared/ImageFile.h"
 #include "shared/Text.h"
 
 namespace
@@ -42,11 +41,11 @@ std::string describe(const std::string& name, const qor::Image& image)
 }
 
 /// The base class of the image commands. All of them share one gallery.
-class ImageCommand : public Command
+class ImageCommand : public HostCommand
 {
 public:
     ImageCommand(Host& host, const TDescription& description, std::shared_ptr<Gallery> images)
-        : Command(host, description), m_Images(std::move(images))
+        : HostCommand(host, description), m_Images(std::move(images))
     {
     }
 
@@ -83,25 +82,15 @@ protected:
 
     /// Saves an image, and prints the result.
     /// @return false if saving failed
-    bool saveImage(const qor::Image& image, const std::string& filename, int depth)
+    bool save(const qor::Image& image, const std::string& filename, int depth)
     {
-        constexpr std::array<const char*, 3> REASONS = {
-            "depths are 8, 24 and 32", "the file cannot be opened", "not all of it was written"};
-        const int result = image.saveTGA(filename.c_str(), static_cast<unsigned char>(depth));
-        if (result < 0) {
-            return fail("Cannot save " + quote(filename) + ": " + getReason(REASONS, result));
+        const std::string error = saveImage(image, filename, static_cast<unsigned char>(depth));
+        if (!error.empty()) {
+            return fail(error);
         }
         qor::Log::info(toPrintable("Saved " + quote(filename)));
         print("Saved " + quote(filename) + " (" + std::to_string(depth) + " bits per pixel)");
         return true;
-    }
-
-    /// Returns the text of a negative result: the first reason for -1, the second for -2, and so
-    /// on.
-    template<std::size_t COUNT>
-    static const char* getReason(const std::array<const char*, COUNT>& reasons, int result)
-    {
-        return reasons.at(static_cast<std::size_t>(-result - 1));
     }
 
     const std::shared_ptr<Gallery> m_Images;
@@ -113,7 +102,7 @@ public:
     using ImageCommand::ImageCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         int width, height;
         if (!readNumber(tokens[2], 1, MAX_SIDE, width) ||
@@ -144,18 +133,14 @@ public:
     using ImageCommand::ImageCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
-        constexpr std::array<const char*, 6> REASONS = {
-            "the file cannot be opened",      "it has no complete header",
-            "color maps are unsupported",     "the image type is unsupported",
-            "the color depth is unsupported", "it ends before the last pixel"};
         const std::string& filename = tokens[2];
         // After a failure the former image of that name is unchanged.
         qor::Image image;
-        const int result = image.loadTGA(filename.c_str());
-        if (result < 0) {
-            return fail("Cannot load " + quote(filename) + ": " + getReason(REASONS, result));
+        const std::string error = loadImage(image, filename);
+        if (!error.empty()) {
+            return fail(error);
         }
         qor::Log::info(toPrintable("Loaded " + quote(filename)));
         putImage(tokens[1], std::move(image));
@@ -169,14 +154,14 @@ public:
     using ImageCommand::ImageCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         const qor::Image* const image = findImage(tokens[1]);
         int depth = MAX_DEPTH;
         if (!image || (tokens.size() > 3 && !readNumber(tokens[3], 1, MAX_DEPTH, depth))) {
             return false;
         }
-        return saveImage(*image, tokens[2], depth);
+        return save(*image, tokens[2], depth);
     }
 };
 
@@ -186,7 +171,7 @@ public:
     using ImageCommand::ImageCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         constexpr int MAX_COLUMNS = 1000;
         const qor::Image* const image = findImage(tokens[1]);
@@ -208,7 +193,7 @@ public:
     using ImageCommand::ImageCommand;
 
 private:
-    bool run(const std::vector<std::string>&) override
+    bool run(const TTokens&) override
     {
         for (const auto& [name, image] : *m_Images) {
             print(describe(name, image));
@@ -223,7 +208,7 @@ public:
     using ImageCommand::ImageCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         qor::Image* const image = findImage(tokens[1]);
         if (!image) {
@@ -240,7 +225,7 @@ public:
     using ImageCommand::ImageCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         if (!findImage(tokens[1])) {
             return false;
@@ -262,7 +247,7 @@ private:
         int newAlpha = OPAQUE;
     };
 
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         const qor::Image* const source = findImage(tokens[1]);
         qor::Image* const target = source ? findImage(tokens[6]) : nullptr;
@@ -287,7 +272,7 @@ private:
         return true;
     }
 
-    bool readPixelTest(const std::vector<std::string>& tokens, TPixelTest& test)
+    bool readPixelTest(const TTokens& tokens, TPixelTest& test)
     {
         if (tokens.size() > 9 && tokens[9] == "key") {
             test.alphaLevel = qor::Image::AL_CKBLACK;
@@ -325,7 +310,7 @@ public:
     using ImageCommand::ImageCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         constexpr int FULL_TURN = 360;
         constexpr float RADIANS_PER_DEGREE = 0.0174532925f;
@@ -338,7 +323,7 @@ private:
         }
         const float angle = static_cast<float>(degrees) * RADIANS_PER_DEGREE;
         putImage(tokens[1], renderScene(width, height, angle));
-        return saveImage((*m_Images)[tokens[1]], tokens[2], MAX_DEPTH);
+        return save((*m_Images)[tokens[1]], tokens[2], MAX_DEPTH);
     }
 };
 

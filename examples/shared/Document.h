@@ -6,7 +6,7 @@
 
 #include <qor/XMLElement.h>
 
-#include "Loader.h"
+#include "shared/Loader.h"
 
 /// The open document, its file, and whether it has unsaved changes.
 class Document

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "Settings.h"
+#include "shared/Settings.h"
 
 #include <filesystem>
 #include <system_error>
 
-#include <qor/XMLElement.h>
+#include <qor/Log.h>
 
-#include "ElementFile.h"
-#include "Host.h"
+#include "shared/ElementFile.h"
+#include "shared/Session.h"
 #include "shared/Text.h"
 
 namespace
@@ -19,10 +19,28 @@ constexpr unsigned int VERSION = 2;
 
 constexpr unsigned int ANY_VERSION = 0;
 
+} // namespace
+
+Settings::Settings(Session& session, const std::string& program)
+    : m_Session(session), m_Program(program), m_Table(VERSION)
+{
+    m_Table.addListener(this);
+    addInteger({"log/level", "0 logs nothing, 1 errors, 2 also information, 3 everything"}, 3, 0,
+               3);
+    addBoolean({"log/commands", "whether each command line is logged"}, true);
+    // Version 1 stored milliseconds.
+    addFloat({"progress/interval", "seconds between two lines of progress"}, 0.5f, 0.05f, 60.0f, 2);
+}
+
+Settings::~Settings()
+{
+    m_Table.removeListener(this);
+}
+
 /// Reads a file of settings.
 /// @param root receives the file's content; an empty tree if there is no file
 /// @return an error message; empty on success
-std::string readFile(const std::string& filename, qor::XMLElement& root)
+std::string Settings::readFile(const std::string& filename, qor::XMLElement& root) const
 {
     std::error_code error;
     const auto type = std::filesystem::status(filename, error).type();
@@ -39,43 +57,12 @@ std::string readFile(const std::string& filename, qor::XMLElement& root)
     }
     const int version = root.getValueAsInteger("version", 0);
     if (root.getName() != "configuration" || version < 1) {
-        return failure + "it is not a settings file of qorhost";
+        return failure + "it is not a settings file of " + m_Program;
     }
     if (static_cast<unsigned int>(version) > VERSION) {
-        return failure + "a newer version of qorhost has written it";
+        return failure + "a newer version of " + m_Program + " has written it";
     }
     return "";
-}
-
-} // namespace
-
-Settings::Settings(Host& host) : m_Host(host), m_Table(VERSION)
-{
-    addInteger({"log/level", "0 logs nothing, 1 errors, 2 also information, 3 everything"}, 3, 0,
-               3);
-    addBoolean({"log/commands", "whether each command line is logged"}, true);
-    addInteger({"screen/colors", "0 never uses colors, 1 on a terminal, 2 always"}, 1, 0, 2);
-    addInteger({"screen/scrollback", "maximum number of lines to scroll back"}, 2000, 0, 10000);
-    addInteger({"tree/depth", "number of levels that 'tree' shows"}, 4, 1, 1000);
-    addInteger({"tree/lines", "number of lines that 'tree' shows"}, 100, 1, 100000);
-    addInteger({"number/digits", "number of digits that 'float' shows after the point"}, 6, 0, 20);
-    addBoolean({"document/reopen", "whether the recent document is loaded at start"}, false);
-    addText({"document/recent", "the file that was last loaded or saved"}, "");
-    addText({"greeting", "the text that is printed at start"}, "Type 'help' for the commands.");
-    addText({"prompt", "the text before the command line"}, ">");
-
-    const TDescription interval = {"progress/interval", "seconds between two lines of progress"};
-    // Version 1 stored milliseconds.
-    m_Table.addFloatParameter(interval.name, 0.5f, 0.05f, 60.0f, 2);
-    m_Descriptions.push_back(interval);
-
-    m_Table.addListener(this);
-    m_Table.updateAllParameters();
-}
-
-Settings::~Settings()
-{
-    m_Table.removeListener(this);
 }
 
 std::string Settings::load(const std::string& filename)
@@ -120,7 +107,7 @@ void Settings::takeVariables()
 void Settings::parameterChanged(const std::string& name)
 {
     if (name == "log/level") {
-        m_Host.setLogLevel(static_cast<qor::Log::Level>(m_Table.getInteger(name)));
+        qor::Log::setLevel(static_cast<qor::Log::Level>(m_Table.getInteger(name)));
     }
     for (TVariable& variable : m_Variables) {
         if (variable.name == name) {
@@ -142,12 +129,19 @@ void Settings::addInteger(const TDescription& description, int defaultValue, int
     m_Descriptions.push_back(description);
 }
 
+void Settings::addFloat(const TDescription& description, float defaultValue, float minimum,
+                        float maximum, unsigned int version)
+{
+    m_Table.addFloatParameter(description.name, defaultValue, minimum, maximum, version);
+    m_Descriptions.push_back(description);
+}
+
 void Settings::addText(const TDescription& description, const std::string& defaultValue)
 {
     constexpr int MAX_BYTES = 4096;
     m_Table.addStringParameter(description.name, defaultValue, 0, MAX_BYTES, ANY_VERSION);
     m_Descriptions.push_back(description);
     m_Variables.push_back({description.name, defaultValue});
-    m_Host.getConsole().addVariable(description.name, description.help, qor::Console::VT_STRING, 0,
-                                    0, &m_Variables.back().text);
+    m_Session.getConsole().addVariable(description.name, description.help, qor::Console::VT_STRING,
+                                       0, 0, &m_Variables.back().text);
 }

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
-#include "Command.h"
+#include "shared/Command.h"
 
 #include <new>
 #include <utility>
 
-#include "Host.h"
+#include "shared/Session.h"
 
-Command::Command(Host& host, TDescription description)
-    : m_Host(host), m_Description(std::move(description))
+Command::Command(Session& session, TDescription description)
+    : m_Session(session), m_Description(std::move(description))
 {
 }
 
-bool Command::execute(const std::vector<std::string>& tokens)
+bool Command::execute(const TTokens& tokens)
 {
     bool succeeded = false;
     try {
@@ -20,11 +20,11 @@ bool Command::execute(const std::vector<std::string>& tokens)
         // The memory of the failed command is free again, so the session continues.
         succeeded = fail("Out of memory");
     }
-    m_Host.setCommandResult(succeeded);
+    m_Session.setCommandResult(succeeded);
     return succeeded;
 }
 
-std::string Command::joinWords(const std::vector<std::string>& tokens, std::size_t first)
+std::string Command::joinWords(const TTokens& tokens, std::size_t first)
 {
     std::string text;
     for (std::size_t i = first; i < tokens.size(); ++i) {
@@ -35,10 +35,10 @@ std::string Command::joinWords(const std::vector<std::string>& tokens, std::size
 
 void Command::print(const std::string& line)
 {
-    m_Host.getConsole().print(line);
+    m_Session.getConsole().print(line);
 }
 
 bool Command::fail(const std::string& reason)
 {
-    return m_Host.fail(reason);
+    return m_Session.fail(reason);
 }

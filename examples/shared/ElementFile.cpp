@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ElementFile.h"
+#include "shared/ElementFile.h"
 
 #include <fstream>
 #include <iterator>
@@ -7,7 +7,7 @@
 
 #include <qor/File.h>
 
-#include "SourceCheck.h"
+#include "shared/SourceCheck.h"
 #include "shared/Text.h"
 
 namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "Document.h"
+#include "shared/Document.h"
 
 #include <filesystem>
 #include <system_error>
@@ -7,7 +7,7 @@
 
 #include <qor/File.h>
 
-#include "ElementFile.h"
+#include "shared/ElementFile.h"
 #include "shared/Text.h"
 
 void Document::create(const std::string& rootName)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "SourceCheck.h"
+#include "shared/SourceCheck.h"
 
 #include <algorithm>
 #include <array>

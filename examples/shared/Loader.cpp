@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "Loader.h"
+#include "shared/Loader.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -11,8 +11,8 @@
 
 #include <qor/File.h>
 
-#include "ElementFile.h"
-#include "SourceCheck.h"
+#include "shared/ElementFile.h"
+#include "shared/SourceCheck.h"
 #include "shared/Text.h"
 
 namespace
@@ -80,26 +80,26 @@ void Loader::run()
 void Loader::load()
 {
     m_Result.writeTime = getWriteTime(m_Filename);
-    const std::optional<std::string> source = readSource();
+    const bool isRead = readSource();
+    const std::string& source = m_Result.source;
     // For an unreadable file, XMLElement::load sets the last error.
     const int result =
-        source ? m_Result.document.parse(*source) : m_Result.document.load(m_Filename);
+        isRead ? m_Result.document.parse(source) : m_Result.document.load(m_Filename);
     if (result < 0) {
-        m_Result.error = describeLoadError(m_Filename, source.value_or(""), result);
-    } else if (source) {
-        m_Result.unsupported = findUnsupported(*source, static_cast<std::size_t>(result));
+        m_Result.error = describeLoadError(m_Filename, source, result);
+    } else if (isRead) {
+        m_Result.unsupported = findUnsupported(source, static_cast<std::size_t>(result));
     }
 }
 
 /// Reads the file and reports the progress.
-/// @return the content; an empty text if the load was cancelled; std::nullopt if the file cannot be
-///         read
-std::optional<std::string> Loader::readSource()
+/// @return false if the file cannot be read; if the load was cancelled, the content is incomplete
+bool Loader::readSource()
 {
     std::error_code error;
     if (!qor::File::fileExists(m_Filename) || std::filesystem::is_fifo(m_Filename, error)) {
         // Opening a pipe waits for a writer; XMLElement::load does not wait.
-        return std::nullopt;
+        return false;
     }
     std::ifstream file(m_Filename, std::ios::binary);
     TProgress progress;
@@ -108,7 +108,7 @@ std::optional<std::string> Loader::readSource()
     file.clear();
     file.seekg(0);
     file.clear();
-    std::string source;
+    std::string& source = m_Result.source;
     source.reserve(static_cast<std::size_t>(progress.size) + BLOCK_SIZE);
     while (file) {
         source.resize(source.size() + BLOCK_SIZE);
@@ -117,10 +117,14 @@ std::optional<std::string> Loader::readSource()
         progress.bytesRead = source.size();
         progress.isParsing = file.eof();
         if (!reportProgress(progress)) {
-            return std::string();
+            source.clear();
+            return true;
         }
     }
-    return file.eof() ? std::optional<std::string>(std::move(source)) : std::nullopt;
+    if (!file.eof()) {
+        source.clear();
+    }
+    return file.eof();
 }
 
 /// @return false if the load was cancelled

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <string>
 
 #include <qor/Condition.h>
@@ -29,6 +28,7 @@ public:
         qor::XMLElement document{""};
         std::string error;                         ///< an error message; empty on success
         std::string unsupported;                   ///< the result of findUnsupported
+        std::string source;                        ///< the content of the file
         std::filesystem::file_time_type writeTime; ///< of the file before it was read
     };
 
@@ -59,7 +59,7 @@ public:
 private:
     void run() override;
     void load();
-    std::optional<std::string> readSource();
+    bool readSource();
     bool reportProgress(const TProgress& progress);
 
     bool m_IsBusy = false;

@@ -6,10 +6,11 @@
 #include <vector>
 
 #include <qor/Configuration.h>
+#include <qor/XMLElement.h>
 
-class Host;
+class Session;
 
-/// The host's settings and their file. A change takes effect at once. Texts are also variables of
+/// The settings of a program and their file. A change takes effect at once. Texts are also variables of
 /// the console.
 class Settings : private qor::Configuration::Listener
 {
@@ -19,10 +20,22 @@ public:
         std::string help;
     };
 
-    explicit Settings(Host& host);
+    /// Declares the settings that every session has.
+    /// @param program the name of the program, for messages
+    Settings(Session& session, const std::string& program);
     Settings(const Settings&) = delete;
     Settings& operator=(const Settings&) = delete;
     ~Settings() override;
+
+    /// Declares a setting.
+    /// @param version the oldest version of the file whose stored value is accepted; 0: any
+    /// @{
+    void addBoolean(const TDescription& description, bool defaultValue);
+    void addInteger(const TDescription& description, int defaultValue, int minimum, int maximum);
+    void addFloat(const TDescription& description, float defaultValue, float minimum, float maximum,
+                  unsigned int version);
+    void addText(const TDescription& description, const std::string& defaultValue);
+    /// @}
 
     /// Loads the settings from a file, which also becomes the settings' file. A missing file is not
     /// an error.
@@ -52,11 +65,10 @@ private:
     };
 
     void parameterChanged(const std::string& name) override;
-    void addBoolean(const TDescription& description, bool defaultValue);
-    void addInteger(const TDescription& description, int defaultValue, int minimum, int maximum);
-    void addText(const TDescription& description, const std::string& defaultValue);
+    std::string readFile(const std::string& filename, qor::XMLElement& root) const;
 
-    Host& m_Host;
+    Session& m_Session;
+    const std::string m_Program;
     qor::Configuration m_Table;
     std::string m_Filename;
     std::vector<TDescription> m_Descriptions;
