@@ -4,18 +4,21 @@
 #include <map>
 #include <string>
 #include <tuple>
-#include <vector>
 
 #include <qor/XMLElement.h>
 
-#include "View.h"
+#include "Canvas.h"
 
 /// The pictures from the TGA files, and how they are drawn at a size and under a light.
 class Art
 {
 public:
-    /// Loads all pictures; missing ones are logged, and are a single clear pixel then.
-    explicit Art(const std::string& directory);
+    /// @throws std::runtime_error if a file is missing or wrong
+    Art();
+
+    /// Loads an XML document of the art.
+    /// @throws std::runtime_error if it is missing or wrong
+    static qor::XMLElement loadDocument(const std::string& name);
 
     const qor::Image& get(const std::string& name) const { return m_Pictures.at(name); }
 
@@ -25,19 +28,18 @@ public:
         bool isMirrored = false;
     };
 
-    /// Draws a picture under the light of the hour, with its lamps.
-    void draw(qor::Image& frame, const TView& view, const std::string& name, const TPose& pose);
+    /// Draws a picture under a light, with its lamps.
+    void draw(TCanvas& canvas, const std::string& name, const TPose& pose, Pixel light);
 
     /// Draws the reflection of a picture into the water below it.
-    void reflect(qor::Image& frame, const TView& view, const std::string& name, const TPose& pose);
+    void reflect(TCanvas& canvas, const std::string& name, const TPose& pose);
 
 private:
-    void load(const std::string& directory, const std::string& name);
-    const qor::Image& getSized(const TView& view, const std::string& name, const TPose& pose);
+    qor::Image makeSprite(const TCanvas& canvas, const std::string& name, const TPose& pose,
+                          Pixel light);
 
     std::map<std::string, qor::Image> m_Pictures;
-    std::map<std::tuple<std::string, float, bool>, qor::Image>
-        m_Sized; ///< for the last frame's size
+    std::map<std::tuple<std::string, float, bool>, qor::Image> m_Sized; ///< for the last scale
     float m_Scale = 0.0f;
-    qor::XMLElement m_Lamps;
+    const qor::XMLElement m_Lamps;
 };

@@ -1,45 +1,28 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
+#include "Numbers.h"
 
-#include <qor/Image.h>
+/// The frame that is drawn, with its time and the light of the hour.
+struct TCanvas {
+    /// @param day a picture with a column for each part of the day, and a row for each color
+    /// @param cameraPan how far the view is to the right, in units of 60 columns
+    TCanvas(qor::Image& frame, const qor::Image& day, float time, float hour, float cameraPan);
 
-#include "Pixel.h"
+    /// Returns a length at the present size of the picture; 720 rows are the whole height.
+    float scaled(float length) const { return length * scale; }
 
-/// Drawing into an image. Everything is clipped to it; amounts reach from 0 to 256.
+    /// Returns a color with a share from 0 to 256 at night; it is dark by day.
+    Pixel atNight(Pixel color, float share) const { return dim(color, toUnsigned(night * share)); }
 
-struct TPoint {
-    float x, y;
+    qor::Image& image;
+    const float width, height, horizon;
+    const float scale, seconds;
+    const float pan; ///< columns by which the nearest objects move to the left
+    const Pixel zenith, haze, cloud;
+    const Pixel ambient;     ///< multiplies the color of everything that is not a light
+    const Pixel lamp;        ///< color of the sun or, at night, the moon
+    float night;             ///< 0 by day, 1 when stars and lamps have their full strength
+    bool isMoon;             ///< whether the lamp of the sky is the moon
+    float lampX, lampHeight; ///< 0 to 1 from left to right, and above the horizon
 };
-
-/// Returns the first pixel of a row.
-/// @{
-inline Pixel* getRow(qor::Image& image, int y)
-{
-    return image.getData() + static_cast<std::ptrdiff_t>(y) * image.getWidth();
-}
-
-inline const Pixel* getRow(const qor::Image& image, int y)
-{
-    return image.getData() + static_cast<std::ptrdiff_t>(y) * image.getWidth();
-}
-/// @}
-
-void fillRectangle(qor::Image& image, const qor::Rectangle& area, Pixel pixel, unsigned int amount);
-
-/// Fills a convex shape with smooth edges.
-/// @param corners clockwise
-void fillQuad(qor::Image& image, const std::array<TPoint, 4>& corners, Pixel pixel);
-
-void fillDisc(qor::Image& image, TPoint center, float radius, Pixel pixel);
-
-/// Adds light that fades from a center to the edge of an ellipse.
-void addGlow(qor::Image& image, TPoint center, float radiusX, float radiusY, Pixel light);
-
-/// Returns the picture at another size, as the mean of the pixels that each new one covers.
-qor::Image resize(const qor::Image& image, int width, int height, bool isMirrored);
-
-/// Copies an area at 1 / `step` of its size, without the pixels that fail the test of a blit.
-void drawIcon(qor::Image& image, const qor::Image& icon, const qor::Rectangle& area, int x, int y,
-              int step, int alphaLevel);

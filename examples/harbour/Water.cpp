@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "Water.h"
-
 #include <algorithm>
-#include <cstddef>
-#include <vector>
+#include <array>
+#include <cstdlib>
 
 #include <qor/Math.h>
+
+#include "Scenery.h"
 
 namespace
 {
@@ -16,110 +16,109 @@ unsigned int toPhase(float turns)
     return toUnsigned(fraction(turns) * 4294967040.0f);
 }
 
-float getBandRow(const TView& view, int band)
+/// Returns a parabola that resembles a sine, from -128 to 128.
+int getWave(unsigned int phase)
+{
+    const int x = toInt(phase >> 16) - 32768;
+    return x * (32768 - std::abs(x)) / 2097152;
+}
+
+float getBandRow(const TCanvas& canvas, int band)
 {
     constexpr std::array<float, Water::BAND_COUNT + 1> TOPS = {0.0f,  0.10f, 0.25f,
                                                                0.47f, 0.76f, 1.3f};
-    return mix(toFloat(view.horizon), toFloat(view.height), TOPS[static_cast<std::size_t>(band)]);
+    return mix(canvas.horizon, canvas.height, TOPS[static_cast<std::size_t>(band)]);
 }
 
-float getAmplitude(const TView& view, int band)
+float getAmplitude(const TCanvas& canvas, int band)
 {
-    return band == 0 ? 0.0f : view.scaled(0.8f + 1.5f * toFloat(band));
+    return band == 0 ? 0.0f : canvas.scaled(0.8f + 1.5f * toFloat(band));
 }
 
 } // namespace
 
-Water::Water() : m_Waves()
+void Water::mirror(const TCanvas& canvas)
 {
-    for (std::size_t i = 0; i < m_Waves.size(); ++i) {
-        m_Waves[i] = toInt(128.0f * sine(toFloat(i) / 1024.0f));
+    const int width = canvas.image.getWidth(), height = toInt(canvas.horizon);
+    if (m_Mirror.getWidth() != width || m_Mirror.getHeight() != height) {
+        m_Mirror.create(toUnsigned(width), toUnsigned(height));
     }
+    m_Mirror.blit(canvas.image, m_Mirror.getSize(), 0, 0);
 }
 
-void Water::mirror(const qor::Image& frame, const TView& view)
-{
-    if (m_Mirror.getWidth() != view.width || m_Mirror.getHeight() != view.horizon) {
-        m_Mirror.create(static_cast<unsigned long>(view.width),
-                        static_cast<unsigned long>(view.horizon));
-    }
-    m_Mirror.blit(frame, m_Mirror.getSize(), 0, 0);
-}
-
-float Water::getCrest(const TView& view, int band, float x)
+float Water::getCrest(const TCanvas& canvas, int band, float x)
 {
     const auto number = toFloat(band);
     const float place =
-        (x + view.pan * (0.5f + 0.15f * number)) / view.scaled(90.0f + 55.0f * number);
+        (x + canvas.pan * (0.5f + 0.15f * number)) / canvas.scaled(90.0f + 55.0f * number);
     const float direction = band % 2 == 0 ? 1.0f : -1.0f;
-    const float wave = sine(place + direction * view.seconds * 0.12f + 0.3f * number) +
-                       0.6f * sine(place * 0.37f - direction * view.seconds * 0.09f);
-    return getBandRow(view, band) + getAmplitude(view, band) * wave;
+    const float wave = sine(place + direction * canvas.seconds * 0.12f + 0.3f * number) +
+                       0.6f * sine(place * 0.37f - direction * canvas.seconds * 0.09f);
+    return getBandRow(canvas, band) + getAmplitude(canvas, band) * wave;
 }
 
-void Water::drawBand(qor::Image& frame, const TView& view, int band) const
+void Water::drawBand(TCanvas& canvas, int band) const
 {
-    std::vector<float> crests(static_cast<std::size_t>(view.width));
-    for (int x = 0; x < view.width; ++x) {
-        crests[static_cast<std::size_t>(x)] = getCrest(view, band, toFloat(x));
+    std::vector<float> crests;
+    for (int x = 0; x < canvas.image.getWidth(); ++x) {
+        crests.push_back(getCrest(canvas, band, toFloat(x)));
     }
-    const float top = getBandRow(view, band) - 2.0f * getAmplitude(view, band);
-    const float bottom = getBandRow(view, band + 1) + 2.0f * getAmplitude(view, band + 1);
-    const int last = std::min(toInt(bottom) + 1, view.height);
-    for (int y = std::max(toInt(top), view.horizon); y < last; ++y) {
-        drawRow(frame, view, y, crests.data());
+    const float top = getBandRow(canvas, band) - 2.0f * getAmplitude(canvas, band);
+    const float bottom = getBandRow(canvas, band + 1) + 2.0f * getAmplitude(canvas, band + 1);
+    const int last = std::min(toInt(bottom) + 1, canvas.image.getHeight());
+    for (int y = toInt(std::max(top, canvas.horizon)); y < last; ++y) {
+        drawRow(canvas, y, crests);
     }
 }
 
-void Water::drawRow(qor::Image& frame, const TView& view, int y, const float* crests) const
+void Water::drawRow(TCanvas& canvas, int y, const std::vector<float>& crests) const
 {
     constexpr float LENGTHS[3] = {230.0f, -171.0f, 87.0f}, SPEEDS[3] = {0.21f, -0.28f, 0.43f},
                     DEPTHS[3] = {14.3f, 19.7f, 30.1f};
     constexpr int HIGHEST = 3 * 128, GLITTER = 150; // sums of three waves
-    const float depth = toFloat(y - view.horizon) / toFloat(view.height - view.horizon);
+    const float depth = (toFloat(y) - canvas.horizon) / (canvas.height - canvas.horizon);
     // Waves are longer, and stronger, the nearer the row is.
     const float distance = 1.0f / (depth + 0.18f);
     unsigned int phases[3], steps[3];
     for (int i = 0; i < 3; ++i) {
-        const float step = distance / view.scaled(LENGTHS[i]);
-        phases[i] = toPhase(view.seconds * SPEEDS[i] + distance * DEPTHS[i] -
-                            (toFloat(view.width) / 2.0f - view.pan) * step);
+        const float step = distance / canvas.scaled(LENGTHS[i]);
+        phases[i] = toPhase(canvas.seconds * SPEEDS[i] + distance * DEPTHS[i] -
+                            (canvas.width / 2.0f - canvas.pan) * step);
         steps[i] = toPhase(step);
     }
-    const int mirrored = view.horizon - 1 - (y - view.horizon) * 92 / 100;
-    const int ripple = toInt(view.scaled(2.0f + 34.0f * depth) * 90.0f);
+    const int lastRow = m_Mirror.getHeight() - 1, lastColumn = m_Mirror.getWidth() - 1;
+    const int mirrored = lastRow - (y - m_Mirror.getHeight()) * 92 / 100;
+    const int ripple = toInt(canvas.scaled(2.0f + 34.0f * depth) * 90.0f);
     const auto deepness = toUnsigned(60.0f + 120.0f * depth);
     const Pixel deep =
-        illuminate(blend(0x1C6E8C, 0x0A3E5C, toUnsigned(depth * 256.0f)), view.ambient);
-    const float foamHeight = depth > 0.05f ? view.scaled(14.0f) * (0.3f + depth) : 0.0f;
-    const float pathWidth = view.scaled(24.0f + 200.0f * depth), // below the sun or the moon
-        pathStrength = qor::Math::saturate(view.lampHeight * 6.0f + 0.3f);
-    const Pixel glitter = dim(blend(view.lamp, 0xFFFFF4, 90), view.isMoon ? 160 : 256);
-    Pixel* const target = getRow(frame, y);
-    for (int x = 0; x < view.width; ++x) {
+        illuminate(blend(0x1C6E8C, 0x0A3E5C, toUnsigned(depth * 256.0f)), canvas.ambient);
+    const float foamHeight = depth > 0.05f ? canvas.scaled(14.0f) * (0.3f + depth) : 0.0f;
+    const float pathWidth = canvas.scaled(24.0f + 200.0f * depth), // below the sun or the moon
+        pathStrength = qor::Math::saturate(canvas.lampHeight * 6.0f + 0.3f);
+    const Pixel glitter = dim(blend(canvas.lamp, 0xFFFFF4, 90), canvas.isMoon ? 160 : 256);
+    Pixel* const target = getRow(canvas.image, y);
+    for (int x = 0; x <= lastColumn; ++x) {
         const int wave = getWave(phases[0]) + getWave(phases[1]) + getWave(phases[2]);
         for (int i = 0; i < 3; ++i) {
             phases[i] += steps[i];
         }
-        const float below = toFloat(y) + 1.0f - crests[x];
+        const float below = toFloat(y) + 1.0f - crests[static_cast<std::size_t>(x)];
         if (below <= 0.0f) {
             continue;
         }
         const int shift = wave * ripple / 32768;
-        const int sourceY = std::clamp(mirrored + shift, 0, view.horizon - 1);
-        const int sourceX = std::clamp(x + shift / 2, 0, view.width - 1);
-        const Pixel sky = m_Mirror.getData()[sourceY * view.width + sourceX];
-        const unsigned int shadow = toUnsigned(HIGHEST - wave) / 16;
-        Pixel pixel = blend(sky, deep, deepness + shadow);
+        const Pixel* const mirror = getRow(m_Mirror, std::clamp(mirrored + shift, 0, lastRow));
+        const Pixel sky = mirror[std::clamp(x + shift / 2, 0, lastColumn)];
+        Pixel pixel = blend(sky, deep, deepness + toUnsigned(HIGHEST - wave) / 16);
         if (wave > GLITTER) {
-            const float aside = (toFloat(x) - view.lampX * toFloat(view.width)) / pathWidth;
+            const float aside = (toFloat(x) - canvas.lampX * canvas.width) / pathWidth;
             const float nearness = std::max(1.0f - aside * aside, 0.0f) * pathStrength;
-            pixel = addLight(pixel, dim(nearness > 0.0f ? glitter : view.haze,
+            pixel = addLight(pixel, dim(nearness > 0.0f ? glitter : canvas.haze,
                                         toUnsigned((nearness + 0.08f) * toFloat(wave - GLITTER))));
         }
         if (below < foamHeight) {
             const float edge = 1.0f - below / foamHeight;
-            pixel = blend(pixel, view.haze, toUnsigned(edge * edge * 90.0f));
+            pixel = blend(pixel, canvas.haze, toUnsigned(edge * edge * 90.0f));
         }
         target[x] = below < 1.0f ? blend(target[x], pixel, toUnsigned(below * 256.0f)) : pixel;
     }

@@ -15,10 +15,23 @@
 #include "HostCommand.h"
 #include "shared/ElementFile.h"
 #include "shared/FileChecksum.h"
+#include "shared/SourceCheck.h"
 #include "shared/Text.h"
 
 namespace
 {
+
+/// Returns where an element is in the document's file; an empty text for a changed document.
+std::string describePlace(const Document& document, const TElementNumbers& numbers)
+{
+    const std::string source = document.isChanged() ? "" : readText(document.getFilename());
+    if (source.empty()) {
+        return "";
+    }
+    const TTextPlace place = findPlace(source, findElement(source, numbers));
+    return " (line " + std::to_string(place.line) + ", column " + std::to_string(place.column) +
+           ")";
+}
 
 class ValidateCommand : public HostCommand
 {
@@ -36,9 +49,11 @@ private:
         if (!error.empty()) {
             return fail(error);
         }
-        if (!m_Host.getDocument().getRoot().validate(&templateRoot)) {
+        const Document& document = m_Host.getDocument();
+        if (!document.getRoot().validate(&templateRoot)) {
+            const TElementNumbers numbers = findMismatch(document.getRoot(), templateRoot);
             return fail("The document does not match " + quote(tokens[1]) + ": " +
-                        qor::XMLElement::getLastError());
+                        qor::XMLElement::getLastError() + describePlace(document, numbers));
         }
         print("The document matches " + quote(tokens[1]));
         return true;

@@ -2,99 +2,28 @@
 #include "ImageCommands.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
-#include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
-#include <system_error>
 #include <utility>
 #include <vector>
 
-#include <qor/Color.h>
 #include <qor/Image.h>
 #include <qor/Log.h>
 #include <qor/Rectangle.h>
-#include <qor/StringUtil.h>
 
-#include "HostCommand.h"
+#include "DrawingCommands.h"
+#include "ImageCommand.h"
 #include "Picture.h"
 #include "Scene.h"
-#include "shared/ImageFile.h"
+#include "shared/ImageTools.h"
 #include "shared/Text.h"
 
 namespace
 {
 
-using Gallery = std::map<std::string, qor::Image>;
-
-constexpr int MAX_SIDE = 4096;
-constexpr int MAX_COORDINATE = 1000000;
 constexpr int MAX_DEPTH = 32;
 constexpr int OPAQUE = 255;
-
-std::string describe(const std::string& name, const qor::Image& image)
-{
-    return name + ": " + std::to_string(image.getWidth()) + " x " +
-           std::to_string(image.getHeight()) + " pixels";
-}
-
-/// The base class of the image commands. All of them share one gallery.
-class ImageCommand : public HostCommand
-{
-public:
-    ImageCommand(Host& host, const TDescription& description, std::shared_ptr<Gallery> images)
-        : HostCommand(host, description), m_Images(std::move(images))
-    {
-    }
-
-protected:
-    /// Returns an image; null after printing an error.
-    qor::Image* findImage(const std::string& name)
-    {
-        const auto found = m_Images->find(name);
-        if (found == m_Images->end()) {
-            fail("No image has the name " + quote(name));
-            return nullptr;
-        }
-        return &found->second;
-    }
-
-    /// Reads an integer in a range.
-    /// @return false after printing an error
-    bool readNumber(const std::string& text, int minimum, int maximum, int& number)
-    {
-        const char* const end = text.data() + text.size();
-        const auto [stop, error] = std::from_chars(text.data(), end, number);
-        if (error == std::errc() && stop == end && number >= minimum && number <= maximum) {
-            return true;
-        }
-        return fail(quote(text) + " is not an integer from " + std::to_string(minimum) + " to " +
-                    std::to_string(maximum) + ". Usage: " + getDescription().getUsage());
-    }
-
-    void putImage(const std::string& name, qor::Image image)
-    {
-        print(describe(name, image));
-        (*m_Images)[name] = std::move(image);
-    }
-
-    /// Saves an image, and prints the result.
-    /// @return false if saving failed
-    bool save(const qor::Image& image, const std::string& filename, int depth)
-    {
-        const std::string error = saveImage(image, filename, static_cast<unsigned char>(depth));
-        if (!error.empty()) {
-            return fail(error);
-        }
-        qor::Log::info(toPrintable("Saved " + quote(filename)));
-        print("Saved " + quote(filename) + " (" + std::to_string(depth) + " bits per pixel)");
-        return true;
-    }
-
-    const std::shared_ptr<Gallery> m_Images;
-};
 
 class ImageNewCommand : public ImageCommand
 {
@@ -112,16 +41,10 @@ private:
         if (tokens.size() == 5 || tokens.size() == 6) {
             return fail("A color has red, green and blue. Usage: " + getDescription().getUsage());
         }
-        float color[4] = {0.0f, 0.0f, 0.0f, 1.0f};
-        for (std::size_t i = 4; i < tokens.size(); ++i) {
-            color[i - 4] = qor::StringUtil::stringToFloat(tokens[i]);
-        }
-        qor::Color::clip(color, 0.0f, 1.0f, color);
-        color[3] = std::clamp(color[3], 0.0f, 1.0f);
         qor::Image image(static_cast<unsigned long>(width), static_cast<unsigned long>(height));
         std::fill_n(image.getData(),
                     static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
-                    qor::Color::rgba(color));
+                    readColor(tokens, 4));
         putImage(tokens[1], std::move(image));
         return true;
     }
@@ -352,6 +275,7 @@ void addImageCommands(Host& host)
         {"image-blit", "FROM X Y WIDTH HEIGHT TO X Y [TEST [STEP [ALPHA]]]",
          "Copy a part; TEST is plain, key (black is transparent) or a minimum alpha", 8, 11},
         images);
+    addDrawingCommands(host, images);
     host.addCommand<RenderCommand>({"render", "NAME FILE [DEGREES [WIDTH HEIGHT]]",
                                     "Draw a rotated knot and save it as a TGA file", 2, 5},
                                    images);

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "shared/ImageFile.h"
+#include "shared/ImageTools.h"
 
 namespace
 {

@@ -31,9 +31,7 @@ constexpr const char* USAGE =
 /// @return false if the settings or the document could not be loaded
 bool startSession(Host& host, const Arguments& arguments)
 {
-    const std::string error = host.getSettings().load(
-        arguments.has("--config") ? arguments.get("--config") : host.getUserFile("settings.xml"));
-    const bool hasSettings = error.empty() || host.fail(error);
+    const bool hasSettings = loadSettings(host, arguments);
     const qor::Configuration& settings = host.getSettings().getTable();
     if (!settings.getString("greeting").empty()) {
         host.getConsole().print(settings.getString("greeting"));
@@ -43,19 +41,6 @@ bool startSession(Host& host, const Arguments& arguments)
         filename = settings.getString("document/recent");
     }
     return (filename.empty() || host.loadDocument(filename)) && hasSettings;
-}
-
-/// Saves the settings after an interactive session, because they contain the recent document.
-/// @return the exit status
-int saveSettings(Host& host)
-{
-    // While a document is being loaded, the last XML error belongs to the loader.
-    const std::string error = host.isLoading() ? "" : host.getSettings().save();
-    if (error.empty()) {
-        return EXIT_SUCCESS;
-    }
-    std::cerr << "qorhost: " << toPrintable(error) << '\n';
-    return EXIT_FAILURE;
 }
 
 Host::Mode chooseMode()
@@ -88,6 +73,7 @@ int runHost(const Arguments& arguments)
         std::cerr << "qorhost: Cannot use this terminal. Check the variable TERM\n";
         return EXIT_FAILURE;
     }
+    // The settings of an interactive session contain the recent document.
     return saveSettings(host);
 }
 

@@ -10,10 +10,6 @@
 #include "shared/SourceCheck.h"
 #include "shared/Text.h"
 
-namespace
-{
-
-/// Returns the content of a regular file; empty if there is none or it cannot be read.
 std::string readText(const std::string& filename)
 {
     std::error_code error;
@@ -23,8 +19,6 @@ std::string readText(const std::string& filename)
     std::ifstream file(filename, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
-
-} // namespace
 
 std::string loadElement(const std::string& filename, qor::XMLElement& element)
 {

@@ -6,6 +6,9 @@
 
 #include <qor/XMLElement.h>
 
+/// Returns the content of a regular file; empty if there is none or it cannot be read.
+std::string readText(const std::string& filename);
+
 /// Loads an element.
 /// @return an error message, with line and column of a syntax error; empty on success
 std::string loadElement(const std::string& filename, qor::XMLElement& element);

@@ -26,7 +26,9 @@ bool addFile(qor::Checksum& checksum, const std::string& filename,
         const auto count = static_cast<unsigned int>(file.gcount());
         checksum.addRaw(reinterpret_cast<const unsigned char*>(block.data()), count);
         bytesRead += count;
-        report(bytesRead);
+        if (report) {
+            report(bytesRead);
+        }
     }
     return file.eof();
 }

@@ -276,11 +276,12 @@ void Session::showProgress(const Loader::TProgress& progress)
 bool Session::takeDocument()
 {
     Loader::TResult result = m_Loader.takeResult();
-    const std::string error = result.error.empty() ? checkDocument(result) : result.error;
+    const std::string& filename = m_Loader.getFilename();
+    const std::string error =
+        result.error.empty() ? acceptDocument(filename, result) : result.error;
     if (!error.empty()) {
         return fail(error);
     }
-    const std::string& filename = m_Loader.getFilename();
     m_Document.take(filename, std::move(result));
     m_Console.print("Loaded " + quote(filename));
     if (!m_Document.getUnsupported().empty()) {

@@ -25,6 +25,8 @@ public:
     Session& operator=(const Session&) = delete;
     virtual ~Session() = default;
 
+    const std::string& getProgram() const { return m_Program; }
+
     /// Returns the path of a file in the user's data directory, after creating that directory.
     /// @return an empty path if the directory is unknown or cannot be created
     std::string getUserFile(const std::string& name) const;
@@ -123,9 +125,9 @@ protected:
     virtual void runLine(const std::string& line);
 
 private:
-    /// Checks a loaded document before it replaces the present one.
+    /// Checks a loaded document. If it is accepted, it replaces the present one.
     /// @return an error message; empty if the document is accepted
-    virtual std::string checkDocument(const Loader::TResult&) { return ""; }
+    virtual std::string acceptDocument(const std::string&, const Loader::TResult&) { return ""; }
 
     /// Called after another document was loaded, or the document was saved to a file.
     virtual void documentFileChanged() {}

@@ -4,14 +4,17 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdlib>
 #include <deque>
 #include <fstream>
+#include <iostream>
 #include <utility>
 #include <vector>
 
 #include <qor/Log.h>
 #include <qor/StringUtil.h>
 
+#include "shared/Program.h"
 #include "shared/Session.h"
 #include "shared/Text.h"
 
@@ -249,6 +252,25 @@ void addLogCommands(Session& session, const std::string& filename)
     session.addCommand(
         {"log-show", "[COUNT]", "Show the newest lines of the log", 0, 1},
         [&session, filename](const TTokens& t) { return showLog(session, filename, t); });
+}
+
+bool loadSettings(Session& session, const Arguments& arguments)
+{
+    const std::string error =
+        session.getSettings().load(arguments.has("--config") ? arguments.get("--config")
+                                                             : session.getUserFile("settings.xml"));
+    return error.empty() || session.fail(error);
+}
+
+int saveSettings(Session& session)
+{
+    // While a document is being loaded, the last XML error belongs to the loader.
+    const std::string error = session.isLoading() ? "" : session.getSettings().save();
+    if (error.empty()) {
+        return EXIT_SUCCESS;
+    }
+    std::cerr << session.getProgram() << ": " << toPrintable(error) << '\n';
+    return EXIT_FAILURE;
 }
 
 void addSaveCommands(Session& session)

@@ -3,6 +3,7 @@
 
 #include <string>
 
+class Arguments;
 class Session;
 
 /// Adds the command `help`.
@@ -15,6 +16,15 @@ void addSettingsCommands(Session& session);
 /// Adds the commands that write and show the log.
 /// @param filename the log file; empty if there is none
 void addLogCommands(Session& session, const std::string& filename);
+
+/// Loads the settings.
+/// @param arguments their option `--config` names the file instead of the user's data directory
+/// @return false after an error was printed
+bool loadSettings(Session& session, const Arguments& arguments);
+
+/// Saves the settings at the end of a program.
+/// @return the exit status; after a failure, the error was written to standard error
+int saveSettings(Session& session);
 
 /// Adds the commands `save` and `save!`.
 void addSaveCommands(Session& session);

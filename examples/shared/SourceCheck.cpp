@@ -121,6 +121,12 @@ private:
     bool m_IsAfterChild = false; ///< the last tag closed a child or was a comment
 };
 
+bool isComment(const qor::XMLElement& element)
+{
+    const std::string name = element.getName();
+    return !name.empty() && name.front() == '!';
+}
+
 } // namespace
 
 TTextPlace findPlace(const std::string& text, std::size_t position)
@@ -137,15 +143,74 @@ TTextPlace findPlace(const std::string& text, std::size_t position)
     return place;
 }
 
+std::string describeErrorAt(const std::string& filename, const std::string& source,
+                            std::size_t position, const std::string& reason)
+{
+    const TTextPlace place = findPlace(source, position);
+    return "Cannot load " + quote(filename) + ", line " + std::to_string(place.line) + ", column " +
+           std::to_string(place.column) + ": " + reason;
+}
+
 std::string describeLoadError(const std::string& filename, const std::string& source, int result)
 {
-    std::string text = "Cannot load " + quote(filename);
-    if (!source.empty()) {
-        // The negated result is the position after the last byte that the parser has read.
-        const TTextPlace place = findPlace(source, static_cast<std::size_t>(-(result + 1)));
-        text += ", line " + std::to_string(place.line) + ", column " + std::to_string(place.column);
+    if (source.empty()) {
+        return "Cannot load " + quote(filename) + ": " + qor::XMLElement::getLastError();
     }
-    return text + ": " + qor::XMLElement::getLastError();
+    // The negated result is the position after the last byte that the parser has read.
+    return describeErrorAt(filename, source, static_cast<std::size_t>(-(result + 1)),
+                           qor::XMLElement::getLastError());
+}
+
+TElementNumbers findMismatch(const qor::XMLElement& document, const qor::XMLElement& templateRoot)
+{
+    constexpr std::size_t MAX_LEVELS = 16; // each level validates its children again
+    TElementNumbers numbers;
+    const qor::XMLElement *element = &document, *rule = &templateRoot;
+    while (rule && numbers.size() < MAX_LEVELS) {
+        numbers.push_back(0);
+        const qor::XMLElement* wrong = nullptr;
+        for (const qor::XMLElement& child : element->getChildren()) {
+            ++numbers.back();
+            const qor::XMLElement* const childRule = rule->getChild(child.getName());
+            if (isComment(child) || (childRule && child.validate(childRule))) {
+                continue;
+            }
+            wrong = &child;
+            rule = childRule;
+            break;
+        }
+        if (!wrong) {
+            numbers.pop_back();
+            return numbers;
+        }
+        element = wrong;
+    }
+    return numbers;
+}
+
+std::size_t findElement(const std::string& source, const TElementNumbers& numbers)
+{
+    std::size_t depth = 0, level = 0, count = 0, end = 0;
+    for (std::size_t i = source.find('<'); i != std::string::npos; i = source.find('<', end)) {
+        const bool isComment = source.compare(i, 4, "<!--") == 0;
+        end = std::min(source.find(isComment ? "-->" : ">", i), source.size());
+        if (source.compare(i, 2, "<?") == 0) {
+            continue;
+        }
+        if (source.compare(i, 2, "</") == 0) {
+            --depth;
+            continue;
+        }
+        if (depth == level && (level == 0 || ++count == numbers[level - 1])) {
+            if (level == numbers.size()) {
+                return i;
+            }
+            ++level;
+            count = 0;
+        }
+        depth += isComment ? 0 : 1;
+    }
+    return 0;
 }
 
 std::string findUnsupported(const std::string& source, std::size_t end)

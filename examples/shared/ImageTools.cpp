@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "shared/ImageFile.h"
+#include "shared/ImageTools.h"
 
 #include <algorithm>
 #include <array>
@@ -35,6 +35,30 @@ std::string saveImage(const qor::Image& image, const std::string& filename, unsi
         "depths are 8, 24 and 32", "the file cannot be opened", "not all of it was written"};
     const int result = image.saveTGA(filename.c_str(), depth);
     return result < 0 ? "Cannot save " + quote(filename) + ": " + getReason(REASONS, result) : "";
+}
+
+qor::Image resize(const qor::Image& image, int width, int height, bool isMirrored)
+{
+    constexpr int SAMPLES = 4;
+    qor::Image resized(static_cast<unsigned long>(width), static_cast<unsigned long>(height));
+    for (int i = 0; i < width * height; ++i) {
+        const int column = isMirrored ? width - 1 - i % width : i % width, row = i / width;
+        unsigned int alphas = 0, red = 0, green = 0, blue = 0; // colors are multiplied by alpha
+        for (int k = 0; k < SAMPLES * SAMPLES; ++k) {
+            const int x = (column * SAMPLES + k % SAMPLES) * image.getWidth() / (width * SAMPLES);
+            const int y = (row * SAMPLES + k / SAMPLES) * image.getHeight() / (height * SAMPLES);
+            const std::uint32_t pixel = image.getData()[std::ptrdiff_t{y} * image.getWidth() + x];
+            const unsigned int alpha = pixel >> 24;
+            alphas += alpha;
+            red += alpha * (pixel >> 16 & 255);
+            green += alpha * (pixel >> 8 & 255);
+            blue += alpha * (pixel & 255);
+        }
+        const unsigned int weight = std::max(alphas, 1u);
+        resized.getData()[i] = alphas / (SAMPLES * SAMPLES) << 24 | red / weight << 16 |
+                               green / weight << 8 | blue / weight;
+    }
+    return resized;
 }
 
 qor::Image scaleDown(const qor::Image& image, const qor::Rectangle& part, int step, int alphaLevel)
