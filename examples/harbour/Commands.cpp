@@ -12,25 +12,29 @@ namespace
 using qor::XMLElement;
 using TTokens = Command::TTokens;
 
-bool load(Harbour& harbour, const std::string& filename)
+bool load(Harbour& harbour, const TTokens& tokens)
 {
     return harbour.getDocument().isChanged()
                ? harbour.fail("The scene has unsaved changes. Save it, or use 'load!' to drop them")
-               : harbour.startLoading(filename);
+               : harbour.startLoading(tokens[1]);
 }
 
-bool list(Harbour& harbour)
+bool loadAnyway(Harbour& harbour, const TTokens& tokens)
 {
-    const XMLElement& scene = harbour.getDocument().getRoot();
-    for (const XMLElement& route : scene.getChildren("route")) {
-        harbour.getConsole().print("route " + quote(route.getValue("name", "")) + ": lane " +
-                                   route.getValue("lane", "") + ", from " +
-                                   route.getValue("from", "") + " to " + route.getValue("to", ""));
-    }
-    for (const XMLElement& ship : scene.getChildren("ship")) {
-        harbour.getConsole().print(
-            ship.getValue("kind", "") + " " + quote(ship.getValue("name", "")) + ": route " +
-            quote(ship.getValue("route", "")) + ", speed " + ship.getValue("speed", ""));
+    return harbour.startLoading(tokens[1]);
+}
+
+bool list(Harbour& harbour, const TTokens&)
+{
+    for (const std::string tag : {"route", "ship"}) {
+        for (const XMLElement& element : harbour.getDocument().getRoot().getChildren(tag)) {
+            std::string line = tag + " " + quote(element.getValue("name", ""));
+            for (const XMLElement& value : element.getChildren()) {
+                const bool isName = value.getName() == "name";
+                line += isName ? ":" : " " + value.getName() + " " + value.getValue();
+            }
+            harbour.getConsole().print(line);
+        }
     }
     return true;
 }
@@ -74,6 +78,12 @@ bool moveShip(Harbour& harbour, const TTokens& tokens)
     });
 }
 
+bool removeShip(Harbour& harbour, const TTokens& tokens)
+{
+    return changeShip(harbour, tokens[1],
+                      [](XMLElement& scene, XMLElement& ship) { scene.deleteChild(&ship); });
+}
+
 bool setTime(Harbour& harbour, const TTokens& tokens)
 {
     const std::string text = tokens.size() > 1 ? tokens[1] : std::to_string(harbour.hour);
@@ -89,56 +99,44 @@ bool setTime(Harbour& harbour, const TTokens& tokens)
     return true;
 }
 
-bool takeScreenshot(Harbour& harbour, const std::string& filename)
+bool takeScreenshot(Harbour& harbour, const TTokens& tokens)
 {
-    return qor::File::fileExists(filename)
-               ? harbour.fail("Cannot save " + quote(filename) + ": it exists")
-               : harbour.takeScreenshot(filename);
+    return qor::File::fileExists(tokens[1])
+               ? harbour.fail("Cannot save " + quote(tokens[1]) + ": it exists")
+               : harbour.takeScreenshot(tokens[1]);
 }
 
-void addShipCommands(Harbour& harbour)
+bool quit(Harbour& harbour, const TTokens&)
 {
-    harbour.beginGroup("Ships");
-    harbour.addCommand({"list", "", "List the routes and ships", 0, 0},
-                       [&harbour](const TTokens&) { return list(harbour); });
-    harbour.addCommand({"add", "NAME KIND ROUTE [SPEED]", "Add a ship", 3, 4},
-                       [&harbour](const TTokens& t) { return addShip(harbour, t); });
-    harbour.addCommand(
-        {"move", "NAME ROUTE [START]", "Move a ship to a route, START percent along it", 2, 3},
-        [&harbour](const TTokens& t) { return moveShip(harbour, t); });
-    harbour.addCommand({"remove", "NAME", "Remove a ship", 1, 1}, [&harbour](const TTokens& t) {
-        return changeShip(harbour, t[1],
-                          [](XMLElement& scene, XMLElement& ship) { scene.deleteChild(&ship); });
-    });
+    return harbour.life.sendEvent(Life::QUIT);
 }
 
 } // namespace
 
 void addHarbourCommands(Harbour& harbour)
 {
+    const auto add = [&harbour](const Command::TDescription& description,
+                                bool (*run)(Harbour&, const TTokens&)) {
+        harbour.addCommand(description,
+                           [&harbour, run](const TTokens& tokens) { return run(harbour, tokens); });
+    };
     harbour.beginGroup("Scene");
-    harbour.addCommand({"load", "FILE", "Load a scene", 1, 1},
-                       [&harbour](const TTokens& t) { return load(harbour, t[1]); });
-    harbour.addCommand({"load!", "FILE", "Load a scene and drop unsaved changes", 1, 1},
-                       [&harbour](const TTokens& t) { return harbour.startLoading(t[1]); });
+    add({"load", "FILE", "Load a scene", 1, 1}, load);
+    add({"load!", "FILE", "Load a scene and drop unsaved changes", 1, 1}, loadAnyway);
     addSaveCommands(harbour);
-    addShipCommands(harbour);
+    add({"list", "", "List the routes and ships", 0, 0}, list);
+    add({"add", "NAME KIND ROUTE [SPEED]", "Add a ship", 3, 4}, addShip);
+    add({"move", "NAME ROUTE [START]", "Move a ship, to START percent of a route", 2, 3}, moveShip);
+    add({"remove", "NAME", "Remove a ship", 1, 1}, removeShip);
     harbour.beginGroup("View");
-    harbour.addCommand({"time", "[HOUR [SPEED]]",
-                        "Show or set the hour of the day, and the minutes that pass in a second", 0,
-                        2},
-                       [&harbour](const TTokens& t) { return setTime(harbour, t); });
-    harbour.addCommand({"screenshot", "FILE", "Save the frame to a new TGA file", 1, 1},
-                       [&harbour](const TTokens& t) { return takeScreenshot(harbour, t[1]); });
-    harbour.addCommand({"stats", "", "Show the milliseconds a frame, by stage", 0, 0},
-                       [&harbour](const TTokens&) {
-                           harbour.getConsole().print(harbour.stats.report());
-                           return true;
-                       });
+    add({"time", "[HOUR [SPEED]]", "Show or set the hour, and the minutes that pass in a second", 0,
+         2},
+        setTime);
+    add({"screenshot", "FILE", "Save the frame to a new TGA file", 1, 1}, takeScreenshot);
+    addStatsCommand(harbour, harbour.stats, "Show the milliseconds of a frame, by stage");
     addSettingsCommands(harbour);
     harbour.beginGroup("General");
     addHelpCommand(harbour, "Up and Down: history. Page Up and Page Down: scroll. F1, Escape: "
                             "close the console. F11: full screen.");
-    harbour.addCommand({"quit", "", "Leave, but ask first if there are unsaved changes", 0, 0},
-                       [&harbour](const TTokens&) { return harbour.life.sendEvent(Life::QUIT); });
+    add({"quit", "", "Leave, but ask first if there are unsaved changes", 0, 0}, quit);
 }

@@ -13,12 +13,12 @@
 Harbour::Harbour(bool usesUserFiles)
     : Session("qorharbour", 1000),
       life([this] { return getDocument().isChanged(); }, [this] { return saveDocument({}); }),
-      m_Pattern(Art::loadDocument("scene-template.xml")), m_Frame(1280, 720)
+      m_Frame(1280, 720)
 {
     addSettings();
     addHarbourCommands(*this);
     Loader::TResult scene;
-    scene.document = Art::loadDocument("scene.xml");
+    scene.document = m_Scenery.getDefaultScene();
     acceptDocument("", scene);
     getDocument().take(usesUserFiles ? getUserFile("scene.xml") : "", std::move(scene));
     getConsole().print("Type 'help' for the commands.");
@@ -52,7 +52,7 @@ bool Harbour::edit(const qor::XMLElement& scene)
 {
     bool isEdited = requireIdleLoader();
     if (isEdited) {
-        const std::string error = findMistake(scene, m_Pattern).text;
+        const std::string error = m_Scenery.findMistake(scene).text;
         isEdited = error.empty() || fail(error);
     }
     if (isEdited) {
@@ -64,7 +64,7 @@ bool Harbour::edit(const qor::XMLElement& scene)
 
 std::string Harbour::acceptDocument(const std::string& filename, const Loader::TResult& result)
 {
-    const TMistake mistake = findMistake(result.document, m_Pattern);
+    const TMistake mistake = m_Scenery.findMistake(result.document);
     if (!mistake.text.empty()) {
         const std::size_t position = findElement(result.source, mistake.place);
         return describeErrorAt(filename, result.source, position, mistake.text);
@@ -95,26 +95,17 @@ void Harbour::step()
 
 const qor::Image& Harbour::draw(int width, int height)
 {
+    constexpr int SMALLEST = 32;
+    width = std::max(width, SMALLEST);
+    height = std::max(height, SMALLEST);
     if (m_Frame.getWidth() != width || m_Frame.getHeight() != height) {
         m_Frame.create(toUnsigned(width), toUnsigned(height));
     }
     const float seconds = toFloat(m_StepCount) * STEP;
-    const qor::XMLElement& scene = getDocument().getRoot();
-    TCanvas canvas(m_Frame, m_Art.get("day"), seconds, hour, m_Pan + 0.35f * sine(seconds / 60.0f));
-    drawSky(canvas, m_Art);
-    stats.end("sky");
-    drawLand(canvas, m_Art);
-    stats.end("land");
-    m_Water.mirror(canvas);
-    for (int band = 0; band < Water::BAND_COUNT; ++band) {
-        m_Water.drawBand(canvas, band);
-        stats.end("water");
-        drawShips(canvas, m_Art, scene, band);
-        stats.end("ships");
-    }
-    drawGulls(canvas, m_Art);
-    stats.end("sky");
-    m_Overlay.draw(canvas, m_Art, *this);
+    TCanvas canvas =
+        m_Scenery.makeCanvas(m_Frame, {seconds, hour, m_Pan + 0.35f * sine(seconds / 60.0f)});
+    m_Scenery.draw(canvas, getDocument().getRoot(), stats);
+    m_Overlay.draw(canvas, m_Scenery.getArt(), *this);
     stats.end("text");
     return m_Frame;
 }

@@ -4,14 +4,12 @@
 #include <algorithm>
 #include <string>
 
-#include "Art.h"
 #include "Life.h"
 #include "Overlay.h"
-#include "Scene.h"
-#include "Scenery.h"
-#include "Stats.h"
+#include "scenery/Scenery.h"
 #include "shared/LineEditor.h"
 #include "shared/Session.h"
+#include "shared/Stats.h"
 
 /// The program without its window: a session that moves on by fixed steps and draws frames. Its
 /// document is the scene.
@@ -58,13 +56,11 @@ private:
     void runLine(const std::string& line) override;
     std::string acceptDocument(const std::string& filename, const Loader::TResult& result) override;
 
-    const qor::XMLElement m_Pattern; ///< the template of all scenes
     int m_ScrolledLines = 0;
     unsigned int m_StepCount = 0, m_IntroSteps = 0;
     float m_Pan = 0.0f, m_PanTarget = 0.0f;
     qor::Image m_Frame;
-    Art m_Art;
-    Water m_Water;
+    Scenery m_Scenery;
     Overlay m_Overlay;
 };
 

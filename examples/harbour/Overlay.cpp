@@ -8,7 +8,7 @@
 #include <qor/StringUtil.h>
 
 #include "Harbour.h"
-#include "Scenery.h"
+#include "scenery/Scenery.h"
 #include "shared/ImageTools.h"
 #include "shared/Text.h"
 

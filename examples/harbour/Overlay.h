@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "Art.h"
+#include "scenery/Art.h"
 #include "shared/BitmapFont.h"
 
 class Harbour;

@@ -49,6 +49,7 @@ void Window::parameterChanged(const std::string& name)
 /// Stores a size that the user gave to the window.
 void Window::storeSize(int width, int height)
 {
+    // Both sizes are stored first: each setting resizes the window.
     if (!m_Settings.getBoolean("window/fullscreen")) {
         m_Settings.removeListener(this);
         m_Settings.setInteger("window/width", width);
@@ -67,21 +68,11 @@ void Window::handleEvents()
             handleKey(event.key.keysym);
             m_TakesText = wasInConsole && m_Harbour.life.isIn("console");
         } else if (event.type == SDL_TEXTINPUT && m_TakesText) {
-            insertText(event.text.text);
+            m_Harbour.editor.insert(event.text.text);
         } else if (event.type == SDL_MOUSEWHEEL) {
             m_Harbour.scroll(event.wheel.y > 0 ? 3 : -3);
         } else if (event.type == SDL_WINDOWEVENT && event.window.event == SDL_WINDOWEVENT_RESIZED) {
             storeSize(event.window.data1, event.window.data2);
-        }
-    }
-}
-
-void Window::insertText(const std::string& text)
-{
-    for (const char character : text) {
-        // The console takes no other characters.
-        if (character >= ' ' && character <= '~') {
-            m_Harbour.editor.insert(std::string(1, character));
         }
     }
 }
@@ -145,7 +136,7 @@ void Window::run(int frameCount)
     Clock::time_point last = Clock::now();
     std::chrono::duration<double> unspent(0.0);
     for (int i = 0; (frameCount == 0 || i < frameCount) && !m_Harbour.life.isIn("over"); ++i) {
-        m_Harbour.stats.startFrame();
+        m_Harbour.stats.start();
         handleEvents();
         const Clock::time_point now = Clock::now();
         // After a pause, such as a moved window, the lost time is not made up for.

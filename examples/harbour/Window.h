@@ -31,10 +31,9 @@ private:
 
     void parameterChanged(const std::string& name) override;
     void handleEvents();
-    void insertText(const std::string& text);
+    void storeSize(int width, int height);
     void handleKey(const SDL_Keysym& key);
     void handleConsoleKey(SDL_Keycode key);
-    void storeSize(int width, int height);
     void present(const qor::Image& frame) const;
 
     Harbour& m_Harbour;

@@ -87,9 +87,8 @@ private:
             !readNumber(tokens[4], 1, MAX_COORDINATE, radius)) {
             return false;
         }
-        const auto size = static_cast<float>(radius);
-        addGlow(*image, {static_cast<float>(x), static_cast<float>(y)}, size, size,
-                readColor(tokens, 5));
+        const auto size = toFloat(radius);
+        addGlow(*image, {toFloat(x), toFloat(y)}, size, size, readColor(tokens, 5));
         return true;
     }
 };
@@ -113,7 +112,7 @@ private:
         }
         // A copy, since both may be the same image.
         drawOver(*image, qor::Image(*picture), picture->getSize(), x, y,
-                 static_cast<unsigned int>(percentage * 256 / HUNDRED));
+                 toUnsigned(percentage * 256 / HUNDRED));
         return true;
     }
 };

@@ -17,6 +17,7 @@ void addGeneralCommands(Host& host)
                         host.getConsole().print(host.getStates().getPath());
                         return true;
                     });
+    addStatsCommand(host, host.getStats(), "Show the mean milliseconds of the commands");
     for (const std::string name : {"quit", "exit"}) {
         host.addCommand({name, "", "Quit, but ask first if there are unsaved changes", 0, 0},
                         [&host](const TTokens&) { return host.getStates().quit(); });

@@ -59,7 +59,9 @@ void Host::runLine(const std::string& line)
         getConsole().print(line);
         m_States.enterLine(line);
     } else {
+        m_Stats.start();
         Session::runLine(line);
+        m_Stats.end(line.substr(0, line.find(' ')));
     }
 }
 

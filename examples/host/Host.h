@@ -11,6 +11,7 @@
 #include "HostStateMachine.h"
 #include "Picture.h"
 #include "shared/Session.h"
+#include "shared/Stats.h"
 
 /// A session that works on any document, in a terminal or with a script.
 class Host : public Session
@@ -31,6 +32,9 @@ public:
 
     Mode getMode() const { return m_Mode; }
     HostStateMachine& getStates() { return m_States; }
+
+    /// Returns the times that commands took.
+    const Stats& getStats() const { return m_Stats; }
 
     std::string getPrompt() override;
 
@@ -96,4 +100,5 @@ private:
     std::map<unsigned int, TPictureRow> m_PictureRows; ///< by the number of the console's line
     std::function<void()> m_Refresher;                 ///< empty except on a full screen
     HostStateMachine m_States;
+    Stats m_Stats;
 };

@@ -16,6 +16,7 @@
 #include "ImageCommand.h"
 #include "Picture.h"
 #include "Scene.h"
+#include "SceneCommands.h"
 #include "shared/ImageTools.h"
 #include "shared/Text.h"
 
@@ -276,6 +277,7 @@ void addImageCommands(Host& host)
          "Copy a part; TEST is plain, key (black is transparent) or a minimum alpha", 8, 11},
         images);
     addDrawingCommands(host, images);
+    addSceneCommands(host, images);
     host.addCommand<RenderCommand>({"render", "NAME FILE [DEGREES [WIDTH HEIGHT]]",
                                     "Draw a rotated knot and save it as a TGA file", 2, 5},
                                    images);

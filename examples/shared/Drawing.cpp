@@ -41,15 +41,14 @@ void fillRectangle(qor::Image& image, const qor::Rectangle& area, Pixel color, u
 
 void addGlow(qor::Image& image, TPoint center, float radiusX, float radiusY, Pixel light)
 {
-    const auto toInt = [](float number) { return static_cast<int>(number); };
     const qor::Rectangle area = image.getSize().intersect(
         qor::Rectangle(toInt(center.x - radiusX) - 1, toInt(center.y - radiusY) - 1,
                        toInt(center.x + radiusX) + 1, toInt(center.y + radiusY) + 1));
     for (int y = area.getTop(); y < area.getBottom(); ++y) {
-        const float dy = (static_cast<float>(y) + 0.5f - center.y) / radiusY;
+        const float dy = (toFloat(y) + 0.5f - center.y) / radiusY;
         Pixel* const row = getRow(image, y);
         for (int x = area.getLeft(); x < area.getRight(); ++x) {
-            const float dx = (static_cast<float>(x) + 0.5f - center.x) / radiusX;
+            const float dx = (toFloat(x) + 0.5f - center.x) / radiusX;
             const float nearness = 1.0f - dx * dx - dy * dy;
             if (nearness > 0.0f) {
                 row[x] = addLight(row[x], dither(0, light, nearness * nearness, x, y));

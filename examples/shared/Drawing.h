@@ -10,6 +10,25 @@
 
 using Pixel = std::uint32_t;
 
+/// Conversions of numbers, without the digits after the point.
+/// @{
+template<class TNumber>
+float toFloat(TNumber number)
+{
+    return static_cast<float>(number);
+}
+template<class TNumber>
+int toInt(TNumber number)
+{
+    return static_cast<int>(number);
+}
+template<class TNumber>
+unsigned int toUnsigned(TNumber number)
+{
+    return static_cast<unsigned int>(number);
+}
+/// @}
+
 struct TPoint {
     float x, y;
 };

@@ -16,6 +16,7 @@
 
 #include "shared/Program.h"
 #include "shared/Session.h"
+#include "shared/Stats.h"
 #include "shared/Text.h"
 
 namespace
@@ -271,6 +272,14 @@ int saveSettings(Session& session)
     }
     std::cerr << session.getProgram() << ": " << toPrintable(error) << '\n';
     return EXIT_FAILURE;
+}
+
+void addStatsCommand(Session& session, const Stats& stats, const std::string& help)
+{
+    session.addCommand({"stats", "", help, 0, 0}, [&](const TTokens&) {
+        session.getConsole().print(stats.report());
+        return true;
+    });
 }
 
 void addSaveCommands(Session& session)

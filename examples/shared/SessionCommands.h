@@ -5,6 +5,7 @@
 
 class Arguments;
 class Session;
+class Stats;
 
 /// Adds the command `help`.
 /// @param keys describes the program's keys
@@ -25,6 +26,11 @@ bool loadSettings(Session& session, const Arguments& arguments);
 /// Saves the settings at the end of a program.
 /// @return the exit status; after a failure, the error was written to standard error
 int saveSettings(Session& session);
+
+/// Adds the command `stats`.
+/// @param stats the times that it shows
+/// @param help what they are about
+void addStatsCommand(Session& session, const Stats& stats, const std::string& help);
 
 /// Adds the commands `save` and `save!`.
 void addSaveCommands(Session& session);

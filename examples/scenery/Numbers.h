@@ -8,25 +8,6 @@
 /// Arithmetic that gives the same bits on every system: the C library's mathematics is used only
 /// where its results are exact.
 
-/// Conversions of numbers, without the digits after the point.
-/// @{
-template<class TNumber>
-float toFloat(TNumber number)
-{
-    return static_cast<float>(number);
-}
-template<class TNumber>
-int toInt(TNumber number)
-{
-    return static_cast<int>(number);
-}
-template<class TNumber>
-unsigned int toUnsigned(TNumber number)
-{
-    return static_cast<unsigned int>(number);
-}
-/// @}
-
 /// Returns the pixel with its light multiplied by an amount from 0 to 256.
 inline Pixel dim(Pixel pixel, unsigned int amount)
 {

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "Art.h"
+#include "scenery/Art.h"
 
 /// Draws everything above the water, from the back to the front.
 /// @{

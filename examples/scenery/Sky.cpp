@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 
-#include "Scenery.h"
+#include "scenery/Parts.h"
 #include "shared/ImageTools.h"
 
 namespace

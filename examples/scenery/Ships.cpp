@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <array>
 
-#include "Scene.h"
-#include "Scenery.h"
+#include "scenery/Parts.h"
+#include "scenery/Scene.h"
 
 namespace
 {

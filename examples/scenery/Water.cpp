@@ -5,7 +5,7 @@
 
 #include <qor/Math.h>
 
-#include "Scenery.h"
+#include "scenery/Parts.h"
 
 namespace
 {

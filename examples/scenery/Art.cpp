@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "Art.h"
+#include "scenery/Art.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -15,8 +15,7 @@ namespace
 qor::Image loadPicture(const std::string& name)
 {
     qor::Image picture;
-    const std::string error =
-        loadImage(picture, qor::File::filePath(QORHARBOUR_ART, name + ".tga"));
+    const std::string error = loadImage(picture, qor::File::filePath(SCENERY_ART, name + ".tga"));
     if (!picture.getData()) {
         throw std::runtime_error(error);
     }
@@ -38,7 +37,7 @@ void applyPalette(qor::Image& picture, const qor::Image& palettes, int row)
 qor::XMLElement Art::loadDocument(const std::string& name)
 {
     qor::XMLElement document("");
-    const std::string error = loadElement(qor::File::filePath(QORHARBOUR_ART, name), document);
+    const std::string error = loadElement(qor::File::filePath(SCENERY_ART, name), document);
     if (!error.empty()) {
         throw std::runtime_error(error);
     }

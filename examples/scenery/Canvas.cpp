@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "Canvas.h"
+#include "scenery/Canvas.h"
 
 #include <qor/Color.h>
 #include <qor/Math.h>

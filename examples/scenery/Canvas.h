@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Numbers.h"
+#include "scenery/Numbers.h"
 
 /// The frame that is drawn, with its time and the light of the hour.
 struct TCanvas {

@@ -7,7 +7,7 @@
 
 #include <qor/XMLElement.h>
 
-#include "Canvas.h"
+#include "scenery/Canvas.h"
 
 /// The pictures from the TGA files, and how they are drawn at a size and under a light.
 class Art

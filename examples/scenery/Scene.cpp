@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "Scene.h"
+#include "scenery/Scene.h"
 
 #include <algorithm>
 #include <map>

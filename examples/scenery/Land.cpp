@@ -4,7 +4,7 @@
 
 #include <qor/Matrix.h>
 
-#include "Scenery.h"
+#include "scenery/Parts.h"
 
 namespace
 {
