@@ -3,6 +3,7 @@
 #include <array>
 
 #include <qor/Matrix.h>
+#include <qor/Vector.h>
 
 #include "scenery/Parts.h"
 
@@ -89,7 +90,9 @@ void drawBeams(TCanvas& canvas, TPoint lamp)
             const float part = toFloat(i) / PARTS, way = canvas.scaled(900.0f * part * part);
             const float radius = canvas.scaled(5.0f) + way * (0.1f + 0.06f * beam[2]);
             const float stretch = canvas.scaled(80.0f * part) * std::fabs(beam[0]);
-            addGlow(canvas.image, {lamp.x + way * beam[0], lamp.y - way * 0.07f * beam[2]},
+            float offset[3];
+            qor::Vector::multiply(beam, way, offset);
+            addGlow(canvas.image, {lamp.x + offset[0], lamp.y - 0.07f * offset[2]},
                     radius + stretch, radius, canvas.atNight(0xFFF0C8, 80.0f * (1.0f - part)));
         }
     }
