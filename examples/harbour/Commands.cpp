@@ -86,8 +86,8 @@ bool removeShip(Harbour& harbour, const TTokens& tokens)
 
 bool setTime(Harbour& harbour, const TTokens& tokens)
 {
-    const std::string text = tokens.size() > 1 ? tokens[1] : std::to_string(harbour.hour);
-    const float hour = qor::StringUtil::stringToFloat(text);
+    const std::string text = tokens.size() > 1 ? tokens[1] : "";
+    const float hour = text.empty() ? harbour.hour : qor::StringUtil::stringToFloat(text);
     if (text.find_first_not_of("0123456789.") != std::string::npos || hour >= 24.0f) {
         return harbour.fail(quote(text) + " is not an hour from 0 to 24");
     }

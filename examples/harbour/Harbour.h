@@ -13,7 +13,7 @@
 
 /// The program without its window: a session that moves on by fixed steps and draws frames. Its
 /// document is the scene.
-class Harbour : public Session
+class Harbour final : public Session
 {
 public:
     static constexpr float STEP = 1.0f / 60.0f; ///< seconds

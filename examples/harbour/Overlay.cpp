@@ -72,19 +72,22 @@ void Overlay::drawNames(TCanvas& canvas, const Art& art, const qor::XMLElement& 
     }
 }
 
-void Overlay::drawStatus(TCanvas& canvas, const Harbour& harbour) const
+void Overlay::drawStatus(TCanvas& canvas, const Art& art, const Harbour& harbour) const
 {
+    const qor::Configuration& settings = harbour.getSettings().getTable();
     const int y = canvas.image.getHeight() - m_White.getHeight() - 4;
     fillRectangle(canvas.image,
                   qor::Rectangle(0, y - 4, canvas.image.getWidth(), canvas.image.getHeight()),
                   PANEL, 140);
-    std::string text =
-        harbour.getSettings().getTable().getString("harbour") + "  " + formatHour(harbour.hour);
-    if (harbour.getSettings().getTable().getBoolean("show/rate")) {
+    std::string text = settings.getString("harbour") + "  " + formatHour(harbour.hour);
+    if (settings.getBoolean("show/rate")) {
         text += "  " + qor::StringUtil::toString(harbour.stats.getRate(), 0) + " frames/s";
     }
     text += harbour.getDocument().isChanged() ? "  (changed)" : "";
     m_White.draw(canvas.image, text, MARGIN, y);
+    if (settings.getBoolean("show/ships") && countColumns(canvas.image) > 90) {
+        drawShipCounts(canvas, art, harbour.getDocument().getRoot());
+    }
 }
 
 /// Draws an icon and a number for each kind of ship.
@@ -139,19 +142,17 @@ void Overlay::drawConsole(TCanvas& canvas, const Harbour& harbour) const
 void Overlay::draw(TCanvas& canvas, const Art& art, const Harbour& harbour) const
 {
     const qor::Configuration& settings = harbour.getSettings().getTable();
-    const qor::XMLElement& scene = harbour.getDocument().getRoot();
     if (settings.getBoolean("show/names")) {
-        drawNames(canvas, art, scene);
+        drawNames(canvas, art, harbour.getDocument().getRoot());
     }
     if (settings.getBoolean("show/status")) {
-        drawStatus(canvas, harbour);
+        drawStatus(canvas, art, harbour);
     }
-    if (settings.getBoolean("show/ships") && countColumns(canvas.image) > 90) {
-        drawShipCounts(canvas, art, scene);
+    if (harbour.greeting > 0.0f) {
+        const float ease = harbour.greeting * harbour.greeting * (3.0f - 2.0f * harbour.greeting);
+        drawCentered(canvas, m_Title, settings.getString("harbour"), mix(-0.3f, 0.19f, ease));
+        drawCentered(canvas, m_Amber, settings.getString("greeting"), mix(-0.2f, 0.29f, ease));
     }
-    const float ease = harbour.greeting * harbour.greeting * (3.0f - 2.0f * harbour.greeting);
-    drawCentered(canvas, m_Title, settings.getString("harbour"), mix(-0.3f, 0.19f, ease));
-    drawCentered(canvas, m_Amber, settings.getString("greeting"), mix(-0.2f, 0.29f, ease));
     const bool isLeaving = harbour.life.isIn("leaving");
     if (isLeaving || harbour.life.isIn("paused")) {
         const int middle = toInt(canvas.height * 0.4f), width = canvas.image.getWidth();

@@ -25,7 +25,7 @@ public:
 
 private:
     void drawNames(TCanvas& canvas, const Art& art, const qor::XMLElement& scene) const;
-    void drawStatus(TCanvas& canvas, const Harbour& harbour) const;
+    void drawStatus(TCanvas& canvas, const Art& art, const Harbour& harbour) const;
     void drawShipCounts(TCanvas& canvas, const Art& art, const qor::XMLElement& scene) const;
     void drawConsole(TCanvas& canvas, const Harbour& harbour) const;
 

@@ -8,7 +8,7 @@
 #include "Harbour.h"
 
 /// The window: the only part that uses SDL. It gives input to the harbour and shows its frames.
-class Window : private qor::Configuration::Listener
+class Window final : private qor::Configuration::Listener
 {
 public:
     /// @throws std::runtime_error if no window can be opened
