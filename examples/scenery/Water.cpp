@@ -59,9 +59,9 @@ float Water::getCrest(const TCanvas& canvas, int band, float x)
 
 void Water::drawBand(TCanvas& canvas, int band) const
 {
-    std::vector<float> crests;
-    for (int x = 0; x < canvas.image.getWidth(); ++x) {
-        crests.push_back(getCrest(canvas, band, toFloat(x)));
+    std::vector<float> crests(static_cast<std::size_t>(canvas.image.getWidth()));
+    for (std::size_t x = 0; x < crests.size(); ++x) {
+        crests[x] = getCrest(canvas, band, toFloat(x));
     }
     const float top = getBandRow(canvas, band) - 2.0f * getAmplitude(canvas, band);
     const float bottom = getBandRow(canvas, band + 1) + 2.0f * getAmplitude(canvas, band + 1);
@@ -107,8 +107,8 @@ void Water::drawRow(TCanvas& canvas, int y, const std::vector<float>& crests) co
             continue;
         }
         const int shift = wave * ripple / 32768;
-        const Pixel* const mirror = getRow(m_Mirror, std::clamp(mirrored + shift, 0, lastRow));
-        const Pixel sky = mirror[std::clamp(x + shift / 2, 0, lastColumn)];
+        const Pixel* const source = getRow(m_Mirror, std::clamp(mirrored + shift, 0, lastRow));
+        const Pixel sky = source[std::clamp(x + shift / 2, 0, lastColumn)];
         Pixel pixel = blend(sky, deep, deepness + toUnsigned(HIGHEST - wave) / 16);
         if (wave > GLITTER) {
             const float aside = (toFloat(x) - canvas.lampX * canvas.width) / pathWidth;

@@ -62,6 +62,12 @@ enter "screenshot second.tga"
 await test -s second.tga
 [ "$(stat -c %s first.tga)" -eq $((18 + 320 * 180 * 3)) ] || fail "the first screenshot has another size"
 [ "$(stat -c %s second.tga)" -eq $((18 + 400 * 180 * 3)) ] || fail "the window was not resized"
+# Escape at the question returns to the console, which still takes commands.
+enter quit
+sleep 0.5
+xdotool key Escape
+enter "screenshot third.tga"
+await test -s third.tga
 # Escape closes the console, then asks about the change; y saves it.
 xdotool key Escape
 xdotool key Escape
