@@ -1,164 +1,142 @@
 // SPDX-License-Identifier: MIT
-#include "Commands.h"
-
-#include <algorithm>
-#include <utility>
-
 #include <qor/File.h>
 #include <qor/StringUtil.h>
 
 #include "Harbour.h"
+#include "shared/SessionCommands.h"
 #include "shared/Text.h"
 
+namespace
+{
+
 using qor::XMLElement;
+using TTokens = Command::TTokens;
 
-Commands::Commands(Harbour& harbour) : m_Harbour(harbour)
+bool load(Harbour& harbour, const TTokens& tokens)
 {
-    addSceneCommands();
-    addShipCommands();
-    addProgramCommands();
+    return harbour.getDocument().isChanged()
+               ? harbour.fail("The scene has unsaved changes. Save it, or use 'load!' to drop them")
+               : harbour.startLoading(tokens[1]);
 }
 
-void Commands::add(const std::string& name, const std::string& help, int minParameters,
-                   int maxParameters, TFunction run)
+bool loadAnyway(Harbour& harbour, const TTokens& tokens)
 {
-    m_Commands.emplace_back(std::move(run));
-    m_Harbour.console.addCommand(name, help, minParameters, maxParameters, &m_Commands.back());
+    return harbour.startLoading(tokens[1]);
 }
 
-void Commands::addSceneCommands()
+bool list(Harbour& harbour, const TTokens&)
 {
-    add("load", "FILE [discard]: load a scene; with 'discard', drop unsaved changes", 1, 2,
-        [this](const TTokens& t) {
-            if (m_Harbour.isChanged() && (t.size() < 3 || t[2] != "discard")) {
-                return m_Harbour.fail(
-                    "The scene has unsaved changes; use 'save', or 'load FILE discard'");
+    for (const std::string tag : {"route", "ship"}) {
+        for (const XMLElement& element : harbour.getDocument().getRoot().getChildren(tag)) {
+            std::string line = tag + " " + quote(element.getValue("name", ""));
+            for (const XMLElement& value : element.getChildren()) {
+                const bool isName = value.getName() == "name";
+                line += isName ? ":" : " " + value.getName() + " " + value.getValue();
             }
-            return m_Harbour.load(t[1], t[1]);
-        });
-    add("save", "[FILE]: save the scene", 0, 1, [this](const TTokens& t) {
-        return m_Harbour.save(t.size() > 1 ? t[1] : m_Harbour.getFilename());
-    });
-    add("list", "list the routes and ships", 0, 0, [this](const TTokens&) { return list(); });
-    add("time", "[HOUR]: show or set the time of the day, from 0 to 24", 0, 1,
-        [this](const TTokens& t) { return setHour(t.size() > 1 ? t[1] : ""); });
-    add("speed", "MINUTES: set how many minutes of the day pass in a second", 1, 1,
-        [this](const TTokens& t) { return changeSetting("time/speed", t[1]); });
-}
-
-void Commands::addShipCommands()
-{
-    add("add", "NAME KIND ROUTE [SPEED]: add a ship", 3, 4, [this](const TTokens& t) {
-        XMLElement document = m_Harbour.getScene().getDocument();
-        if (Scene::find(document, "ship", t[1])) {
-            return m_Harbour.fail("A ship with the name " + quote(t[1]) + " exists");
+            harbour.getConsole().print(line);
         }
-        XMLElement* const ship = document.createChild("ship");
-        ship->createChild("name")->setValue(t[1]);
-        ship->createChild("kind")->setValue(t[2]);
-        ship->createChild("route")->setValue(t[3]);
-        ship->createChild("speed")->setValue(t.size() > 4 ? t[4] : "1.5");
-        ship->createChild("start")->setValue(50);
-        return m_Harbour.edit(document);
-    });
-    add("move", "NAME ROUTE [START]: move a ship to a route, START percent along it", 2, 3,
-        [this](const TTokens& t) {
-            XMLElement document = m_Harbour.getScene().getDocument();
-            XMLElement* const ship = Scene::find(document, "ship", t[1]);
-            if (!ship) {
-                return m_Harbour.fail("No ship has the name " + quote(t[1]));
-            }
-            ship->findChild("route", true)->setValue(t[2]);
-            if (t.size() > 3) {
-                ship->findChild("start", true)->setValue(t[3]);
-            }
-            return m_Harbour.edit(document);
-        });
-    add("remove", "NAME: remove a ship", 1, 1, [this](const TTokens& t) {
-        XMLElement document = m_Harbour.getScene().getDocument();
-        XMLElement* const ship = Scene::find(document, "ship", t[1]);
-        document.deleteChild(ship);
-        return ship ? m_Harbour.edit(document)
-                    : m_Harbour.fail("No ship has the name " + quote(t[1]));
-    });
-}
-
-void Commands::addProgramCommands()
-{
-    add("help", "[COMMAND]: describe the commands", 0, 1, [this](const TTokens& t) {
-        bool isFound = false;
-        for (const auto& [name, help] : m_Harbour.console.getCommands()) {
-            if (t.size() == 1 || t[1] == name) {
-                m_Harbour.console.print(
-                    std::string(name)
-                        .append(12 - std::min<std::size_t>(name.size(), 11), ' ')
-                        .append(help));
-                isFound = true;
-            }
-        }
-        return isFound || m_Harbour.fail("Unknown command " + quote(t[1]));
-    });
-    add("settings", "[NAME [VALUE]]: show or change settings", 0, 2, [this](const TTokens& t) {
-        return changeSetting(t.size() > 1 ? t[1] : "", t.size() > 2 ? t[2] : "");
-    });
-    add("screenshot", "FILE: write the frame to a new TGA file", 1, 1, [this](const TTokens& t) {
-        return qor::File::fileExists(t[1])
-                   ? m_Harbour.fail("Cannot write " + quote(t[1]) + ": it exists")
-                   : m_Harbour.takeScreenshot(t[1]);
-    });
-    add("log-level", "LEVEL: set what is logged: none, error, info or debug", 1, 1,
-        [this](const TTokens& t) {
-            const TTokens names = {"none", "error", "info", "debug"};
-            const auto found = std::find(names.begin(), names.end(), t[1]);
-            return found == names.end()
-                       ? m_Harbour.fail("The levels are none, error, info and debug")
-                       : changeSetting("log/level", std::to_string(found - names.begin()));
-        });
-    add("stats", "show the milliseconds a frame, by stage", 0, 0, [this](const TTokens&) {
-        m_Harbour.console.print(m_Harbour.stats.report());
-        return true;
-    });
-    add("quit", "leave the harbour", 0, 0,
-        [this](const TTokens&) { return m_Harbour.life.sendEvent(Life::QUIT); });
-}
-
-bool Commands::list()
-{
-    for (const XMLElement& route : m_Harbour.getScene().getDocument().getChildren("route")) {
-        m_Harbour.console.print("route " + quote(route.getValue("name", "")) + ": lane " +
-                                route.getValue("lane", "") + ", from " +
-                                route.getValue("from", "") + " to " + route.getValue("to", ""));
-    }
-    for (const XMLElement& ship : m_Harbour.getScene().getDocument().getChildren("ship")) {
-        m_Harbour.console.print(ship.getValue("kind", "") + " " + quote(ship.getValue("name", "")) +
-                                ": route " + quote(ship.getValue("route", "")) + ", speed " +
-                                ship.getValue("speed", ""));
     }
     return true;
 }
 
-bool Commands::changeSetting(const std::string& name, const std::string& value)
+bool addShip(Harbour& harbour, const TTokens& tokens)
 {
-    if (!value.empty() && !m_Harbour.settings.set(name, value)) {
-        return m_Harbour.fail("No setting " + quote(name) + " takes the value " + quote(value));
+    XMLElement scene = harbour.getDocument().getRoot();
+    if (findNamed(scene, "ship", tokens[1])) {
+        return harbour.fail("A ship with the name " + quote(tokens[1]) + " exists");
     }
-    bool isFound = false;
-    for (const std::string& setting : Harbour::SETTINGS) {
-        if (name.empty() || setting == name) {
-            m_Harbour.console.print(setting + " = " + m_Harbour.settings.get(setting));
-            isFound = true;
-        }
-    }
-    return isFound || m_Harbour.fail("No setting has the name " + quote(name));
+    XMLElement* const ship = scene.createChild("ship");
+    ship->createChild("name")->setValue(tokens[1]);
+    ship->createChild("kind")->setValue(tokens[2]);
+    ship->createChild("route")->setValue(tokens[3]);
+    ship->createChild("speed")->setValue(tokens.size() > 4 ? tokens[4] : "1.5");
+    ship->createChild("start")->setValue(50);
+    return harbour.edit(scene);
 }
 
-bool Commands::setHour(const std::string& text)
+/// Changes a ship.
+/// @param change a function of the scene and the ship
+template<class TChange>
+bool changeShip(Harbour& harbour, const std::string& name, TChange change)
 {
-    const float hour = qor::StringUtil::stringToFloat(text);
+    XMLElement scene = harbour.getDocument().getRoot();
+    XMLElement* const ship = findNamed(scene, "ship", name);
+    if (!ship) {
+        return harbour.fail("No ship has the name " + quote(name));
+    }
+    change(scene, *ship);
+    return harbour.edit(scene);
+}
+
+bool moveShip(Harbour& harbour, const TTokens& tokens)
+{
+    return changeShip(harbour, tokens[1], [&tokens](XMLElement&, XMLElement& ship) {
+        ship.findChild("route", true)->setValue(tokens[2]);
+        if (tokens.size() > 3) {
+            ship.findChild("start", true)->setValue(tokens[3]);
+        }
+    });
+}
+
+bool removeShip(Harbour& harbour, const TTokens& tokens)
+{
+    return changeShip(harbour, tokens[1],
+                      [](XMLElement& scene, XMLElement& ship) { scene.deleteChild(&ship); });
+}
+
+bool setTime(Harbour& harbour, const TTokens& tokens)
+{
+    const std::string text = tokens.size() > 1 ? tokens[1] : "";
+    const float hour = text.empty() ? harbour.hour : qor::StringUtil::stringToFloat(text);
     if (text.find_first_not_of("0123456789.") != std::string::npos || hour >= 24.0f) {
-        return m_Harbour.fail(quote(text) + " is not an hour from 0 to 24");
+        return harbour.fail(quote(text) + " is not an hour from 0 to 24");
     }
-    m_Harbour.hour = text.empty() ? m_Harbour.hour : hour;
-    m_Harbour.console.print("It is " + Overlay::formatHour(m_Harbour.hour));
+    if (tokens.size() > 2 && !harbour.getSettings().getTable().set("time/speed", tokens[2])) {
+        return harbour.fail(quote(tokens[2]) + " is not a number of minutes");
+    }
+    harbour.hour = hour;
+    harbour.getConsole().print("It is " + Overlay::formatHour(harbour.hour));
     return true;
+}
+
+bool takeScreenshot(Harbour& harbour, const TTokens& tokens)
+{
+    return qor::File::fileExists(tokens[1])
+               ? harbour.fail("Cannot save " + quote(tokens[1]) + ": it exists")
+               : harbour.takeScreenshot(tokens[1]);
+}
+
+bool quit(Harbour& harbour, const TTokens&)
+{
+    return harbour.life.sendEvent(Life::QUIT);
+}
+
+} // namespace
+
+void addHarbourCommands(Harbour& harbour)
+{
+    const auto add = [&harbour](const Command::TDescription& description,
+                                bool (*run)(Harbour&, const TTokens&)) {
+        harbour.addCommand(description,
+                           [&harbour, run](const TTokens& tokens) { return run(harbour, tokens); });
+    };
+    harbour.beginGroup("Scene");
+    add({"load", "FILE", "Load a scene", 1, 1}, load);
+    add({"load!", "FILE", "Load a scene and drop unsaved changes", 1, 1}, loadAnyway);
+    addSaveCommands(harbour);
+    add({"list", "", "List the routes and ships", 0, 0}, list);
+    add({"add", "NAME KIND ROUTE [SPEED]", "Add a ship", 3, 4}, addShip);
+    add({"move", "NAME ROUTE [START]", "Move a ship, to START percent of a route", 2, 3}, moveShip);
+    add({"remove", "NAME", "Remove a ship", 1, 1}, removeShip);
+    harbour.beginGroup("View");
+    add({"time", "[HOUR [SPEED]]", "Show or set the hour, and the minutes that pass in a second", 0,
+         2},
+        setTime);
+    add({"screenshot", "FILE", "Save the frame to a new TGA file", 1, 1}, takeScreenshot);
+    addStatsCommand(harbour, harbour.stats, "Show the milliseconds of a frame, by stage");
+    addSettingsCommands(harbour);
+    harbour.beginGroup("General");
+    addHelpCommand(harbour, "Up and Down: history. Page Up and Page Down: scroll. F1, Escape: "
+                            "close the console. F11: full screen.");
+    add({"quit", "", "Leave, but ask first if there are unsaved changes", 0, 0}, quit);
 }

@@ -1,74 +1,49 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <atomic>
+#include <algorithm>
 #include <string>
-#include <vector>
 
-#include <qor/Configuration.h>
-#include <qor/Console.h>
-#include <qor/Task.h>
-#include <qor/Thread.h>
-
-#include "Art.h"
-#include "Commands.h"
 #include "Life.h"
 #include "Overlay.h"
-#include "Scene.h"
-#include "Stats.h"
-#include "Water.h"
+#include "scenery/Scenery.h"
 #include "shared/LineEditor.h"
+#include "shared/Session.h"
+#include "shared/Stats.h"
 
-/// The program without its window: it takes keys, moves on by fixed steps, and draws frames.
-class Harbour : private qor::Configuration::Listener, private qor::Task
+/// The program without its window: a session that moves on by fixed steps and draws frames. Its
+/// document is the scene.
+class Harbour final : public Session
 {
 public:
-    static constexpr float STEP = 1.0f / 60.0f;     ///< seconds that an update moves on by
-    static const std::vector<std::string> SETTINGS; ///< names of all settings
+    static constexpr float STEP = 1.0f / 60.0f; ///< seconds
 
-    /// @param artDirectory where the pictures and the template are
-    explicit Harbour(const std::string& artDirectory);
-    ~Harbour() override;
+    /// @param usesUserFiles whether the program's own scene is saved in the user's data directory
+    /// @throws std::runtime_error if a file of the art is missing or wrong
+    explicit Harbour(bool usesUserFiles);
 
-    void handleText(const std::string& text);
-    void runLine(const std::string& line);
+    int getWidth() const override { return m_Overlay.countColumns(m_Frame); }
 
     /// Scrolls the console back by a number of lines, or forward.
-    void scroll(int lines);
+    void scroll(int lines)
+    {
+        const int lineCount = std::max(getConsole().getOutputLenght(), 1);
+        m_ScrolledLines = std::clamp(m_ScrolledLines + lines, 0, lineCount - 1);
+    }
+    int getScrolledLines() const { return m_ScrolledLines; }
 
     /// Moves the view to the right, or to the left.
-    void pan(float amount);
+    void pan(float amount) { m_PanTarget = std::clamp(m_PanTarget + amount, -2.0f, 2.0f); }
 
-    void update();
-    const qor::Image& draw();
-    void resize(int width, int height);
-
-    const Scene& getScene() const { return m_Scene; }
-    const std::string& getFilename() const { return m_Filename; }
-    bool isChanged() const { return m_Scene.getChecksum() != m_SavedChecksum; }
-    int getScroll() const { return m_Scroll; }
-
-    /// Begins to load a scene on a thread; `update` takes it over. Until then, no other code may
-    /// load, save or validate XML: the text of the last XML error belongs to the process.
-    /// @param ownFile the file that the scene is saved to later; empty for none
-    bool load(const std::string& filename, const std::string& ownFile);
-    void waitForScene();
-
-    /// Saves the scene. A file that exists and is not the scene's own is not overwritten.
-    bool save(const std::string& filename);
+    void step();
+    const qor::Image& draw(int width, int height);
 
     /// Replaces the scene by an edited document, unless that is wrong.
-    bool edit(const qor::XMLElement& document);
+    bool edit(const qor::XMLElement& scene);
 
     /// Writes the last frame to a TGA file and prints its checksums.
     bool takeScreenshot(const std::string& filename);
 
-    /// Prints and logs an error.
-    /// @return false
-    bool fail(const std::string& reason);
-
-    qor::Configuration settings;
-    qor::Console console;
     LineEditor editor;
     Life life;
     Stats stats;
@@ -77,33 +52,17 @@ public:
     float greeting = 0.0f; ///< 1 when the greeting is shown
 
 private:
-    void parameterChanged(const std::string& name) override;
-    void takeVariables();
+    void addSettings();
+    void runLine(const std::string& line) override;
+    std::string acceptDocument(const std::string& filename, const Loader::TResult& result) override;
 
-    void run() override;
-    bool isIdle();
-
-    qor::XMLElement m_Pattern; ///< template of all scenes
-    Scene m_Scene;
-    std::string m_Filename;
-
-    /// The scene that is being loaded; it belongs to the thread until `m_IsLoaded`.
-    /// @{
-    qor::Thread m_Thread;
-    Scene m_NextScene;
-    std::string m_Source, m_NextFilename, m_LoadError;
-    bool m_IsLoading = false;
-    std::atomic<bool> m_IsLoaded = false;
-    /// @}
-
-    unsigned int m_SavedChecksum = 0;
-    std::string m_Name, m_Greeting; ///< console variables
-    Commands m_Commands;
-    int m_Scroll = 0; ///< lines that the console is scrolled back by
-    unsigned int m_Steps = 0, m_IntroSteps = 0;
+    int m_ScrolledLines = 0;
+    unsigned int m_StepCount = 0, m_IntroSteps = 0;
     float m_Pan = 0.0f, m_PanTarget = 0.0f;
     qor::Image m_Frame;
-    Art m_Art;
-    Water m_Water;
+    Scenery m_Scenery;
     Overlay m_Overlay;
 };
+
+/// Adds the commands of the harbour's console.
+void addHarbourCommands(Harbour& harbour);

@@ -19,20 +19,26 @@ Life::Life(std::function<bool()> isChanged, std::function<bool()> save)
     start();
 }
 
-bool Life::leave(const TPlace& place, unsigned int event)
+void Life::Place::onEntry(qor::State* source)
 {
-    const auto found = place.targets.find(event);
-    if (found == place.targets.end()) {
+    m_Life.m_Name = getName();
+    // A console that was opened at the question closes to the state before.
+    if (source->getName() != "leaving") {
+        m_Source = source->getName();
+    }
+}
+
+bool Life::Place::onEvent(unsigned int event)
+{
+    const auto found = m_Targets.find(event);
+    if (found == m_Targets.end()) {
         return false;
     }
-    std::string target = found->second == "back" ? m_Previous : found->second;
-    if (target == "leaving" && !m_IsChanged()) {
+    std::string target = found->second == "back" ? m_Source : found->second;
+    if (target == "leaving" && !m_Life.m_IsChanged()) {
         target = "over";
-    } else if (isIn("leaving") && event == YES && !m_Save()) {
+    } else if (getName() == "leaving" && event == YES && !m_Life.m_Save()) {
         target = "console"; // which shows why
     }
-    if (isIn("sailing") || isIn("paused")) {
-        m_Previous = getCurrentState()->getName();
-    }
-    return transition(target);
+    return m_Life.transition(target);
 }

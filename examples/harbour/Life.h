@@ -18,26 +18,30 @@ public:
     Life(std::function<bool()> isChanged, std::function<bool()> save);
 
     /// Returns whether a state is the current one, such as "console".
-    bool isIn(const std::string& name) { return getCurrentState()->getName() == name; }
+    bool isIn(const std::string& name) const { return m_Name == name; }
 
 private:
-    using TTargets = std::map<unsigned int, std::string>;
+    /// A state whose events lead to other states; "back" is the state from which it was entered.
+    class Place : public qor::State
+    {
+    public:
+        using TTargets = std::map<unsigned int, std::string>;
 
-    /// A state whose events lead to other states; "back" is the state before.
-    struct TPlace : qor::State {
-        TPlace(Life& machine, qor::State& parent, const std::string& name, TTargets eventTargets)
-            : State(&machine, &parent, name), life(machine), targets(std::move(eventTargets))
+        Place(Life& life, qor::State& parent, const std::string& name, TTargets targets)
+            : State(&life, &parent, name), m_Life(life), m_Targets(std::move(targets))
         {
         }
-        bool onEvent(unsigned int event) override { return life.leave(*this, event); }
 
-        Life& life;
-        const TTargets targets;
+    private:
+        void onEntry(qor::State* source) override;
+        bool onEvent(unsigned int event) override;
+
+        Life& m_Life;
+        const TTargets m_Targets;
+        std::string m_Source = "sailing";
     };
 
-    bool leave(const TPlace& place, unsigned int event);
-
-    std::function<bool()> m_IsChanged, m_Save;
-    std::string m_Previous = "sailing";
-    TPlace m_Running, m_Intro, m_Sailing, m_Paused, m_Console, m_Leaving, m_Over;
+    const std::function<bool()> m_IsChanged, m_Save;
+    std::string m_Name; ///< of the current state
+    Place m_Running, m_Intro, m_Sailing, m_Paused, m_Console, m_Leaving, m_Over;
 };

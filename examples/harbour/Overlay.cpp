@@ -2,13 +2,46 @@
 #include "Overlay.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 
 #include <qor/StringUtil.h>
 
-#include "Fleet.h"
 #include "Harbour.h"
+#include "scenery/Scenery.h"
+#include "shared/ImageTools.h"
 #include "shared/Text.h"
+
+namespace
+{
+
+constexpr int MARGIN = 8, TEXT_HEIGHT = 16, TITLE_HEIGHT = 56;
+constexpr const char* PAUSED = "Paused. The space bar sails on.";
+constexpr const char* LEAVING =
+    "The scene has changes that are not saved. Save them? (y)es, (n)o, Escape to stay";
+constexpr Pixel PANEL = 0x081020, LINE = 0xFFC870;
+
+/// Draws a text, if necessary in several lines.
+/// @param y the middle of the text, from 0 to 1
+void drawCentered(TCanvas& canvas, const BitmapFont& font, const std::string& text, float y)
+{
+    const int width = canvas.image.getWidth();
+    const auto lines =
+        wrapWords(text, static_cast<std::size_t>(std::max(width / font.getWidth(), 1)));
+    int top = toInt(canvas.height * y) - font.getHeight() * toInt(lines.size()) / 2;
+    for (const std::string& line : lines) {
+        font.draw(canvas.image, line, (width - toInt(line.size()) * font.getWidth()) / 2, top);
+        top += font.getHeight();
+    }
+}
+
+} // namespace
+
+Overlay::Overlay()
+    : m_White(TEXT_HEIGHT, 0xFFFFFF), m_Amber(TEXT_HEIGHT, 0xFFD890), m_Red(TEXT_HEIGHT, 0xFF8878),
+      m_Title(TITLE_HEIGHT, 0xFFF4DC)
+{
+}
 
 std::string Overlay::formatHour(float hour)
 {
@@ -18,152 +51,116 @@ std::string Overlay::formatHour(float hour)
     return text.data();
 }
 
-void Overlay::makeFonts(const TView& view)
+int Overlay::countColumns(const qor::Image& frame) const
 {
-    const auto add = [&](const char* name, int height, Pixel color) {
-        const qor::Image sheet =
-            resize(m_Glyphs, std::max(height * 7 / 12, 3), height * BitmapFont::GLYPH_COUNT, false);
-        m_Fonts.insert_or_assign(name, BitmapFont(sheet, color));
-    };
-    const int text = std::max(view.height / 45, 9), title = std::max(view.height / 13, 12);
-    add("white", text, 0xFFFFFF);
-    add("yellow", text, 0xFFD890);
-    add("red", text, 0xFF8878);
-    add("shadow", text, 0x000000);
-    add("title", title, 0xFFF4DC);
-    m_Height = view.height;
+    return std::max((frame.getWidth() - 2 * MARGIN) / m_White.getWidth(), MARGIN);
 }
 
-void Overlay::drawText(const std::string& font, const std::string& text, int x, int y)
+void Overlay::drawNames(TCanvas& canvas, const Art& art, const qor::XMLElement& scene) const
 {
-    if (font != "title") {
-        m_Fonts.at("shadow").draw(*m_Frame, text, x + 1, y + 1);
-    }
-    m_Fonts.at(font).draw(*m_Frame, text, x, y);
-}
-
-void Overlay::drawCentered(const std::string& font, const std::string& text, int y)
-{
-    drawText(font, text, (m_Width - toInt(text.size()) * m_Fonts.at(font).getWidth()) / 2, y);
-}
-
-void Overlay::drawPanel(int left, int top, int right, int bottom, unsigned int amount)
-{
-    fillRectangle(*m_Frame, qor::Rectangle(left, top, right, bottom), 0x081020, amount);
-}
-
-void Overlay::drawNames(const TView& view, const Scene& scene, const Art& art)
-{
-    const BitmapFont& font = m_Fonts.at("white");
-    for (const TShip& ship : scene.getShips()) {
-        const Art::TPose pose = getPose(view, ship);
-        const auto masts = toFloat(art.get(ship.kind).getHeight()) * 0.94f;
-        const int width = toInt(ship.name.size()) * font.getWidth();
+    for (const qor::XMLElement& ship : scene.getChildren("ship")) {
+        const Art::TPose pose = getPose(canvas, scene, ship);
+        const int height = art.get(ship.getValue("kind", "")).getHeight();
+        const std::string name = ship.getValue("name", "");
+        const int width = toInt(name.size()) * m_White.getWidth();
         const int left = toInt(pose.x) - width / 2;
-        const int bottom = toInt(pose.bottom - view.scaled(pose.scale * masts)) - 4;
-        drawPanel(left - 4, bottom - font.getHeight(), left + width + 4, bottom, 90);
-        font.draw(*m_Frame, ship.name, left, bottom - font.getHeight());
+        const int bottom = toInt(pose.bottom - canvas.scaled(pose.scale * 0.94f * toFloat(height)));
+        const int top = bottom - m_White.getHeight();
+        fillRectangle(canvas.image, qor::Rectangle(left - 4, top, left + width + 4, bottom), PANEL,
+                      90);
+        m_White.draw(canvas.image, name, left, top);
     }
 }
 
-void Overlay::drawStatus(const Art& art, Harbour& harbour)
+void Overlay::drawStatus(TCanvas& canvas, const Art& art, const Harbour& harbour) const
 {
-    const BitmapFont& font = m_Fonts.at("white");
-    const int lineHeight = font.getHeight() + 8, top = m_Height - lineHeight;
-    drawPanel(0, top, m_Width, m_Height, 140);
-    std::string text =
-        harbour.getScene().getDocument().getValue("harbour", "") + "  " + formatHour(harbour.hour);
-    if (harbour.settings.getBoolean("show/rate")) {
+    const qor::Configuration& settings = harbour.getSettings().getTable();
+    const int y = canvas.image.getHeight() - m_White.getHeight() - 4;
+    fillRectangle(canvas.image,
+                  qor::Rectangle(0, y - 4, canvas.image.getWidth(), canvas.image.getHeight()),
+                  PANEL, 140);
+    std::string text = settings.getString("harbour") + "  " + formatHour(harbour.hour);
+    if (settings.getBoolean("show/rate")) {
         text += "  " + qor::StringUtil::toString(harbour.stats.getRate(), 0) + " frames/s";
     }
-    drawText("white", text + (harbour.isChanged() ? "  (changed)" : ""), 8, top + 4);
-    const bool showsShips =
-        harbour.settings.getBoolean("show/ships") && m_Width > 90 * font.getWidth();
-    int x = m_Width;
-    for (std::size_t i = 0; i < Scene::KINDS.size() && showsShips; ++i) {
-        const std::string& kind = Scene::KINDS[i];
-        const std::vector<TShip>& ships = harbour.getScene().getShips();
-        const auto count = std::count_if(ships.begin(), ships.end(),
-                                         [&](const TShip& ship) { return ship.kind == kind; });
+    text += harbour.getDocument().isChanged() ? "  (changed)" : "";
+    m_White.draw(canvas.image, text, MARGIN, y);
+    if (settings.getBoolean("show/ships") && countColumns(canvas.image) > 90) {
+        drawShipCounts(canvas, art, harbour.getDocument().getRoot());
+    }
+}
+
+/// Draws an icon and a number for each kind of ship.
+void Overlay::drawShipCounts(TCanvas& canvas, const Art& art, const qor::XMLElement& scene) const
+{
+    constexpr int SOLID = 128;
+    const int height = m_White.getHeight();
+    int x = canvas.image.getWidth();
+    for (const std::string& kind : SHIP_KINDS) {
         const qor::Image& picture = art.get(kind);
-        const int step = picture.getHeight() / (lineHeight - 4) + 1;
-        x -= 10 * font.getWidth();
-        drawIcon(*m_Frame, picture, picture.getSize(), x, m_Height - 2 - picture.getHeight() / step,
-                 step, 128);
-        drawText("white", std::to_string(count), x + picture.getWidth() / step + 6, top + 4);
+        const int step = picture.getHeight() / (height + 4) + 1;
+        const qor::Image icon = scaleDown(picture, picture.getSize(), step, SOLID);
+        x -= 10 * m_White.getWidth();
+        canvas.image.blit(icon, icon.getSize(), x, canvas.image.getHeight() - 2 - icon.getHeight(),
+                          SOLID, 255, 1);
+        const auto ships = scene.getChildren("ship");
+        const auto count =
+            std::count_if(ships.begin(), ships.end(), [&](const qor::XMLElement& ship) {
+                return ship.getValue("kind", "") == kind;
+            });
+        m_White.draw(canvas.image, std::to_string(count), x + icon.getWidth() + 6,
+                     canvas.image.getHeight() - height - 4);
     }
 }
 
-void Overlay::drawQuestion(const std::string& text)
+void Overlay::drawConsole(TCanvas& canvas, const Harbour& harbour) const
 {
-    const BitmapFont& font = m_Fonts.at("yellow");
-    const auto lines =
-        wrapWords(text, static_cast<std::size_t>(std::max(m_Width / font.getWidth() - 8, 1)));
-    const int height = font.getHeight() * toInt(lines.size());
-    int y = m_Height * 2 / 5 - height / 2;
-    drawPanel(0, y - 12, m_Width, y + height + 12, 190);
-    for (const std::string& line : lines) {
-        drawCentered("yellow", line, y);
-        y += font.getHeight();
-    }
-}
-
-void Overlay::drawConsole(Harbour& harbour)
-{
-    const BitmapFont& font = m_Fonts.at("white");
     const float ease = harbour.slide * (2.0f - harbour.slide);
-    const int bottom = toInt(toFloat(m_Height) * 0.55f * ease), lineHeight = font.getHeight() + 1;
-    drawPanel(0, 0, m_Width, bottom, 205);
-    fillRectangle(*m_Frame, qor::Rectangle(0, bottom - 2, m_Width, bottom), 0xFFC870, 200);
-    const auto columns = static_cast<std::size_t>(std::max(m_Width / font.getWidth() - 2, 8));
+    const int width = canvas.image.getWidth(), bottom = toInt(canvas.height * 0.55f * ease);
+    fillRectangle(canvas.image, qor::Rectangle(0, 0, width, bottom), PANEL, 205);
+    fillRectangle(canvas.image, qor::Rectangle(0, bottom - 2, width, bottom), LINE, 200);
     // A long line is shown from the part that ends at the cursor.
-    const std::size_t cursor = harbour.editor.getCursor(), shown = columns - 3,
-                      start = cursor > shown ? cursor - shown : 0;
+    const auto columns = static_cast<std::size_t>(countColumns(canvas.image));
+    const std::size_t cursor = harbour.editor.getCursor() + 2;
+    const std::size_t start = cursor < columns ? 0 : cursor - columns + 1;
+    const int lineHeight = m_White.getHeight() + 1;
     int y = bottom - lineHeight - 6;
-    drawText("yellow", "> " + harbour.editor.getText().substr(start, columns - 2), 8, y);
-    drawText("yellow", "_", 8 + toInt(cursor - start + 2) * font.getWidth(), y + 2);
+    m_Amber.draw(canvas.image, ("> " + harbour.editor.getText()).substr(start, columns), MARGIN, y);
+    m_Amber.draw(canvas.image, "_", MARGIN + toInt(cursor - start) * m_White.getWidth(), y + 2);
     std::vector<std::string> lines;
-    harbour.console.getOutput(lines, std::max(bottom / lineHeight, 0), harbour.getScroll());
-    for (std::size_t i = 0; i < lines.size() && y > 0; ++i) {
-        const std::vector<std::string> parts = lines[i].size() > columns
-                                                   ? wrapWords(lines[i], columns)
-                                                   : std::vector<std::string>{lines[i]};
-        for (std::size_t part = parts.size(); part > 0; --part) {
+    harbour.getConsole().getOutput(lines, bottom / lineHeight, harbour.getScrolledLines());
+    for (const std::string& line : lines) {
+        const std::vector<std::string> parts =
+            line.size() > columns ? wrapWords(line, columns) : std::vector<std::string>{line};
+        for (auto part = parts.rbegin(); part != parts.rend() && y > 0; ++part) {
             y -= lineHeight;
-            drawText(lines[i].rfind("Error: ", 0) == 0 ? "red" : "white", parts[part - 1], 8, y);
+            (Session::isFailure(line) ? m_Red : m_White).draw(canvas.image, *part, MARGIN, y);
         }
     }
 }
 
-void Overlay::draw(qor::Image& frame, const TView& view, const Art& art, Harbour& harbour)
+void Overlay::draw(TCanvas& canvas, const Art& art, const Harbour& harbour) const
 {
-    m_Frame = &frame;
-    m_Width = view.width;
-    if (m_Height != view.height) {
-        makeFonts(view);
+    const qor::Configuration& settings = harbour.getSettings().getTable();
+    if (settings.getBoolean("show/names")) {
+        drawNames(canvas, art, harbour.getDocument().getRoot());
     }
-    if (harbour.settings.getBoolean("show/names")) {
-        drawNames(view, harbour.getScene(), art);
-    }
-    if (harbour.settings.getBoolean("show/status")) {
-        drawStatus(art, harbour);
+    if (settings.getBoolean("show/status")) {
+        drawStatus(canvas, art, harbour);
     }
     if (harbour.greeting > 0.0f) {
-        const qor::XMLElement& scene = harbour.getScene().getDocument();
         const float ease = harbour.greeting * harbour.greeting * (3.0f - 2.0f * harbour.greeting);
-        const int y = toInt(mix(-0.2f, 0.15f, ease) * toFloat(m_Height));
-        drawCentered("title", scene.getValue("harbour", ""), y);
-        drawCentered("yellow", scene.getValue("greeting", ""),
-                     y + m_Fonts.at("title").getHeight() * 5 / 4);
+        drawCentered(canvas, m_Title, settings.getString("harbour"), mix(-0.3f, 0.19f, ease));
+        drawCentered(canvas, m_Amber, settings.getString("greeting"), mix(-0.2f, 0.29f, ease));
     }
-    if (harbour.life.isIn("paused")) {
-        drawQuestion("Paused. The space bar sails on.");
-    }
-    if (harbour.life.isIn("leaving")) {
-        drawQuestion(
-            "The scene has changes that are not saved. Save them? (y)es, (n)o, Escape to stay");
+    const bool isLeaving = harbour.life.isIn("leaving");
+    if (isLeaving || harbour.life.isIn("paused")) {
+        const int middle = toInt(canvas.height * 0.4f), width = canvas.image.getWidth();
+        const qor::Rectangle panel(0, middle - 30, width, middle + 30);
+        fillRectangle(canvas.image, panel, PANEL, 190);
+        drawCentered(canvas, m_Amber, isLeaving ? LEAVING : PAUSED, 0.4f);
     }
     if (harbour.slide > 0.0f) {
-        drawConsole(harbour);
+        drawConsole(canvas, harbour);
     }
 }

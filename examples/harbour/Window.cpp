@@ -7,15 +7,15 @@
 #include <stdexcept>
 #include <string>
 
-Window::Window(Harbour& harbour) : m_Harbour(harbour)
+Window::Window(Harbour& harbour) : m_Harbour(harbour), m_Settings(harbour.getSettings().getTable())
 {
-    qor::Configuration& table = harbour.settings;
     // The frame is finished; a copy of it to the screen needs no graphics hardware.
     SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
     if (SDL_Init(SDL_INIT_VIDEO) == 0) {
-        m_Window.reset(SDL_CreateWindow("qorharbour", SDL_WINDOWPOS_CENTERED,
-                                        SDL_WINDOWPOS_CENTERED, table.getInteger("window/width"),
-                                        table.getInteger("window/height"), SDL_WINDOW_RESIZABLE));
+        m_Window.reset(
+            SDL_CreateWindow("qorharbour", SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
+                             m_Settings.getInteger("window/width"),
+                             m_Settings.getInteger("window/height"), SDL_WINDOW_RESIZABLE));
     }
     if (!m_Window) {
         const std::string reason = SDL_GetError();
@@ -23,81 +23,81 @@ Window::Window(Harbour& harbour) : m_Harbour(harbour)
         throw std::runtime_error("Cannot open a window: " + reason);
     }
     SDL_StartTextInput();
-    table.addListener(this);
-    applySetting("window/fullscreen");
+    m_Settings.addListener(this);
+    parameterChanged("window/fullscreen");
 }
 
 Window::~Window()
 {
-    m_Harbour.settings.removeListener(this);
+    m_Settings.removeListener(this);
     m_Window.reset();
     SDL_Quit();
 }
 
 void Window::parameterChanged(const std::string& name)
 {
-    applySetting(name);
-}
-
-void Window::applySetting(const std::string& name)
-{
-    const qor::Configuration& table = m_Harbour.settings;
-    const bool fillsScreen = table.getBoolean("window/fullscreen");
+    const bool fillsScreen = m_Settings.getBoolean("window/fullscreen");
     if (name == "window/fullscreen") {
         SDL_SetWindowFullscreen(m_Window.get(), fillsScreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
     }
     if (name.rfind("window/", 0) == 0 && !fillsScreen) {
-        SDL_SetWindowSize(m_Window.get(), table.getInteger("window/width"),
-                          table.getInteger("window/height"));
+        SDL_SetWindowSize(m_Window.get(), m_Settings.getInteger("window/width"),
+                          m_Settings.getInteger("window/height"));
+    }
+}
+
+/// Stores a size that the user gave to the window.
+void Window::storeSize(int width, int height)
+{
+    // Both sizes are stored first: each setting resizes the window.
+    if (!m_Settings.getBoolean("window/fullscreen")) {
+        m_Settings.removeListener(this);
+        m_Settings.setInteger("window/width", width);
+        m_Settings.setInteger("window/height", height);
+        m_Settings.addListener(this);
     }
 }
 
 void Window::handleEvents()
 {
-    qor::Configuration& table = m_Harbour.settings;
-    m_SkipsText = false;
     for (SDL_Event event; SDL_PollEvent(&event) != 0;) {
         if (event.type == SDL_QUIT) {
             m_Harbour.life.sendEvent(Life::QUIT);
         } else if (event.type == SDL_KEYDOWN) {
+            const bool wasInConsole = m_Harbour.life.isIn("console");
             handleKey(event.key.keysym);
-        } else if (event.type == SDL_TEXTINPUT && !m_SkipsText) {
-            m_Harbour.handleText(event.text.text);
+            m_TakesText = wasInConsole && m_Harbour.life.isIn("console");
+        } else if (event.type == SDL_TEXTINPUT && m_TakesText) {
+            m_Harbour.editor.insert(event.text.text);
         } else if (event.type == SDL_MOUSEWHEEL) {
             m_Harbour.scroll(event.wheel.y > 0 ? 3 : -3);
-        } else if (event.type == SDL_WINDOWEVENT && event.window.event == SDL_WINDOWEVENT_RESIZED &&
-                   !table.getBoolean("window/fullscreen")) {
-            // Both sizes are read first: each setting resizes the window.
-            const int width = event.window.data1, height = event.window.data2;
-            table.removeListener(this);
-            table.setInteger("window/width", width);
-            table.setInteger("window/height", height);
-            table.addListener(this);
+        } else if (event.type == SDL_WINDOWEVENT && event.window.event == SDL_WINDOWEVENT_RESIZED) {
+            storeSize(event.window.data1, event.window.data2);
         }
     }
 }
 
 void Window::handleKey(const SDL_Keysym& key)
 {
-    qor::Configuration& table = m_Harbour.settings;
-    // The key left of 1, independent of the keyboard's layout.
-    if (key.scancode == SDL_SCANCODE_GRAVE || key.sym == SDLK_F1) {
-        m_SkipsText = key.sym != SDLK_F1;
-        m_Harbour.life.sendEvent(Life::CONSOLE);
-    } else if (key.sym == SDLK_ESCAPE) {
-        m_Harbour.life.sendEvent(Life::ESCAPE);
+    static const std::map<SDL_Keycode, Life::Event> EVENTS = {
+        {SDLK_F1, Life::CONSOLE},  {SDLK_ESCAPE, Life::ESCAPE}, {SDLK_RETURN, Life::CONTINUE},
+        {SDLK_SPACE, Life::PAUSE}, {SDLK_y, Life::YES},         {SDLK_n, Life::NO}};
+    const auto event = EVENTS.find(key.sym);
+    if (key.scancode == SDL_SCANCODE_GRAVE) {
+        m_Harbour.life.sendEvent(Life::CONSOLE); // left of 1, independent of the keyboard's layout
     } else if (key.sym == SDLK_F11) {
-        table.setBoolean("window/fullscreen", !table.getBoolean("window/fullscreen"));
+        m_Settings.setBoolean("window/fullscreen", !m_Settings.getBoolean("window/fullscreen"));
     } else if (m_Harbour.life.isIn("console")) {
-        editLine(key.sym);
+        handleConsoleKey(key.sym);
     } else if (key.sym == SDLK_LEFT || key.sym == SDLK_RIGHT) {
         m_Harbour.pan(key.sym == SDLK_LEFT ? -0.5f : 0.5f);
-    } else if (key.sym == SDLK_RETURN) {
-        m_Harbour.life.sendEvent(Life::CONTINUE);
+    }
+    if (event != EVENTS.end()) {
+        m_Harbour.life.sendEvent(event->second); // a console ignores most of them
     }
 }
 
-void Window::editLine(SDL_Keycode key)
+void Window::handleConsoleKey(SDL_Keycode key)
 {
     static const std::map<SDL_Keycode, void (LineEditor::*)()> EDITS = {
         {SDLK_BACKSPACE, &LineEditor::eraseBefore}, {SDLK_DELETE, &LineEditor::eraseAfter},
@@ -108,19 +108,10 @@ void Window::editLine(SDL_Keycode key)
     if (edit != EDITS.end()) {
         (m_Harbour.editor.*edit->second)();
     } else if (key == SDLK_RETURN || key == SDLK_KP_ENTER) {
-        m_Harbour.runLine(m_Harbour.editor.enter());
+        m_Harbour.enterLine(m_Harbour.editor.enter());
     } else if (key == SDLK_PAGEUP || key == SDLK_PAGEDOWN) {
         m_Harbour.scroll(key == SDLK_PAGEUP ? 5 : -5);
     }
-}
-
-void Window::drawFrame()
-{
-    int width = 0, height = 0;
-    SDL_GetWindowSize(m_Window.get(), &width, &height);
-    m_Harbour.resize(width, height);
-    present(m_Harbour.draw());
-    m_Harbour.stats.end("present");
 }
 
 void Window::present(const qor::Image& frame) const
@@ -145,17 +136,20 @@ void Window::run(int frameCount)
     Clock::time_point last = Clock::now();
     std::chrono::duration<double> unspent(0.0);
     for (int i = 0; (frameCount == 0 || i < frameCount) && !m_Harbour.life.isIn("over"); ++i) {
-        m_Harbour.stats.startFrame();
+        m_Harbour.stats.start();
         handleEvents();
         const Clock::time_point now = Clock::now();
         // After a pause, such as a moved window, the lost time is not made up for.
         unspent += std::min<std::chrono::duration<double>>(now - last, LONGEST);
         last = now;
         for (unspent = frameCount > 0 ? STEP : unspent; unspent >= STEP; unspent -= STEP) {
-            m_Harbour.update();
+            m_Harbour.step();
         }
         m_Harbour.stats.end("update");
-        drawFrame();
+        int width = 0, height = 0;
+        SDL_GetWindowSize(m_Window.get(), &width, &height);
+        present(m_Harbour.draw(width, height));
+        m_Harbour.stats.end("present");
         // If the screen does not set the pace, sleep until the next step.
         const std::chrono::duration<double, std::milli> rest =
             STEP - unspent - (Clock::now() - now);

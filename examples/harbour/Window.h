@@ -8,7 +8,7 @@
 #include "Harbour.h"
 
 /// The window: the only part that uses SDL. It gives input to the harbour and shows its frames.
-class Window : private qor::Configuration::Listener
+class Window final : private qor::Configuration::Listener
 {
 public:
     /// @throws std::runtime_error if no window can be opened
@@ -19,7 +19,7 @@ public:
 
     /// Runs the program until it is left.
     /// @param frameCount 0, or the number of frames to run without regard to the time: each is one
-    ///        update after the last
+    ///        step after the last
     /// @throws std::runtime_error if there is no display and the number of frames is 0
     void run(int frameCount);
 
@@ -30,14 +30,14 @@ private:
     };
 
     void parameterChanged(const std::string& name) override;
-    void applySetting(const std::string& name);
     void handleEvents();
+    void storeSize(int width, int height);
     void handleKey(const SDL_Keysym& key);
-    void editLine(SDL_Keycode key);
-    void drawFrame();
+    void handleConsoleKey(SDL_Keycode key);
     void present(const qor::Image& frame) const;
 
     Harbour& m_Harbour;
+    qor::Configuration& m_Settings;
     std::unique_ptr<SDL_Window, TCloser> m_Window;
-    bool m_SkipsText = false; ///< the key of the console also gives a text
+    bool m_TakesText = false; ///< the key that opens the console also gives a text
 };

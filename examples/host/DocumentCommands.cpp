@@ -7,10 +7,10 @@
 #include <qor/StringUtil.h>
 #include <qor/XMLElement.h>
 
-#include "Command.h"
 #include "DocumentTree.h"
-#include "Host.h"
+#include "HostCommand.h"
 #include "shared/ElementPath.h"
+#include "shared/SessionCommands.h"
 #include "shared/Text.h"
 
 namespace
@@ -24,12 +24,12 @@ bool isComment(const qor::XMLElement& element)
 }
 
 /// The base class of the commands that replace the document.
-class ReplaceDocumentCommand : public Command
+class ReplaceDocumentCommand : public HostCommand
 {
 public:
     /// @param asks whether it asks before unsaved changes are lost
     ReplaceDocumentCommand(Host& host, const TDescription& description, bool asks)
-        : Command(host, description), m_Asks(asks)
+        : HostCommand(host, description), m_Asks(asks)
     {
     }
 
@@ -49,7 +49,7 @@ public:
     using ReplaceDocumentCommand::ReplaceDocumentCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         const std::string& name = tokens[1];
         if (!m_Host.requireIdleLoader()) {
@@ -71,7 +71,7 @@ public:
     using ReplaceDocumentCommand::ReplaceDocumentCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         const std::string& recent = m_Host.getSettings().getTable().getString("document/recent");
         const std::string filename = tokens.size() > 1 ? tokens[1] : recent;
@@ -87,32 +87,13 @@ private:
     }
 };
 
-class SaveCommand : public Command
+class ErrorCommand : public HostCommand
 {
 public:
-    SaveCommand(Host& host, const TDescription& description, bool isFormatted, bool allowsLoss)
-        : Command(host, description), m_Options{"", isFormatted, allowsLoss}
-    {
-    }
+    using HostCommand::HostCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
-    {
-        Document::TSaveOptions options = m_Options;
-        options.filename = tokens.size() > 1 ? tokens[1] : "";
-        return m_Host.saveDocument(options);
-    }
-
-    const Document::TSaveOptions m_Options;
-};
-
-class ErrorCommand : public Command
-{
-public:
-    using Command::Command;
-
-private:
-    bool run(const std::vector<std::string>&) override
+    bool run(const TTokens&) override
     {
         if (!m_Host.requireIdleLoader()) {
             return false;
@@ -123,13 +104,13 @@ private:
     }
 };
 
-class TreeCommand : public Command
+class TreeCommand : public HostCommand
 {
 public:
-    using Command::Command;
+    using HostCommand::HostCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         const qor::Configuration& settings = m_Host.getSettings().getTable();
         const int depth = tokens.size() > 1 ? qor::StringUtil::stringToInt(tokens[1])
@@ -175,19 +156,19 @@ std::string readBoolean(const Host&, const qor::XMLElement* element,
     return (element ? element->getValueAsBoolean() : defaultValue == "true") ? "true" : "false";
 }
 
-class ReadCommand : public Command
+class ReadCommand : public HostCommand
 {
 public:
     using Reader = std::string (*)(const Host& host, const qor::XMLElement* element,
                                    const std::string& defaultValue);
 
     ReadCommand(Host& host, const TDescription& description, Reader reader)
-        : Command(host, description), m_Reader(reader)
+        : HostCommand(host, description), m_Reader(reader)
     {
     }
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         const Document& document = m_Host.getDocument();
         const qor::XMLElement* const element = ElementPath(tokens[1]).find(document.getRoot());
@@ -202,13 +183,13 @@ private:
     const Reader m_Reader;
 };
 
-class PutCommand : public Command
+class PutCommand : public HostCommand
 {
 public:
-    using Command::Command;
+    using HostCommand::HostCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         if (!m_Host.requireIdleLoader()) {
             return false;
@@ -225,13 +206,13 @@ private:
     }
 };
 
-class EditCommand : public Command
+class EditCommand : public HostCommand
 {
 public:
-    using Command::Command;
+    using HostCommand::HostCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         if (!m_Host.requireIdleLoader()) {
             return false;
@@ -247,13 +228,13 @@ private:
     }
 };
 
-class AddCommand : public Command
+class AddCommand : public HostCommand
 {
 public:
-    using Command::Command;
+    using HostCommand::HostCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         if (!m_Host.requireIdleLoader()) {
             return false;
@@ -272,16 +253,16 @@ private:
     }
 };
 
-class DeleteCommand : public Command
+class DeleteCommand : public HostCommand
 {
 public:
     DeleteCommand(Host& host, const TDescription& description, bool deletesAll)
-        : Command(host, description), m_DeletesAll(deletesAll)
+        : HostCommand(host, description), m_DeletesAll(deletesAll)
     {
     }
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         if (!m_Host.requireIdleLoader()) {
             return false;
@@ -315,12 +296,11 @@ void addFileCommands(Host& host)
     host.addCommand<LoadCommand>({"load", "[FILE]", "Load a file, or the recent document", 0, 1},
                                  true);
     host.addCommand<LoadCommand>({"load!", "[FILE]", "Load and drop unsaved changes", 0, 1}, false);
-    host.addCommand<SaveCommand>({"save", "[FILE]", "Save with one element per line", 0, 1}, true,
-                                 false);
-    host.addCommand<SaveCommand>(
-        {"save!", "[FILE]", "Save, even if data of the file is lost", 0, 1}, true, true);
-    host.addCommand<SaveCommand>({"save-compact", "[FILE]", "Save without white space", 0, 1},
-                                 false, false);
+    addSaveCommands(host);
+    host.addCommand({"save-compact", "[FILE]", "Save without white space", 0, 1},
+                    [&host](const Command::TTokens& tokens) {
+                        return host.saveDocument({tokens.size() > 1 ? tokens[1] : "", false});
+                    });
     host.addCommand<ErrorCommand>({"error", "", "Show the last XML error", 0, 0});
 }
 

@@ -2,116 +2,29 @@
 #include "ImageCommands.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cstddef>
-#include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
-#include <system_error>
 #include <utility>
 #include <vector>
 
-#include <qor/Color.h>
-#include <qor/File.h>
 #include <qor/Image.h>
 #include <qor/Log.h>
 #include <qor/Rectangle.h>
-#include <qor/StringUtil.h>
 
-#include "Command.h"
-#include "Host.h"
+#include "DrawingCommands.h"
+#include "ImageCommand.h"
 #include "Picture.h"
 #include "Scene.h"
+#include "SceneCommands.h"
+#include "shared/ImageTools.h"
 #include "shared/Text.h"
 
 namespace
 {
 
-using Gallery = std::map<std::string, qor::Image>;
-
-constexpr int MAX_SIDE = 4096;
-constexpr int MAX_COORDINATE = 1000000;
 constexpr int MAX_DEPTH = 32;
 constexpr int OPAQUE = 255;
-
-std::string describe(const std::string& name, const qor::Image& image)
-{
-    return name + ": " + std::to_string(image.getWidth()) + " x " +
-           std::to_string(image.getHeight()) + " pixels";
-}
-
-/// The base class of the image commands. All of them share one gallery.
-class ImageCommand : public Command
-{
-public:
-    ImageCommand(Host& host, const TDescription& description, std::shared_ptr<Gallery> images)
-        : Command(host, description), m_Images(std::move(images))
-    {
-    }
-
-protected:
-    /// Returns an image; null after printing an error.
-    qor::Image* findImage(const std::string& name)
-    {
-        const auto found = m_Images->find(name);
-        if (found == m_Images->end()) {
-            fail("No image has the name " + quote(name));
-            return nullptr;
-        }
-        return &found->second;
-    }
-
-    /// Reads an integer in a range.
-    /// @return false after printing an error
-    bool readNumber(const std::string& text, int minimum, int maximum, int& number)
-    {
-        const char* const end = text.data() + text.size();
-        const auto [stop, error] = std::from_chars(text.data(), end, number);
-        if (error == std::errc() && stop == end && number >= minimum && number <= maximum) {
-            return true;
-        }
-        return fail(quote(text) + " is not an integer from " + std::to_string(minimum) + " to " +
-                    std::to_string(maximum) + ". Usage: " + getDescription().getUsage());
-    }
-
-    void putImage(const std::string& name, qor::Image image)
-    {
-        print(describe(name, image));
-        (*m_Images)[name] = std::move(image);
-    }
-
-    /// Saves an image, and prints the result. Only commands whose name ends with '!' replace files.
-    /// @return false if saving failed or was refused
-    bool saveImage(const qor::Image& image, const std::string& filename, int depth)
-    {
-        const std::string& command = getDescription().name;
-        if (command.back() != '!' && qor::File::fileExists(filename)) {
-            return fail("Cannot save over " + quote(filename) + ": the file exists. Use '" +
-                        command + "!' to replace it");
-        }
-        constexpr std::array<const char*, 3> REASONS = {
-            "depths are 8, 24 and 32", "the file cannot be opened", "not all of it was written"};
-        const int result = image.saveTGA(filename.c_str(), static_cast<unsigned char>(depth));
-        if (result < 0) {
-            return fail("Cannot save " + quote(filename) + ": " + getReason(REASONS, result));
-        }
-        qor::Log::info(toPrintable("Saved " + quote(filename)));
-        print("Saved " + quote(filename) + " (" + std::to_string(depth) + " bits per pixel)");
-        return true;
-    }
-
-    /// Returns the text of a negative result: the first reason for -1, the second for -2, and so
-    /// on.
-    template<std::size_t COUNT>
-    static const char* getReason(const std::array<const char*, COUNT>& reasons, int result)
-    {
-        return reasons.at(static_cast<std::size_t>(-result - 1));
-    }
-
-    const std::shared_ptr<Gallery> m_Images;
-};
 
 class ImageNewCommand : public ImageCommand
 {
@@ -119,7 +32,7 @@ public:
     using ImageCommand::ImageCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         int width, height;
         if (!readNumber(tokens[2], 1, MAX_SIDE, width) ||
@@ -129,16 +42,10 @@ private:
         if (tokens.size() == 5 || tokens.size() == 6) {
             return fail("A color has red, green and blue. Usage: " + getDescription().getUsage());
         }
-        float color[4] = {0.0f, 0.0f, 0.0f, 1.0f};
-        for (std::size_t i = 4; i < tokens.size(); ++i) {
-            color[i - 4] = qor::StringUtil::stringToFloat(tokens[i]);
-        }
-        qor::Color::clip(color, 0.0f, 1.0f, color);
-        color[3] = std::clamp(color[3], 0.0f, 1.0f);
         qor::Image image(static_cast<unsigned long>(width), static_cast<unsigned long>(height));
         std::fill_n(image.getData(),
                     static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
-                    qor::Color::rgba(color));
+                    readColor(tokens, 4));
         putImage(tokens[1], std::move(image));
         return true;
     }
@@ -150,18 +57,14 @@ public:
     using ImageCommand::ImageCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
-        constexpr std::array<const char*, 6> REASONS = {
-            "the file cannot be opened",      "it has no complete header",
-            "color maps are unsupported",     "the image type is unsupported",
-            "the color depth is unsupported", "it ends before the last pixel"};
         const std::string& filename = tokens[2];
         // After a failure the former image of that name is unchanged.
         qor::Image image;
-        const int result = image.loadTGA(filename.c_str());
-        if (result < 0) {
-            return fail("Cannot load " + quote(filename) + ": " + getReason(REASONS, result));
+        const std::string error = loadImage(image, filename);
+        if (!error.empty()) {
+            return fail(error);
         }
         qor::Log::info(toPrintable("Loaded " + quote(filename)));
         putImage(tokens[1], std::move(image));
@@ -175,14 +78,14 @@ public:
     using ImageCommand::ImageCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         const qor::Image* const image = findImage(tokens[1]);
         int depth = MAX_DEPTH;
         if (!image || (tokens.size() > 3 && !readNumber(tokens[3], 1, MAX_DEPTH, depth))) {
             return false;
         }
-        return saveImage(*image, tokens[2], depth);
+        return save(*image, tokens[2], depth);
     }
 };
 
@@ -192,7 +95,7 @@ public:
     using ImageCommand::ImageCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         constexpr int MAX_COLUMNS = 1000;
         const qor::Image* const image = findImage(tokens[1]);
@@ -214,7 +117,7 @@ public:
     using ImageCommand::ImageCommand;
 
 private:
-    bool run(const std::vector<std::string>&) override
+    bool run(const TTokens&) override
     {
         for (const auto& [name, image] : *m_Images) {
             print(describe(name, image));
@@ -229,7 +132,7 @@ public:
     using ImageCommand::ImageCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         qor::Image* const image = findImage(tokens[1]);
         if (!image) {
@@ -246,7 +149,7 @@ public:
     using ImageCommand::ImageCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         if (!findImage(tokens[1])) {
             return false;
@@ -268,7 +171,7 @@ private:
         int newAlpha = OPAQUE;
     };
 
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         const qor::Image* const source = findImage(tokens[1]);
         qor::Image* const target = source ? findImage(tokens[6]) : nullptr;
@@ -293,7 +196,7 @@ private:
         return true;
     }
 
-    bool readPixelTest(const std::vector<std::string>& tokens, TPixelTest& test)
+    bool readPixelTest(const TTokens& tokens, TPixelTest& test)
     {
         if (tokens.size() > 9 && tokens[9] == "key") {
             test.alphaLevel = qor::Image::AL_CKBLACK;
@@ -331,7 +234,7 @@ public:
     using ImageCommand::ImageCommand;
 
 private:
-    bool run(const std::vector<std::string>& tokens) override
+    bool run(const TTokens& tokens) override
     {
         constexpr int FULL_TURN = 360;
         constexpr float RADIANS_PER_DEGREE = 0.0174532925f;
@@ -344,7 +247,7 @@ private:
         }
         const float angle = static_cast<float>(degrees) * RADIANS_PER_DEGREE;
         putImage(tokens[1], renderScene(width, height, angle));
-        return saveImage((*m_Images)[tokens[1]], tokens[2], MAX_DEPTH);
+        return save((*m_Images)[tokens[1]], tokens[2], MAX_DEPTH);
     }
 };
 
@@ -375,6 +278,8 @@ void addImageCommands(Host& host)
         {"image-blit", "FROM X Y WIDTH HEIGHT TO X Y [TEST [STEP [ALPHA]]]",
          "Copy a part; TEST is plain, key (black is transparent) or a minimum alpha", 8, 11},
         images);
+    addDrawingCommands(host, images);
+    addSceneCommands(host, images);
     host.addCommand<RenderCommand>({"render", "NAME FILE [DEGREES [WIDTH HEIGHT]]",
                                     "Draw a rotated knot and save it as a TGA file", 2, 5},
                                    images);

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "shared/ImageTools.h"
+
 namespace
 {
 
@@ -22,23 +24,6 @@ TChannels split(std::uint32_t pixel)
 int countSamples(int size, int step)
 {
     return (size - 1) / step + 1;
-}
-
-qor::Image scaleDown(const qor::Image& image, int step)
-{
-    constexpr int OPAQUE = 255;
-    const int columns = countSamples(image.getWidth(), step);
-    const int rows = countSamples(image.getHeight(), step);
-    qor::Image small(static_cast<unsigned long>(columns), static_cast<unsigned long>(rows));
-    const std::ptrdiff_t pitch = image.getWidth();
-    // blitRaw also skips rows of the target, so each row is transferred separately.
-    for (int row = 0; row < rows; ++row) {
-        qor::Image::blitRaw(image.getData() + pitch * row * step, columns * step, step,
-                            image.getWidth(),
-                            small.getData() + static_cast<std::ptrdiff_t>(row) * columns, columns,
-                            qor::Image::AL_NONE, OPAQUE, step);
-    }
-    return small;
 }
 
 /// Returns the nearest level to a channel in the 6 x 6 x 6 color cube of the xterm palette.
@@ -100,7 +85,8 @@ std::vector<TPictureRow> makePicture(const qor::Image& image, int columns)
         return rows;
     }
     const int longest = std::max(image.getWidth(), image.getHeight());
-    const qor::Image small = scaleDown(image, countSamples(longest, columns));
+    const qor::Image small =
+        scaleDown(image, image.getSize(), countSamples(longest, columns), qor::Image::AL_NONE);
     const int width = small.getWidth(), height = small.getHeight();
     const auto getRow = [&small, width](int y) {
         const std::uint32_t* const row = small.getData() + static_cast<std::ptrdiff_t>(y) * width;

@@ -13,6 +13,8 @@
 #include <qor/Rectangle.h>
 #include <qor/Vector.h>
 
+#include "shared/Drawing.h"
+
 namespace
 {
 
@@ -79,7 +81,7 @@ public:
     /// @param point column, row and the reciprocal of the distance
     void draw(const float* point, std::uint32_t pixel)
     {
-        const int x = static_cast<int>(point[0]), y = static_cast<int>(point[1]);
+        const int x = toInt(point[0]), y = toInt(point[1]);
         if (!m_Image.getSize().testPoint(x, y)) {
             return;
         }
@@ -116,8 +118,8 @@ public:
         qor::Matrix::makeTranslate(POSITION, translation);
         qor::Matrix::multiply(translation, m_Rotation, m_Projection);
 
-        const float centerX = static_cast<float>(width) / 2.0f;
-        const float centerY = static_cast<float>(height) / 2.0f;
+        const float centerX = toFloat(width) / 2.0f;
+        const float centerY = toFloat(height) / 2.0f;
         const float zoom = getZoom(width, height);
         // A perspective projection: the fourth row divides the others by the distance.
         const float perspective[16] = {zoom, 0.0f, centerX, 0.0f, 0.0f, -zoom, centerY, 0.0f,
@@ -128,10 +130,7 @@ public:
     }
 
     /// Returns the size in pixels of an object of size 1 at distance 1.
-    static float getZoom(int width, int height)
-    {
-        return 1.15f * static_cast<float>(std::min(width, height));
-    }
+    static float getZoom(int width, int height) { return 1.15f * toFloat(std::min(width, height)); }
 
     /// Returns column, row and the reciprocal of the distance.
     TVector project(const float* point) const { return transform(m_Projection, point); }
@@ -210,12 +209,11 @@ qor::Image renderScene(int width, int height, float angle)
     const int lineCount = 64 + 10 * std::min(width, height);
     const int circleCount = 16 + std::min(width, height);
     for (int i = 0; i < lineCount; ++i) {
-        const float position = FULL_TURN * static_cast<float>(i) / static_cast<float>(lineCount);
+        const float position = FULL_TURN * toFloat(i) / toFloat(lineCount);
         const Section section(position);
         const TColor color = getRainbowColor(position);
         for (int j = 0; j < circleCount; ++j) {
-            const TVector normal = section.getNormal(FULL_TURN * static_cast<float>(j) /
-                                                     static_cast<float>(circleCount));
+            const TVector normal = section.getNormal(FULL_TURN * toFloat(j) / toFloat(circleCount));
             float point[3];
             qor::Vector::multiply(normal.v, TUBE_RADIUS, point);
             qor::Vector::add(section.center.v, point, point);

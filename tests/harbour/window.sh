@@ -44,7 +44,7 @@ export DISPLAY SDL_VIDEODRIVER=x11 QOR_USER_DATA_DIR=$folder/data
 export ASAN_OPTIONS=detect_leaks=0
 mkdir "$folder/data"
 cat >"$folder/data/settings.xml" <<'SETTINGS'
-<settings><version>1</version><window><width>320</width><height>180</height></window><log><level>3</level></log></settings>
+<configuration><version>1</version><window><width>320</width><height>180</height></window><log><level>3</level></log></configuration>
 SETTINGS
 cd "$folder"
 "$1" >output.txt 2>&1 &
@@ -55,13 +55,19 @@ xdotool key F1
 enter "screenshot first.tga"
 await test -s first.tga
 enter "add Comet sloop bay"
-enter "settings window/width 400"
+enter "settings-set window/width 400"
 xdotool key Up Up Return
 await grep -q "A ship with the name 'Comet' exists" data/qorharbour.log
 enter "screenshot second.tga"
 await test -s second.tga
 [ "$(stat -c %s first.tga)" -eq $((18 + 320 * 180 * 3)) ] || fail "the first screenshot has another size"
 [ "$(stat -c %s second.tga)" -eq $((18 + 400 * 180 * 3)) ] || fail "the window was not resized"
+# Escape at the question returns to the console, which still takes commands.
+enter quit
+sleep 0.5
+xdotool key Escape
+enter "screenshot third.tga"
+await test -s third.tga
 # Escape closes the console, then asks about the change; y saves it.
 xdotool key Escape
 xdotool key Escape

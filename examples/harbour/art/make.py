@@ -379,7 +379,7 @@ def font():
             nearest = [min([segment_distance(x + 0.5, y + 0.5, a, b) for a, b in segments], default=99.0)
                        for x in range(CELL_WIDTH)]
             rows.append(bytes(round(255 * min(max(PEN / 2 + 0.5 - d, 0.0), 1.0)) for d in nearest))
-    write_tga("font", 3, CELL_WIDTH, CELL_HEIGHT * len(GLYPHS), 8, rows)
+    write_tga("../../shared/font", 3, CELL_WIDTH, CELL_HEIGHT * len(GLYPHS), 8, rows)
 
 
 def hash_noise(seed):
@@ -418,25 +418,40 @@ def hills():
     write_gray("hills", width, 3, b"".join(rows))
 
 
+def noise_2d(x, y, seed):
+    total, weight = 0.0, 0.5
+    for octave in range(5):
+        def corner(dx, dy):
+            return hash_noise((math.floor(y) + dy) * 7919 + (math.floor(x) + dx) * 31 + seed + octave * 104729)
+
+        u, v = x - math.floor(x), y - math.floor(y)
+        u, v = u * u * (3 - 2 * u), v * v * (3 - 2 * v)
+        total += weight * mix(mix(corner(0, 0), corner(1, 0), u), mix(corner(0, 1), corner(1, 1), u), v)
+        x, y, weight = x * 2, y * 2, weight * 0.5
+    return total
+
+
+def cloud(name, width, height, seed):
+    """A cloud with a soft edge, bright above and gray below."""
+    c = Canvas(width, height)
+    for y in range(height):
+        for x in range(width):
+            u, v = 2 * (x + 0.5) / width - 1, (y + 0.5) / height
+            # A flat base below round tops.
+            shape = 1 - u * u - (((0.72 - v) / 0.72) ** 2 if v < 0.72 else ((v - 0.72) / 0.28) ** 2)
+            density = shape * 0.9 + (noise_2d(x / 26, y / 16, seed) - 0.5) * 1.7 * min(max(shape + 0.7, 0), 1) - 0.15
+            edge = min(1 - abs(u), v, 1 - v) * 6
+            alpha = min(max(density * 2.2, 0.0), 1.0) * min(max(edge, 0.0), 1.0)
+            light = min(max(1.06 - 0.42 * v - 0.28 * max(density - 0.3, 0) + (noise_2d(x / 13, y / 9, seed + 9) - 0.5) * 0.5,
+                            0.55), 1.0)
+            if alpha > 0.06:
+                c.paint(x, y, (255 * light, 255 * light, min(255 * (light + 0.02), 255)), alpha * 0.92)
+    c.save(name)
+
+
 def clouds():
-    """Noise that repeats in both directions."""
-    size, values = 128, bytearray()
-    for y in range(size):
-        for x in range(size):
-            total, weight, cells = 0.0, 0.5, 4
-            while cells <= 64:
-                step = size // cells
-
-                def corner(dx, dy):
-                    return hash_noise((y // step + dy) % cells * 257 + (x // step + dx) % cells + cells * 65537)
-
-                u, v = x % step / step, y % step / step
-                u, v = u * u * (3 - 2 * u), v * v * (3 - 2 * v)
-                total += weight * mix(mix(corner(0, 0), corner(1, 0), u), mix(corner(0, 1), corner(1, 1), u), v)
-                weight *= 0.52
-                cells *= 2
-            values.append(round(min(total, 1.0) * 255))
-    write_gray("clouds", size, size, bytes(values))
+    cloud("cumulus", 200, 60, 5)
+    cloud("cloud", 180, 34, 77)
 
 
 # The colors of the sky above and at the horizon, of clouds, and of the light on everything, by hours.
@@ -446,6 +461,15 @@ HOURS = ((0.0, 0x040818, 0x12224A, 0x1C2848, 0x3E4E80), (4.3, 0x0A1636, 0x2C3464
          (16.0, 0x2E7CD8, 0xD4EAF0, 0xFFFAF0, 0xFFFCF4), (18.6, 0x3A5CB0, 0xFFCA80, 0xFFD0A0, 0xFFD4A4),
          (19.8, 0x2C3480, 0xFF7C48, 0xF87868, 0xC88A84), (20.9, 0x161C50, 0x8A4A78, 0x604070, 0x6C5A8C),
          (22.5, 0x060C24, 0x182A54, 0x202C50, 0x42528A), (24.0, 0x040818, 0x12224A, 0x1C2848, 0x3E4E80))
+
+
+def lamp_color(hour):
+    """Returns the color of the moon or the sun, which fades below the horizon."""
+    height = math.sin((hour - 5.6) / 14.6 * math.pi)
+    if hour < 5.2 or hour > 20.6:
+        return channels(0xD8E2F8)
+    share, fade = min(max(height * 2.2, 0.0), 1.0), min(max(1 + height * 10, 0.0), 1.0)
+    return [round(mix(a, b, share) * fade) for a, b in zip(channels(0xFF7A30), channels(0xFFF6D8))]
 
 
 def day():
@@ -459,7 +483,8 @@ def day():
             t = (hour - a[0]) / (b[0] - a[0])
             row += bytes(round(mix(x, y, t)) for x, y in zip(reversed(channels(a[kind])), reversed(channels(b[kind]))))
         rows.append(bytes(row))
-    write_tga("day", 2, 96, 4, 24, rows)
+    rows.append(b"".join(bytes(reversed(lamp_color(quarter / 4))) for quarter in range(96)))
+    write_tga("day", 2, 96, 5, 24, rows)
 
 
 LAMPS = {
@@ -580,6 +605,6 @@ def palettes():
 
 
 if __name__ == "__main__":
-    for draw in (schooner, steamer, trawler, sloop, gulls, town, tower, rock, mill, palettes, lamps, font, hills, clouds,
+    for draw in (schooner, steamer, trawler, sloop, gulls, town, tower, rock, mill, clouds, palettes, lamps, font, hills,
                  day):
         draw()

@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ImageCommand.h"
+
+/// Adds the commands that draw into images.
+void addDrawingCommands(Host& host, const std::shared_ptr<Gallery>& images);
