@@ -169,6 +169,8 @@ private:
     bool m_IsStarting = false; ///< whether start() is running
 };
 
+/// @cond
+
 /// Sets a flag and restores its old value at the end of the scope, also when a handler throws.
 class StateMachine::ScopedFlag
 {
@@ -280,5 +282,7 @@ inline void StateMachine::enter(State* state, State* source)
     m_CurrentState = state;
     state->onEntry(source);
 }
+
+/// @endcond
 
 } // namespace qor
