@@ -144,7 +144,7 @@ public:
             isHandled = state->onEvent(event);
         }
         if (m_PendingState) {
-            processPendingTransition();
+            carryOutTransition();
         }
         return isHandled;
     }
@@ -154,10 +154,11 @@ private:
     class EntryPath;
 
     State* findState(const std::string& name);
+    void processPendingTransition(); ///< called by programs that were compiled with 1.0.0
 
     // These are inline, and so compiled into the program, as most handlers are. When the library
     // called the handlers, transitions took 1.4 times as long.
-    inline void processPendingTransition();
+    inline void carryOutTransition();
     inline void exitUpTo(State* end);
     inline void enterInitialStates(State* state, State* source);
     inline void enter(State* state, State* source);
@@ -228,7 +229,7 @@ private:
 
     QORTK_API void findAncestor(State* source);
     QORTK_API void collectNext();
-    void collect(std::size_t length);
+    inline void collect(std::size_t length); // defined in the source file
 
     State* const m_Target;
     State* m_Ancestor;
@@ -237,7 +238,7 @@ private:
     State* m_Piece[PIECE];       ///< innermost first
 };
 
-inline void StateMachine::processPendingTransition()
+inline void StateMachine::carryOutTransition()
 {
     if (!m_PendingState || m_IsChanging) {
         return;

@@ -69,7 +69,7 @@ void StateMachine::EntryPath::collectNext()
 
 /// Collects the outermost states of the path.
 /// @param length number of states that have not been taken
-void StateMachine::EntryPath::collect(std::size_t length)
+inline void StateMachine::EntryPath::collect(std::size_t length)
 {
     m_Count = std::min(length, PIECE);
     m_Remaining = length - m_Count;
@@ -129,7 +129,12 @@ bool StateMachine::transition(const std::string& name)
 void StateMachine::setCurrentState(State* state)
 {
     m_PendingState = state;
-    processPendingTransition();
+    carryOutTransition();
+}
+
+void StateMachine::processPendingTransition()
+{
+    carryOutTransition();
 }
 
 State* StateMachine::findState(const std::string& name)
