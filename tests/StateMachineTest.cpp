@@ -143,8 +143,8 @@ TEST(StateMachineTest, CallsHandlersInOrder)
 TEST(StateMachineTest, EntersDeepPathsInOrder)
 {
     constexpr int PIECE = 32, DETACHED = 60;
-    // A handler that detaches a state far below shortens the rest of the path. The first piece of
-    // the path starts with the root.
+    // Most paths start in a separate hierarchy of the same depth. A handler that detaches a state
+    // far below shortens the rest of the path. The first piece of the path starts with the root.
     for (const int levels : {31, 32, 33, 64, 65, 70}) {
         const bool detaches = levels == 70;
         std::string trace, expected;
@@ -162,6 +162,11 @@ TEST(StateMachineTest, EntersDeepPathsInOrder)
             states.emplace_back(script, &machine, parent, std::to_string(i));
             parent = &states.back();
             expected += !detaches || i < PIECE - 1 || i >= DETACHED ? std::to_string(i) + '+' : "";
+        }
+        std::deque<State> others;
+        for (int i = 0; i <= levels && levels != 2 * PIECE && !detaches; ++i) {
+            others.emplace_back(nullptr, i > 0 ? &others.back() : nullptr, "other");
+            machine.setCurrentState(&others.back());
         }
         machine.setCurrentState(parent);
         EXPECT_EQ(trace, expected) << levels;

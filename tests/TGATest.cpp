@@ -48,9 +48,10 @@ TEST_F(TGATest, WritesExactBytes)
 TEST_F(TGATest, RoundTripsPictures)
 {
     Random random;
-    // Blocks of 16,384 pixels are converted at a time: their borders lie in, at and between rows.
-    const unsigned long sizes[][2] = {{1, 1},     {5, 3},     {300, 200},
-                                      {16384, 2}, {1, 16385}, {16385, 1}};
+    // Blocks of 65,536, 21,845 or 16,384 pixels are converted at a time, for 8, 24 or 32 bits: their
+    // borders lie in, at and between rows. Rows of 32 pixels and more are converted one by one.
+    const unsigned long sizes[][2] = {{1, 1},     {5, 3},     {31, 2115}, {32, 2049},
+                                      {300, 220}, {1, 65535}, {16384, 5}, {65535, 2}};
     for (const auto& size : sizes) {
         Pixels pixels(size[0] * size[1]);
         std::generate(pixels.begin(), pixels.end(), std::ref(random));

@@ -296,14 +296,15 @@ public:
 private:
     enum ParameterType : int { BOOLEAN = 0, INTEGER = 1, FLOAT = 2, STRING = 3 };
 
+    // Access to a number uses only the first members, which share a cache line in most cases.
     struct TParameter {
-        std::string name;
         ParameterType type;
-        std::string stringValue;
+        unsigned int version;
         double value; ///< not used by STRING; 0 or 1 for BOOLEAN
         double minimum;
         double maximum;
-        unsigned int version;
+        std::string name;
+        std::string stringValue;
     };
 
     int addParameter(const TParameter& parameter);

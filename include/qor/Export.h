@@ -20,6 +20,16 @@
 #define QORTK_API
 #endif
 
+/// @def QORTK_API_INLINE
+/// Marks an inline member function that the shared library exports for programs that were compiled
+/// when it was not inline. DLLs export all members of exported classes.
+
+#if defined(__GNUC__) && !defined(_WIN32) && !defined(QORTK_STATIC)
+#define QORTK_API_INLINE __attribute__((visibility("default")))
+#else
+#define QORTK_API_INLINE
+#endif
+
 /// @def QORTK_PRINTF
 /// Lets the compiler check the arguments of a function against its printf format. `text` and
 /// `values` are the positions of the format and of the first argument, counted from 1.

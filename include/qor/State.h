@@ -77,7 +77,7 @@ public:
     /// Returns the child that is entered after this state.
     /// @return the child that was constructed first, unless a derived class returns another one;
     ///         null if the machine stays in this state
-    virtual State* getInitialChildState();
+    QORTK_API_INLINE virtual State* getInitialChildState() { return m_FirstChildState; }
 
     /// Checks whether a state encloses this one, at any depth.
     /// @param state possible ancestor; may be null

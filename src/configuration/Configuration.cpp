@@ -99,7 +99,7 @@ Configuration* Configuration::getInstance() noexcept
 bool Configuration::addBooleanParameter(const std::string& name, bool defaultValue,
                                         unsigned int version)
 {
-    const TParameter parameter{name, BOOLEAN, "", 0.0, 0.0, 1.0, version};
+    const TParameter parameter{BOOLEAN, version, 0.0, 0.0, 1.0, name, ""};
     const int index = addParameter(parameter);
     if (index >= 0) {
         initializeValue(index, parameter.name, defaultValue ? 1.0 : 0.0);
@@ -111,8 +111,8 @@ bool Configuration::addIntegerParameter(const std::string& name, int defaultValu
                                         int maximum, unsigned int version)
 {
     const TParameter parameter{
-        name,   INTEGER, "", 0.0, static_cast<double>(minimum), static_cast<double>(maximum),
-        version};
+        INTEGER, version, 0.0, static_cast<double>(minimum), static_cast<double>(maximum),
+        name,    ""};
     const int index = addParameter(parameter);
     if (index >= 0) {
         initializeValue(index, parameter.name, clipInteger(parameter, defaultValue));
@@ -124,7 +124,7 @@ bool Configuration::addFloatParameter(const std::string& name, float defaultValu
                                       float maximum, unsigned int version)
 {
     const TParameter parameter{
-        name, FLOAT, "", 0.0, static_cast<double>(minimum), static_cast<double>(maximum), version};
+        FLOAT, version, 0.0, static_cast<double>(minimum), static_cast<double>(maximum), name, ""};
     const int index = addParameter(parameter);
     if (index >= 0) {
         initializeValue(index, parameter.name, clipFloat(parameter, defaultValue));
@@ -135,13 +135,13 @@ bool Configuration::addFloatParameter(const std::string& name, float defaultValu
 bool Configuration::addStringParameter(const std::string& name, const std::string& defaultValue,
                                        int minimumLength, int maximumLength, unsigned int version)
 {
-    const TParameter parameter{name,
-                               STRING,
-                               defaultValue,
+    const TParameter parameter{STRING,
+                               version,
                                0.0,
                                static_cast<double>(minimumLength),
                                static_cast<double>(maximumLength),
-                               version};
+                               name,
+                               defaultValue};
     if (addParameter(parameter) < 0) {
         return false;
     }
@@ -189,16 +189,16 @@ bool Configuration::setString(const std::string& name, const std::string& value)
 /// Sets a number and notifies the listeners if it differs from the old one.
 inline void Configuration::storeNumber(TParameter& parameter, double value)
 {
-    if (value == parameter.value) {
-        return;
-    }
+    // Without listeners, storing the same number again is faster than comparing it.
     if (m_Listeners.empty()) {
         parameter.value = value;
         return;
     }
-    const std::string name = copyNameIfObserved(parameter);
-    parameter.value = value;
-    notify(name);
+    if (value != parameter.value) {
+        const std::string name = copyNameIfObserved(parameter);
+        parameter.value = value;
+        notify(name);
+    }
 }
 
 void Configuration::setBoolean(TParameter& parameter, bool value)
@@ -213,7 +213,11 @@ void Configuration::setInteger(TParameter& parameter, int value)
 
 void Configuration::setFloat(TParameter& parameter, float value)
 {
-    storeNumber(parameter, clipFloat(parameter, value));
+    const double clipped = clipFloat(parameter, value);
+    // A zero does not replace a zero of the other sign.
+    if (clipped != parameter.value) {
+        storeNumber(parameter, clipped);
+    }
 }
 
 int Configuration::clipInteger(const TParameter& parameter, int value)

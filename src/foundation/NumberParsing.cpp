@@ -92,7 +92,8 @@ bool scanDecimal(std::string_view text, TDecimal& decimal)
 
 /// Converts a number by the fast path of W. Clinger ("How to Read Floating Point Numbers
 /// Accurately", 1990): significand and power of ten are exact as `double`, so that their quotient
-/// or product is rounded once. Takes half of the time of std::from_chars.
+/// or product is rounded once. Short numbers are read in 0.6 of the time that readFloat() takes
+/// with std::from_chars alone.
 /// @return the number; nothing if the fast path does not apply
 std::optional<float> convertExactly(const TDecimal& decimal)
 {

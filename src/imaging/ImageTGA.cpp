@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <new>
+#include <tuple>
 
 #include "foundation/LittleEndian.h"
 #include "imaging/PixelMemory.h"
@@ -45,13 +46,21 @@ constexpr unsigned char GRAY = 3;
 
 constexpr std::uint32_t OPAQUE = 0xFF000000;
 
-/// Pixels are converted in blocks that fit into the second-level cache and spare system calls.
-constexpr std::size_t BLOCK_PIXELS = 16384;
-constexpr std::size_t PIXEL_SIZE = sizeof(std::uint32_t);
+/// The bytes of the pixels that are converted at once. A block fits into the second-level cache and
+/// spares system calls.
+using Block = std::array<unsigned char, 65536>;
 
-/// The bytes of a block of pixels at any depth. Pixels of 24 bits are loaded and stored as words of
+static_assert(std::tuple_size<Block>::value % 3 > 0, "a word of the last pixel fits");
+
+/// Returns the number of pixels in a full block. Pixels of 24 bits are loaded and stored as words of
 /// 32 bits, the last of which ends one byte after its pixel; a block has room for that.
-using Block = std::array<unsigned char, BLOCK_PIXELS * PIXEL_SIZE>;
+constexpr std::size_t countBlockPixels(unsigned char depth)
+{
+    return std::tuple_size<Block>::value / (depth / 8u);
+}
+
+/// Narrower images are unpacked and then flipped: a call per row takes up to twice as long.
+constexpr int MIN_UPWARD_WIDTH = 32;
 
 bool isDepth(unsigned char depth)
 {
@@ -161,8 +170,8 @@ class RowFiller
 public:
     /// @param row first row to fill
     /// @param advance distance to the next one in pixels; negative to fill upwards
-    RowFiller(std::uint32_t* row, int width, std::ptrdiff_t advance)
-        : m_Row(row), m_Width(static_cast<std::size_t>(width)), m_Advance(advance)
+    RowFiller(std::uint32_t* row, std::size_t width, std::ptrdiff_t advance)
+        : m_Row(row), m_Width(width), m_Advance(advance)
     {
     }
 
@@ -198,7 +207,7 @@ std::size_t readPixels(platform::InputFile& file, unsigned char depth, RowFiller
     Block block{};
     std::size_t total = 0;
     while (total < count) {
-        const std::size_t wanted = std::min(count - total, BLOCK_PIXELS);
+        const std::size_t wanted = std::min(count - total, countBlockPixels(depth));
         const std::size_t found = file.read(block.data(), wanted * pixelSize) / pixelSize;
         rows.unpack(block.data(), found, depth);
         total += found;
@@ -214,11 +223,10 @@ std::size_t readPixels(platform::InputFile& file, unsigned char depth, RowFiller
 /// @return whether all pixels were read
 bool readUpwards(platform::InputFile& file, unsigned char depth, Image& image)
 {
-    const int width = image.getWidth();
-    const std::size_t rowSize = static_cast<std::size_t>(width);
+    const std::size_t rowSize = static_cast<std::size_t>(image.getWidth());
     const std::size_t count = rowSize * static_cast<std::size_t>(image.getHeight());
     std::uint32_t* const pixels = image.getData();
-    const RowFiller rows(pixels + count - rowSize, width, -width);
+    const RowFiller rows(pixels + count - rowSize, rowSize, -image.getWidth());
     const std::size_t missing = count - readPixels(file, depth, rows, count);
     if (missing == 0) {
         return true;
@@ -232,14 +240,14 @@ bool readUpwards(platform::InputFile& file, unsigned char depth, Image& image)
     return false;
 }
 
-/// Reads as many pixels as the file has into cleared memory, and touches no other memory.
+/// Reads as many pixels as the file has into cleared memory, and touches no other memory. Flips the
+/// image if it is complete.
 /// @return whether all pixels were read
 bool readDownwards(platform::InputFile& file, unsigned char depth, Image& image)
 {
-    const int width = image.getWidth();
     const std::size_t count =
-        static_cast<std::size_t>(width) * static_cast<std::size_t>(image.getHeight());
-    const RowFiller rows(image.getData(), width, width);
+        static_cast<std::size_t>(image.getWidth()) * static_cast<std::size_t>(image.getHeight());
+    const RowFiller rows(image.getData(), count, 0); // the rows follow each other without a gap
     if (readPixels(file, depth, rows, count) < count) {
         return false;
     }
@@ -254,7 +262,8 @@ bool skipPixels(platform::InputFile& file, unsigned char depth, std::uint64_t co
     const std::size_t pixelSize = depth / 8;
     Block block;
     while (count > 0) {
-        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(count, BLOCK_PIXELS));
+        const auto wanted =
+            static_cast<std::size_t>(std::min<std::uint64_t>(count, countBlockPixels(depth)));
         if (file.read(block.data(), wanted * pixelSize) < wanted * pixelSize) {
             return false;
         }
@@ -274,16 +283,16 @@ bool writeBytes(platform::OutputFile& file, const unsigned char* bytes, std::siz
 bool writePixels(platform::OutputFile& file, unsigned char depth, const Image& image)
 {
     const std::size_t width = static_cast<std::size_t>(image.getWidth());
-    const std::size_t pixelSize = depth / 8;
+    const std::size_t pixelSize = depth / 8, capacity = countBlockPixels(depth);
     Block block{};
     std::size_t filled = 0;
     for (int y = image.getHeight() - 1; y >= 0; --y) {
         const std::uint32_t* const row = image.getData() + static_cast<std::size_t>(y) * width;
         for (std::size_t x = 0, count = 0; x < width; x += count) {
-            count = std::min(width - x, BLOCK_PIXELS - filled);
+            count = std::min(width - x, capacity - filled);
             pack(row + x, count, depth, block.data() + filled * pixelSize);
             filled += count;
-            if (filled == BLOCK_PIXELS) {
+            if (filled == capacity) {
                 if (!writeBytes(file, block.data(), filled * pixelSize)) {
                     return false;
                 }
@@ -322,10 +331,11 @@ int Image::loadTGA(const char* filename)
     const std::uint64_t count = qor::countPixels(m_Width, m_Height);
     // Pixels that a truncated file does not have are 0. For complete files, zeroing the memory
     // would only take time.
-    const bool isComplete =
+    const bool readsUpwards =
+        m_Width >= MIN_UPWARD_WIDTH &&
         hasSize(file, HEADER_SIZE + header[ID_LENGTH] + count * (header[DEPTH] / 8));
-    m_Pixels.reset(isComplete ? allocatePixels(m_Width, m_Height)
-                              : allocateZeroedPixels(m_Width, m_Height));
+    m_Pixels.reset(readsUpwards ? allocatePixels(m_Width, m_Height)
+                                : allocateZeroedPixels(m_Width, m_Height));
     if (count == 0) {
         return 0;
     }
@@ -336,8 +346,8 @@ int Image::loadTGA(const char* filename)
         reset();
         return LOAD_TRUNCATED;
     }
-    const bool isRead = isComplete ? readUpwards(file, header[DEPTH], *this)
-                                   : readDownwards(file, header[DEPTH], *this);
+    const bool isRead = readsUpwards ? readUpwards(file, header[DEPTH], *this)
+                                     : readDownwards(file, header[DEPTH], *this);
     return isRead ? static_cast<int>(static_cast<std::uint32_t>(count)) : LOAD_TRUNCATED;
 }
 

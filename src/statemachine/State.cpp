@@ -26,11 +26,6 @@ std::string State::getName() const
     return m_Name;
 }
 
-State* State::getInitialChildState()
-{
-    return m_FirstChildState;
-}
-
 bool State::isChildStateOf(State* state)
 {
     const State* ancestor = m_ParentState;
