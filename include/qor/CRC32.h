@@ -33,10 +33,7 @@ public:
 
     /// Constructs a checksum with an initial value.
     /// @param initialValue value before any data is added, and after reset()
-    explicit CRC32(unsigned int initialValue)
-        : m_InitialValue(initialValue), m_CurrentValue(initialValue)
-    {
-    }
+    explicit CRC32(unsigned int initialValue);
 
     /// Copies the value and the initial value.
     /// @param other checksum to copy
@@ -47,7 +44,7 @@ public:
     /// @return this checksum
     CRC32& operator=(const CRC32& other) = default;
 
-    ~CRC32() override = default;
+    QORTK_API_INLINE ~CRC32() override = default;
 
     void addRaw(const unsigned char* data, unsigned int length) override;
 
@@ -65,7 +62,7 @@ public:
 
     /// Returns the checksum as a number.
     /// @return the current value
-    unsigned int getChecksumInteger() override { return m_CurrentValue; }
+    QORTK_API_INLINE unsigned int getChecksumInteger() override { return m_CurrentValue; }
 
     void reset() override;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <list>
+#include <forward_list>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -329,7 +329,7 @@ private:
     std::string m_FileName; ///< the file that was loaded last; empty before the first load
     std::vector<TParameter> m_Parameters;
     std::unordered_map<std::string, int> m_ParameterIndex; ///< by name
-    std::list<Listener*> m_Listeners;
+    std::forward_list<Listener*> m_Listeners;
 
     static Configuration* m_Instance;
 };

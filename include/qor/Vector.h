@@ -36,7 +36,10 @@ public:
     /// Copies a vector.
     /// @param in vector to copy
     /// @param[out] out the copy
-    static void copy(const float* in, float* out) { std::memmove(out, in, 3 * sizeof *out); }
+    QORTK_API_INLINE static void copy(const float* in, float* out)
+    {
+        std::memmove(out, in, 3 * sizeof *out);
+    }
 
     /// Returns the length of a vector.
     /// @param in vector
@@ -47,7 +50,7 @@ public:
     /// @param a first vector
     /// @param b second vector
     /// @param[out] out the sum
-    static void add(const float* a, const float* b, float* out)
+    QORTK_API_INLINE static void add(const float* a, const float* b, float* out)
     {
         store(a[0] + b[0], a[1] + b[1], a[2] + b[2], out);
     }
@@ -56,7 +59,7 @@ public:
     /// @param a first vector
     /// @param b second vector
     /// @param[out] out the difference `a` - `b`
-    static void subtract(const float* a, const float* b, float* out)
+    QORTK_API_INLINE static void subtract(const float* a, const float* b, float* out)
     {
         store(a[0] - b[0], a[1] - b[1], a[2] - b[2], out);
     }
@@ -76,7 +79,10 @@ public:
     /// Negates all elements.
     /// @param in vector
     /// @param[out] out the vector of the opposite direction
-    static void inverse(const float* in, float* out) { store(-in[0], -in[1], -in[2], out); }
+    QORTK_API_INLINE static void inverse(const float* in, float* out)
+    {
+        store(-in[0], -in[1], -in[2], out);
+    }
 
     /// Computes the cross product (a₁b₂ - a₂b₁, a₂b₀ - a₀b₂, a₀b₁ - a₁b₀).
     /// @param a first vector

@@ -10,6 +10,10 @@
 namespace qor
 {
 
+CRC32::CRC32(unsigned int initialValue) : m_InitialValue(initialValue), m_CurrentValue(initialValue)
+{
+}
+
 void CRC32::addRaw(const unsigned char* data, unsigned int length)
 {
     const TCRCFolding* const folding = chooseCRCFolding(length);

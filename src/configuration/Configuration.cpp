@@ -344,11 +344,16 @@ const std::string Configuration::get(const std::string& name) const
 
 void Configuration::addListener(Listener* listener)
 {
-    const bool isKnown =
-        std::find(m_Listeners.begin(), m_Listeners.end(), listener) != m_Listeners.end();
-    if (listener && !isKnown) {
-        m_Listeners.push_back(listener);
+    if (!listener) {
+        return;
     }
+    auto last = m_Listeners.cbefore_begin();
+    for (auto i = m_Listeners.cbegin(); i != m_Listeners.cend(); last = i++) {
+        if (*i == listener) {
+            return;
+        }
+    }
+    m_Listeners.insert_after(last, listener);
 }
 
 void Configuration::removeListener(Listener* listener) noexcept

@@ -6,6 +6,15 @@
 namespace qor
 {
 
+// Programs that were compiled with 1.0.0, where these functions were not inline, call them in the
+// library. Compilers emit an inline function if its address is used.
+using VectorFunction = void (*)(const float* in, float* out);
+using VectorPairFunction = void (*)(const float* a, const float* b, float* out);
+extern const VectorFunction EMITTED_FUNCTIONS[];
+extern const VectorPairFunction EMITTED_PAIR_FUNCTIONS[];
+const VectorFunction EMITTED_FUNCTIONS[] = {Vector::copy, Vector::inverse};
+const VectorPairFunction EMITTED_PAIR_FUNCTIONS[] = {Vector::add, Vector::subtract};
+
 float Vector::length(const float* in)
 {
     return std::sqrt(dot(in, in));
