@@ -9,7 +9,10 @@ int main()
     qor::Log::open("viewer.log", false);
     qor::Configuration settings(1);
     settings.addIntegerParameter("window/width", 1280, 320, 7680, 0); // default and limits
-    settings.load("settings.xml"); // true: a missing file is not an error
+    if (!settings.load("settings.xml")) { // a missing file is not an error
+        std::cerr << "settings.xml cannot be read.\n";
+        return 1;
+    }
 
     qor::XMLElement scene("");
     if (scene.parse("<scene><title>Harbour</title><ship>Aurora</ship></scene>") < 0) {

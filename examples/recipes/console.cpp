@@ -16,8 +16,9 @@ public:
     /// Call it for each character that the window reports.
     void type(char character)
     {
-        constexpr char BACKSPACE = 8;
-        m_Console.putChar(character == BACKSPACE ? '\n' : character);
+        constexpr char BACKSPACE = 8, RUBOUT = 127; // the key sends one or the other
+        const bool isBackspace = character == BACKSPACE || character == RUBOUT;
+        m_Console.putChar(isBackspace ? '\n' : character);
     }
 
     /// Scrolls towards older lines, or back with a negative number.
@@ -61,7 +62,7 @@ int main()
     console.addVariable("greeting", "What ships are greeted with", qor::Console::VT_STRING, 0, 0,
                         &greeting);
     ConsoleView view(console, 2);
-    for (const char character : std::string("set greeting Helo\blo\rget greeting\r")) {
+    for (const char character : std::string("set greeting Helo\b\x7Fllo\rget greeting\r")) {
         view.type(character);
     }
     view.draw();

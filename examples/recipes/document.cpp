@@ -1,61 +1,112 @@
 // SPDX-License-Identifier: MIT
-// Loads a document, checks it, changes it and saves it, and reports every failure.
+// Loads or creates a document, checks it, changes it and saves it. Keeps what saving would lose.
+#include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <sstream>
 #include <string>
+#include <system_error>
 
 #include <qor/XMLElement.h>
 
+namespace fs = std::filesystem;
+
 static const char* const RULES = "<todo>1:0 <item>0-100:1-80</item></todo>";
 
-/// Loads the list. Only a document that passes all three checks may be saved again: a document that
-/// was misread would lose what the program did not see.
-static bool loadList(const std::string& path, qor::XMLElement& list)
+static bool fail(const std::string& path, const std::string& reason)
 {
+    std::cout << path << ": " << reason << '\n';
+    return false;
+}
+
+/// Checks the name of the root and the rules. They also apply before saving: a list that breaks
+/// them could not be loaded again.
+static bool checkList(const std::string& path, const qor::XMLElement& list)
+{
+    if (list.getName() != "todo") {
+        return fail(path, "not a to-do list, but '" + list.getName() + "'");
+    }
     qor::XMLElement rules("");
     rules.parse(RULES);
-    if (list.load(path) < 0) {
-        std::cout << path << ": " << qor::XMLElement::getLastError() << '\n';
-        return false;
+    return list.validate(&rules) || fail(path, qor::XMLElement::getLastError());
+}
+
+static std::string withoutBlanks(std::string text)
+{
+    const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; };
+    text.erase(std::remove_if(text.begin(), text.end(), isBlank), text.end());
+    return text;
+}
+
+/// Copies a file if the document that was read from it lacks more of it than white space. Loading
+/// accepts files that end early, character references, CDATA sections and text after the root
+/// element, but saving does not write them.
+static bool keepOriginal(const std::string& path, const qor::XMLElement& list)
+{
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    if (withoutBlanks(text.str()) == withoutBlanks(list.toString())) {
+        return true;
     }
-    if (list.getName() != "todo") {
-        std::cout << path << ": not a to-do list, but '" << list.getName() << "'\n";
-        return false;
+    std::error_code error;
+    std::string copy = path + '~';
+    while (fs::exists(copy, error)) {
+        copy += '~'; // an earlier copy stays
     }
-    if (!list.validate(&rules)) {
-        std::cout << path << ": " << qor::XMLElement::getLastError() << '\n';
-        return false;
+    if (!fs::copy_file(path, copy, error)) {
+        return fail(copy, error.message());
     }
+    std::cout << path << ": saving does not keep all of it, so there is a copy, " << copy << '\n';
     return true;
 }
 
-/// Saves the list. A failed write is not reported, so the file is read again.
-static bool saveList(const qor::XMLElement& list, const std::string& path)
+/// Loads a list, or starts an empty one if there is no file.
+/// @return false if the file must not be saved over
+static bool loadList(const std::string& path, qor::XMLElement& list)
 {
-    if (list.save(path, true) < 0) {
-        std::cout << path << ": " << qor::XMLElement::getLastError() << '\n';
+    std::error_code error;
+    // Unlike File::fileExists, this tells a missing file from one that may not be looked at.
+    if (fs::symlink_status(path, error).type() == fs::file_type::not_found) {
+        list = qor::XMLElement("todo");
+        return true;
+    }
+    if (list.load(path) < 0) {
+        return fail(path, qor::XMLElement::getLastError());
+    }
+    return checkList(path, list) && keepOriginal(path, list);
+}
+
+/// Saves the list. A failed write is not reported, so the file is read again.
+static bool saveList(const std::string& path, const qor::XMLElement& list)
+{
+    if (!checkList(path, list)) {
         return false;
+    }
+    if (list.save(path, true) < 0) {
+        return fail(path, qor::XMLElement::getLastError());
     }
     qor::XMLElement saved(""), expected("");
     expected.parse(list.toString()); // a few values lose blanks when they are written
-    if (saved.load(path) < 0 || saved.toString() != expected.toString()) {
-        std::cout << path << ": not saved, is the disk full?\n";
-        return false;
-    }
-    return true;
+    return (saved.load(path) >= 0 && saved.toString() == expected.toString()) ||
+           fail(path, "the file differs from the list, for example because the disk is full");
 }
 
 int main()
 {
-    std::ofstream("list.xml") << "<todo><item>Paint the buoy</item></todo>";
     std::ofstream("menu.xml") << "<!-- Friday --><menu><dish>Soup</dish></menu>";
+    std::ofstream("damaged.xml") << "<todo><item>Paint the buoy</todo>";
+    std::ofstream("list.xml") << "<todo><item>Paint the buoy</item></todo>";
+    std::ofstream("edited.xml") << "<todo><item>Buy rope, 5 &#8364;</item></todo>";
 
-    qor::XMLElement list("");
-    for (const char* const path : {"missing.xml", "menu.xml", "list.xml"}) {
+    for (const char* const path :
+         {"menu.xml", "damaged.xml", "list.xml", "edited.xml", "new.xml"}) {
+        qor::XMLElement list("");
         if (loadList(path, list)) {
             list.createChild("item")->setValue("Wind the clock");
-            std::cout << path << ": " << (saveList(list, path) ? "saved" : "kept") << '\n';
+            if (saveList(path, list)) {
+                std::cout << path << ": saved " << list.toString() << '\n';
+            }
         }
     }
-    std::cout << list.toString() << '\n';
 }

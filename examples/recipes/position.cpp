@@ -29,8 +29,8 @@ int main()
     qor::XMLElement harbour("");
     const int result = harbour.parse(text);
     if (result < 0) {
-        // The negated offset of the byte after the faulty tag. -1 also means that there is no text.
-        const TPosition position = findPosition(text, static_cast<std::size_t>(-result));
+        // The negated number of bytes read. The last of them is the error, here the end of a tag.
+        const TPosition position = findPosition(text, static_cast<std::size_t>(-result - 1));
         std::cout << "line " << position.line << ", column " << position.column << ": "
                   << qor::XMLElement::getLastError() << '\n';
     }

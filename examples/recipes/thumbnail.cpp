@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
+#include <system_error>
 
 #include <qor/File.h>
 #include <qor/Image.h>
@@ -16,11 +18,16 @@ static bool loadPicture(const std::string& path, qor::Image& picture)
     constexpr int MAX_PIXELS = 64 << 20;
     constexpr int HEADER_SIZE = 18;
     std::array<char, HEADER_SIZE> header{};
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) { // reading a pipe could block
+        std::cout << path << ": not a file\n";
+        return false;
+    }
     std::ifstream(path, std::ios::binary).read(header.data(), HEADER_SIZE);
     const auto byte = [&header](std::size_t i) { return static_cast<unsigned char>(header[i]); };
     const int width = byte(12) | byte(13) << 8;
     const int height = byte(14) | byte(15) << 8;
-    const bool beginsAtTop = (byte(17) & 0x20) != 0;
+    const bool beginsAtTop = (byte(17) & 0x20) != 0, beginsAtRight = (byte(17) & 0x10) != 0;
     // loadTGA requests the memory for the size in the header, even if the file is shorter.
     if (height > 0 && width > MAX_PIXELS / height) {
         std::cout << path << ": too large, " << width << " x " << height << " pixels\n";
@@ -33,6 +40,10 @@ static bool loadPicture(const std::string& path, qor::Image& picture)
     }
     if (beginsAtTop) { // loadTGA assumes that the bottom row is stored first
         picture.flipVertical();
+    }
+    for (int row = 0; beginsAtRight && row < height; ++row) { // and the left pixel of a row
+        auto* const begin = picture.getData() + std::ptrdiff_t{row} * width;
+        std::reverse(begin, begin + width);
     }
     return true;
 }
@@ -57,7 +68,7 @@ static void makeThumbnail(const std::string& path, const std::string& target, in
     if (!loadPicture(path, picture)) {
         return;
     }
-    // The smallest step with which both sides fit.
+    // The smallest step with which both sides fit: a side of 129 pixels becomes 64 if the limit is 128.
     const int longSide = std::max(picture.getWidth(), picture.getHeight());
     const qor::Image small = shrink(picture, (longSide + maxSide - 1) / maxSide);
     if (qor::File::fileExists(target)) { // saveTGA would replace it

@@ -29,6 +29,11 @@ public:
             if (hasForeignEncoding(declaration)) {
                 return "an encoding other than UTF-8";
             }
+            const std::size_t next = m_Source.find_first_not_of(BLANKS, m_Position);
+            if (next != std::string_view::npos && m_Source[next] != '<') {
+                m_Begin = next;
+                return "text before the root element";
+            }
         }
         std::string found;
         while (found.empty() && m_Position < m_Source.size()) {
@@ -72,8 +77,12 @@ private:
         if (startsWith("<!--")) {
             const std::string_view comment = readUpTo("-->");
             m_IsAfterChild = true;
-            // The comment ends with the first '>', unless it contains another one.
-            return comment.find('>') + 1 < comment.size() ? "a comment that contains '>'" : "";
+            // The comment ends with the first '>', unless it contains another one. The parser reads
+            // on after "<!-->" and "<!--->".
+            constexpr std::size_t MIN_SIZE = 7;
+            return comment.find('>') + 1 < comment.size() || comment.size() < MIN_SIZE
+                       ? "a comment that contains '>'"
+                       : "";
         }
         if (startsWith("<!")) {
             readUpTo(">");

@@ -62,7 +62,8 @@ class QORTK_API Configuration
 {
 public:
     /// Receives change notifications. A listener must exist until it has been removed from each
-    /// table to which it was added, or the table is destroyed.
+    /// table to which it was added, or until the last call that may change a value of the table. The
+    /// destructor of the table does not use it.
     class QORTK_API Listener
     {
     public:

@@ -22,8 +22,8 @@ namespace qor
 ///
 /// Two commands are built in: `set <variable> <value>` and `get <variable>`.
 ///
-/// **Ownership**: commands and the storage of variables belong to the host and must outlive their
-/// registration.
+/// **Ownership**: commands and the storage of variables belong to the host. They must exist until
+/// they are removed or until the last putChar(). The destructor does not use them.
 ///
 /// **Error handling**: an error in a command line is printed as an output line that begins with
 /// "Error: ". Only `std::bad_alloc` is thrown, and exceptions of commands pass through putChar().
@@ -125,7 +125,8 @@ public:
 
     /// Processes one typed character. Code 13 runs a command line that is not empty: it prints the
     /// line, executes the command, and clears the line. Code 10 removes the last character. Codes
-    /// 32 to 127 are appended. All other codes, including bytes above 127, are ignored.
+    /// 32 to 127 are appended. All other codes, including bytes above 127, are ignored. The host
+    /// converts the codes of its Backspace key, often 8 or 127, to 10.
     ///
     /// A command that calls putChar() from its `execute` edits the line that is running; code 13
     /// then runs that line again.

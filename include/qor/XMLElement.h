@@ -28,7 +28,8 @@ class Checksum;
 /// **Format**: documents consist of elements, comments and the entities `amp`, `lt`, `gt`, `quot`
 /// and `apos`. The whole text of a tag is the name of its element. The name thus includes
 /// attributes and the slash of an empty element, which have no meaning here. A declaration `<?xml
-/// ... ?>` before the root is skipped and never written. The text before, between and after child
+/// ... ?>` before the root is skipped and never written; so is the text between it and the next
+/// tag. The text before, between and after child
 /// elements is one value.
 ///
 /// **Round trip**: a tree that is written and read again is the same, unless it contains one of the
@@ -129,11 +130,16 @@ public:
     /// The end of a truncated text closes all open elements. This is a failure only if the text
     /// ends within or directly after the start tag of an element below the root. validate() can
     /// detect other truncated documents.
-    /// @param source the document. Text after the root element is ignored.
+    ///
+    /// The position of an error is the number of bytes read, including the faulty byte or tag, so
+    /// the index of the last of them is one less. If no tag follows a declaration, it is the index
+    /// of the `?>`.
+    /// @param source the document. Text after the root element is ignored. A byte-order mark at the
+    ///        beginning is an error.
     /// @return the position after the end tag of the root, or the length of the text if there is no
     ///         such tag. On failure, the negated position of the error; the element then has the
-    ///         elements before that position. -1 if the error has no position, for example for an
-    ///         empty text or a text of 2 GiB or more.
+    ///         elements before that position. -1 if the first byte is wrong, or if the error has
+    ///         no position, for example for an empty text or a text of 2 GiB or more.
     /// @throws std::bad_alloc if there is not enough memory; the element then has an unspecified
     ///         part of the document
     int parse(const std::string& source);

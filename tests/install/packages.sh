@@ -74,4 +74,6 @@ trap remove EXIT
 use_by_cmake installed -DQORTK_VERSION="$version"
 grep -q "^qortk_DIR:.*=/usr/$libdir/cmake/qortk$" "$folder/installed/CMakeCache.txt"
 use_by_pkg_config ""
+cmake -S "/usr/share/doc/$documentation/examples" -B "$folder/examples"
+cmake --build "$folder/examples" --target recipe-document qorhost --parallel "$(nproc)"
 echo "The packages can be installed and used."

@@ -10,25 +10,17 @@
 
 enum Event : unsigned int { NO_EVENT, PAUSE, RESUME, DIVE };
 
-/// The state that encloses walking and swimming. It is entered at the child that was left last.
+/// The state that encloses walking and swimming.
 class Playing : public qor::State
 {
 public:
     explicit Playing(qor::StateMachine& game) : State(&game, &game, "playing") {}
-    State* getInitialChildState() override
-    {
-        return m_Last ? m_Last : State::getInitialChildState(); // that is the first child
-    }
-    void remember(State* child) { m_Last = child; }
 
 protected:
     bool onEvent(unsigned int event) override
     {
         return event == PAUSE && getStateMachine()->transition("paused");
     }
-
-private:
-    State* m_Last = nullptr;
 };
 
 /// A child of Playing.
@@ -36,7 +28,7 @@ class Move : public qor::State
 {
 public:
     Move(Playing& playing, const std::string& name)
-        : State(playing.getStateMachine(), &playing, name), m_Playing(playing)
+        : State(playing.getStateMachine(), &playing, name)
     {
     }
 
@@ -45,22 +37,32 @@ protected:
     {
         return event == DIVE && getStateMachine()->transition("swimming");
     }
-    void onExit(State*) override { m_Playing.remember(this); }
-
-private:
-    Playing& m_Playing;
 };
 
+/// Remembers the state from which the game was paused.
 class Paused : public qor::State
 {
 public:
     explicit Paused(qor::StateMachine& game) : State(&game, &game, "paused") {}
 
 protected:
+    void onEntry(State* source) override
+    {
+        if (source != this) { // a transition from this state to itself
+            m_Former = source;
+        }
+    }
     bool onEvent(unsigned int event) override
     {
-        return event == RESUME && getStateMachine()->transition("playing");
+        if (event != RESUME) {
+            return false;
+        }
+        getStateMachine()->transition(m_Former);
+        return true;
     }
+
+private:
+    State* m_Former = nullptr;
 };
 
 /// Sends an event to the game, or with GO, changes to the state with the name that the user types.
@@ -109,7 +111,7 @@ int main()
     console.addCommand("go", "STATE Change to a state", 1, 1, &go);
 
     for (const char character :
-         std::string("dive\rpause\rdive\rresume\rgo walking\rgo flying\rgo paused\r")) {
+         std::string("dive\rpause\rdive\rresume\rgo paused\rgo flying\rgo playing\r")) {
         console.putChar(character);
     }
     std::vector<std::string> lines;
