@@ -140,9 +140,11 @@ public:
     bool sendEvent(unsigned int event)
     {
         bool isHandled = false;
-        for (State* state = m_CurrentState; state && !isHandled; state = state->m_ParentState) {
+        State* state = m_CurrentState;
+        do {
             isHandled = state->onEvent(event);
-        }
+            state = state->m_ParentState;
+        } while (state && !isHandled);
         if (m_PendingState) {
             carryOutTransition();
         }
@@ -163,7 +165,7 @@ private:
     inline void enterInitialStates(State* state, State* source);
     inline void enter(State* state, State* source);
 
-    State* m_CurrentState;
+    State* m_CurrentState; ///< not null while handlers run
     State* m_PendingState = nullptr;
     std::map<std::string, State*> m_States;
     bool m_IsChanging = false; ///< whether a transition or start() is running
