@@ -308,6 +308,11 @@ private:
         std::string stringValue;
     };
 
+    /// Hashes names. Not `noexcept`, because hash tables of libstdc++ store the hash only then.
+    struct NameHash {
+        std::size_t operator()(const std::string& name) const;
+    };
+
     int addParameter(const TParameter& parameter);
     int findParameter(const std::string& name) const;
     const TParameter* findParameter(const std::string& name, ParameterType type) const;
@@ -329,7 +334,7 @@ private:
     unsigned int m_Version;
     std::string m_FileName; ///< the file that was loaded last; empty before the first load
     std::vector<TParameter> m_Parameters;
-    std::unordered_map<std::string, int> m_ParameterIndex; ///< by name
+    std::unordered_map<std::string, int, NameHash> m_ParameterIndex; ///< by name
     std::forward_list<Listener*> m_Listeners;
 
     static Configuration* m_Instance;
