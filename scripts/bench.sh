@@ -30,12 +30,18 @@ if [ $# -eq 0 ]; then
     set -- checksum configuration console imaging lock log maths statemachine text validation xml
 fi
 files=()
-for name in "$@"; do
-    echo "Running bench_$name"
+run() { # PROGRAM RESULT [ARGUMENT]
+    echo "Running bench_$1 ${3:-}"
     # Repetitions of all libraries are interleaved at random, so that a busy machine slows all of them down.
-    "$programs/bench_$name" --benchmark_repetitions=7 --benchmark_min_time=0.03 \
-        --benchmark_enable_random_interleaving=true --benchmark_format=json >"$results/$name.json"
-    files+=("$results/$name.json")
+    "$programs/bench_$1" --benchmark_repetitions=7 --benchmark_min_time=0.03 \
+        --benchmark_enable_random_interleaving=true --benchmark_format=json ${3:-} >"$results/$2.json"
+    files+=("$results/$2.json")
+}
+for name in "$@"; do
+    run "$name" "$name"
+    if [ "$name" = xml ]; then
+        run xml xml-used-heap --used-heap
+    fi
 done
 python3 bench/ratios.py "${files[@]}" >build/bench/ratios.md
 echo "The ratios are in build/bench/ratios.md."

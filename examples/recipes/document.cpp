@@ -39,17 +39,22 @@ static std::string withoutBlanks(std::string text)
     return text;
 }
 
-/// Copies a file if the document that was read from it lacks more of it than white space. Loading
-/// accepts files that end early, character references, CDATA sections and text after the root
-/// element, but saving does not write them.
-static bool keepOriginal(const std::string& path, const qor::XMLElement& list)
+/// Copies the file that will be replaced if the document read from it lacks more of it than white
+/// space. Loading accepts files that end early, character references, CDATA sections and text after
+/// the root element, but saving does not write them.
+static bool keepOriginal(const std::string& path)
 {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    if (withoutBlanks(text.str()) == withoutBlanks(list.toString())) {
+    std::error_code error;
+    if (fs::symlink_status(path, error).type() == fs::file_type::not_found) {
         return true;
     }
-    std::error_code error;
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    qor::XMLElement document("");
+    document.parse(text.str());
+    if (withoutBlanks(text.str()) == withoutBlanks(document.toString())) {
+        return true;
+    }
     std::string copy = path + '~';
     while (fs::exists(copy, error)) {
         copy += '~'; // an earlier copy stays
@@ -74,13 +79,13 @@ static bool loadList(const std::string& path, qor::XMLElement& list)
     if (list.load(path) < 0) {
         return fail(path, qor::XMLElement::getLastError());
     }
-    return checkList(path, list) && keepOriginal(path, list);
+    return checkList(path, list);
 }
 
 /// Saves the list. A failed write is not reported, so the file is read again.
 static bool saveList(const std::string& path, const qor::XMLElement& list)
 {
-    if (!checkList(path, list)) {
+    if (!checkList(path, list) || !keepOriginal(path)) {
         return false;
     }
     if (list.save(path, true) < 0) {

@@ -74,6 +74,7 @@ static void makeThumbnail(const std::string& path, const std::string& target, in
     if (qor::File::fileExists(target)) { // saveTGA would replace it
         std::cout << target << ": exists already\n";
     } else if (small.saveTGA(target.c_str(), 24) < 0) {
+        qor::File::deleteFile(target); // which may be incomplete
         std::cout << target << ": cannot be saved\n";
     } else {
         std::cout << target << ": " << small.getWidth() << " x " << small.getHeight() << '\n';

@@ -168,16 +168,20 @@ public:
     /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     bool setBoolean(const std::string& name, bool value);
 
-    /// Sets a numeric parameter.
+    /// Sets an integer parameter.
+    /// @param name the name of the parameter
+    /// @param value the new value. A value outside the limits is set to the nearer limit.
+    /// @return false if no parameter has this name and type
+    /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
+    bool setInteger(const std::string& name, int value);
+
+    /// Sets a float parameter.
     /// @param name the name of the parameter
     /// @param value the new value. A value outside the limits is set to the nearer limit. NaN is
     ///        stored in spite of limits, and differs from every value, NaN included.
     /// @return false if no parameter has this name and type
     /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
-    /// @{
-    bool setInteger(const std::string& name, int value);
     bool setFloat(const std::string& name, float value);
-    /// @}
 
     /// Sets a text parameter.
     /// @param name the name of the parameter
@@ -190,7 +194,7 @@ public:
     /// @param name the name of the parameter
     /// @param text the new value: "true" or "false", a number as in the classic locale, or any text
     ///        for a text parameter. White space before a word or number is skipped, and text after
-    ///        it is ignored.
+    ///        it is ignored. "nan" and "inf" are not numbers.
     /// @return false if no parameter has this name, or the text is not a value of its type
     /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     bool set(const std::string& name, const std::string& text);
@@ -204,13 +208,15 @@ public:
     /// @return the value; false if no parameter has this name and type
     [[nodiscard]] bool getBoolean(const std::string& name) const;
 
-    /// Returns the value of a numeric parameter.
+    /// Returns the value of an integer parameter.
     /// @param name the name of the parameter
     /// @return the value; 0 if no parameter has this name and type
-    /// @{
     [[nodiscard]] int getInteger(const std::string& name) const;
+
+    /// Returns the value of a float parameter.
+    /// @param name the name of the parameter
+    /// @return the value; 0 if no parameter has this name and type
     [[nodiscard]] float getFloat(const std::string& name) const;
-    /// @}
 
     /// Returns the value of a text parameter.
     /// @param name the name of the parameter
