@@ -9,6 +9,7 @@ ahead by more than a tenth. Each file then has a table with a column for each pe
 
 import json
 import pathlib
+import re
 import sys
 
 AHEAD = 1.1
@@ -29,10 +30,17 @@ def best_times(path):
     return times
 
 
+def by_number(work):
+    """Returns a sort key that compares numbers in the text by value."""
+    return [int(part) if part.isdigit() else part for part in re.split(r"(\d+)", work)]
+
+
 def ratios_of(path):
     """Returns the time of qortk in nanoseconds and the ratios by peer, by work."""
     rows = {}
-    for work, contestants in best_times(path).items():
+    times = best_times(path)
+    for work in sorted(times, key=by_number):
+        contestants = times[work]
         own = contestants.pop("qortk")
         rows[work] = own, {peer: own / time for peer, time in contestants.items()}
     return rows
@@ -72,7 +80,7 @@ def main():
     print_table(["Program", "Work", "Peer", "Ratio"], [row for _, row in ahead])
     for title, rows in results.items():
         print(f"### {title}\n")
-        peers = list(dict.fromkeys(peer for _, ratios in rows.values() for peer in ratios))
+        peers = sorted({peer for _, ratios in rows.values() for peer in ratios}, key=str.lower)
         print_table(
             ["Work", "qortk"] + peers,
             [
