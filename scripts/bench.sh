@@ -31,13 +31,13 @@ if [ $# -eq 0 ]; then
 fi
 files=()
 run() { # PROGRAM RESULT [ARGUMENT]
-    echo "Running bench_$1 ${3:-}"
+    echo "Running bench_$1 ${*:3}"
     # Two threads take very different times on one processor and on two, which the system chooses.
     local pin=()
     [ "$1" != lock ] || pin=(taskset -c "$(taskset -cp $$ | sed -E 's/.*: ([0-9]+).*/\1/')")
     # Repetitions of all libraries are interleaved at random, so that a busy machine slows all of them down.
     "${pin[@]}" "$programs/bench_$1" --benchmark_repetitions=7 --benchmark_min_time=0.03 \
-        --benchmark_enable_random_interleaving=true --benchmark_format=json ${3:-} >"$results/$2.json"
+        --benchmark_enable_random_interleaving=true --benchmark_format=json "${@:3}" >"$results/$2.json"
     files+=("$results/$2.json")
 }
 for name in "$@"; do
