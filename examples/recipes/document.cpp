@@ -71,7 +71,7 @@ static bool keepOriginal(const std::string& path)
 static bool loadList(const std::string& path, qor::XMLElement& list)
 {
     std::error_code error;
-    // Unlike File::fileExists, this tells a missing file from one that may not be looked at.
+    // Unlike File::fileExists, this distinguishes a missing file from an inaccessible one.
     if (fs::symlink_status(path, error).type() == fs::file_type::not_found) {
         list = qor::XMLElement("todo");
         return true;

@@ -29,7 +29,7 @@ int saveSettings(Session& session);
 
 /// Adds the command `stats`.
 /// @param stats the times that it shows
-/// @param help what they are about
+/// @param help the help text of the command
 void addStatsCommand(Session& session, const Stats& stats, const std::string& help);
 
 /// Adds the commands `save` and `save!`.
