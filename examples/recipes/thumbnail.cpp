@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Makes a thumbnail of a TGA file: checks its header, loads it, scales it down, and saves it.
+// Makes a thumbnail of a TGA file: checks its header, loads it, scales it down, saves it, and loads
+// the result again.
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -62,6 +63,19 @@ static qor::Image shrink(const qor::Image& picture, int step)
     return small;
 }
 
+/// Returns whether a file has the size and the colors of a picture. 24 bits per pixel have no alpha.
+static bool hasColors(const std::string& path, const qor::Image& picture)
+{
+    qor::Image saved;
+    if (saved.loadTGA(path.c_str()) <= 0 || saved.getWidth() != picture.getWidth() ||
+        saved.getHeight() != picture.getHeight()) {
+        return false;
+    }
+    const auto* const begin = saved.getData();
+    return std::equal(begin, begin + std::ptrdiff_t{saved.getWidth()} * saved.getHeight(),
+                      picture.getData(), [](auto a, auto b) { return ((a ^ b) & 0xFFFFFF) == 0; });
+}
+
 static void makeThumbnail(const std::string& path, const std::string& target, int maxSide)
 {
     qor::Image picture;
@@ -71,10 +85,13 @@ static void makeThumbnail(const std::string& path, const std::string& target, in
     // The smallest step with which both sides fit: a side of 129 pixels becomes 64 if the limit is 128.
     const int longSide = std::max(picture.getWidth(), picture.getHeight());
     const qor::Image small = shrink(picture, (longSide + maxSide - 1) / maxSide);
-    if (qor::File::fileExists(target)) { // saveTGA would replace it
-        std::cout << target << ": exists already\n";
-    } else if (small.saveTGA(target.c_str(), 24) < 0) {
-        qor::File::deleteFile(target); // which may be incomplete
+    std::error_code error;
+    const auto type = std::filesystem::symlink_status(target, error).type();
+    if (type != std::filesystem::file_type::not_found) { // saveTGA would replace the file
+        std::cout << target << ": exists already, or is not accessible\n";
+        // saveTGA does not report every failed write, so the file is loaded again.
+    } else if (small.saveTGA(target.c_str(), 24) < 0 || !hasColors(target, small)) {
+        qor::File::deleteFile(target); // which is incomplete
         std::cout << target << ": cannot be saved\n";
     } else {
         std::cout << target << ": " << small.getWidth() << " x " << small.getHeight() << '\n';
