@@ -39,6 +39,22 @@ static std::string withoutBlanks(std::string text)
     return text;
 }
 
+static std::string readFile(const std::string& path)
+{
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+/// Returns whether a file is a copy of another one with the given text, such as from an earlier
+/// attempt to save. A link to that file is not a copy.
+static bool isCopy(const std::string& copy, const std::string& path, const std::string& text)
+{
+    std::error_code error;
+    return fs::is_regular_file(copy, error) && !fs::equivalent(copy, path, error) && !error &&
+           !text.empty() && readFile(copy) == text;
+}
+
 /// Copies the file that will be replaced if the document read from it lacks more of it than white
 /// space. Loading accepts files that end early, character references, CDATA sections and text after
 /// the root element, but saving does not write them.
@@ -48,18 +64,17 @@ static bool keepOriginal(const std::string& path)
     if (fs::symlink_status(path, error).type() == fs::file_type::not_found) {
         return true;
     }
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
+    const std::string text = readFile(path);
     qor::XMLElement document("");
-    document.parse(text.str());
-    if (withoutBlanks(text.str()) == withoutBlanks(document.toString())) {
+    document.parse(text);
+    if (withoutBlanks(text) == withoutBlanks(document.toString())) {
         return true;
     }
     std::string copy = path + '~';
-    while (fs::exists(copy, error)) {
-        copy += '~'; // an earlier copy stays
+    while (fs::exists(copy, error) && !isCopy(copy, path, text)) {
+        copy += '~'; // a copy with other content stays
     }
-    if (!fs::copy_file(path, copy, error)) {
+    if (!fs::exists(copy, error) && !fs::copy_file(path, copy, error)) {
         return fail(copy, error.message());
     }
     std::cout << path << ": saving does not keep all of it, so there is a copy, " << copy << '\n';
@@ -92,7 +107,8 @@ static bool saveList(const std::string& path, const qor::XMLElement& list)
         return fail(path, qor::XMLElement::getLastError());
     }
     qor::XMLElement saved(""), expected("");
-    expected.parse(list.toString()); // a few values lose blanks when they are written
+    // The text "rope &" is read as a value with a blank at its end, which saving does not keep.
+    expected.parse(list.toString());
     return (saved.load(path) >= 0 && saved.toString() == expected.toString()) ||
            fail(path, "the file differs from the list, for example because the disk is full");
 }
@@ -103,9 +119,12 @@ int main()
     std::ofstream("damaged.xml") << "<todo><item>Paint the buoy</todo>";
     std::ofstream("list.xml") << "<todo><item>Paint the buoy</item></todo>";
     std::ofstream("edited.xml") << "<todo><item>Buy rope, 5 &#8364;</item></todo>";
+    for (const char* const path : {"retry.xml", "retry.xml~"}) { // there is a copy already
+        std::ofstream(path) << "<todo><item>Fill the stove &#8211; soon</item></todo>";
+    }
 
     for (const char* const path :
-         {"menu.xml", "damaged.xml", "list.xml", "edited.xml", "new.xml"}) {
+         {"menu.xml", "damaged.xml", "list.xml", "edited.xml", "retry.xml", "new.xml"}) {
         qor::XMLElement list("");
         if (loadList(path, list)) {
             list.createChild("item")->setValue("Wind the clock");
