@@ -38,8 +38,8 @@ class Checksum;
 /// - a root whose name is empty, contains `>`, or begins with `!` or with `?xml`
 /// - a comment that has children or a value, or whose name has fewer than five bytes or does not
 ///   end with `--`
-/// - a value that ends with white space. Only reading creates such a value: in `<a>x &</a>`, the
-///   ampersand is not part of an entity and is dropped, but the blank before it remains.
+/// - a value that begins or ends with white space. Only reading creates such a value: in `<a>x &</a>`
+///   and `<a>& x</a>`, the ampersand is not part of an entity and is dropped, but the blank remains.
 /// - zero bytes, if it is read from a file: load() stops at the first one. parse() and toString()
 ///   keep zero bytes.
 /// - carriage returns before line feeds, if it is read from a file on Windows: load() drops them.
