@@ -15,5 +15,6 @@ mkdir -p build/docs
 QORTK_VERSION=$(sed -n 's/^#define QORTK_VERSION_[A-Z]* \([0-9]*\)$/\1/p' include/qor/Version.h | paste -sd.)
 export QORTK_VERSION
 doxygen docs/Doxyfile
+scripts/code_blocks.py build/docs/html
 scripts/search_index.py build/docs/html
 echo "The pages begin with build/docs/html/index.html."
