@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Loads or creates a document, checks it, changes it and saves it. Keeps what saving would lose.
+// Loads or creates a document, checks it, changes it and saves it. Keeps content that saving would
+// lose, and the old file until the new one is complete.
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -52,32 +53,59 @@ static bool isCopy(const std::string& copy, const std::string& path, const std::
 {
     std::error_code error;
     return fs::is_regular_file(copy, error) && !fs::equivalent(copy, path, error) && !error &&
-           !text.empty() && readFile(copy) == text;
+           readFile(copy) == text;
 }
 
-/// Copies the file that will be replaced if the document read from it lacks more of it than white
-/// space. Loading accepts files that end early, character references, CDATA sections and text after
-/// the root element, but saving does not write them.
-static bool keepOriginal(const std::string& path)
+/// Returns whether the document that is read from a text has all of it, except white space. Loading
+/// accepts files that end early, character references, CDATA sections and text after the root
+/// element, but saving does not write them.
+static bool isKept(const std::string& text)
+{
+    qor::XMLElement document("");
+    document.parse(text);
+    return withoutBlanks(text) == withoutBlanks(document.toString());
+}
+
+/// A copy of a file, made before saving.
+struct TCopy {
+    std::string path;         ///< empty if there was no file
+    bool isTemporary = false; ///< created by copyFile, and saving loses no content of the file
+};
+
+/// Copies a file if it exists, to a new name, and checks the copy.
+static bool copyFile(const std::string& path, TCopy& copy)
 {
     std::error_code error;
     if (fs::symlink_status(path, error).type() == fs::file_type::not_found) {
         return true;
     }
+    const auto size = fs::file_size(path, error);
+    if (error) { // such as a pipe, which could block
+        return fail(path, error.message());
+    }
     const std::string text = readFile(path);
-    qor::XMLElement document("");
-    document.parse(text);
-    if (withoutBlanks(text) == withoutBlanks(document.toString())) {
-        return true;
+    if (text.size() != size) {
+        return fail(path, "cannot be read completely");
     }
-    std::string copy = path + '~';
-    while (fs::exists(copy, error) && !isCopy(copy, path, text)) {
-        copy += '~'; // a copy with other content stays
+    copy.path = path + '~';
+    while (fs::exists(copy.path, error) && !isCopy(copy.path, path, text)) {
+        copy.path += '~'; // a file with other content stays
     }
-    if (!fs::exists(copy, error) && !fs::copy_file(path, copy, error)) {
-        return fail(copy, error.message());
+    if (!fs::exists(copy.path, error)) {
+        const bool isCreated = fs::copy_file(path, copy.path, error);
+        if (!isCopy(copy.path, path, text)) {
+            const std::string reason = error ? error.message() : "the copy differs";
+            if (error != std::errc::file_exists) { // not created by another program
+                fs::remove(copy.path, error);
+            }
+            return fail(path, "no copy before saving: " + reason);
+        }
+        copy.isTemporary = isCreated && isKept(text);
     }
-    std::cout << path << ": saving does not keep all of it, so there is a copy, " << copy << '\n';
+    if (!isKept(text)) {
+        std::cout << path << ": saving does not keep all of it, so there is a copy, " << copy.path
+                  << '\n';
+    }
     return true;
 }
 
@@ -98,11 +126,8 @@ static bool loadList(const std::string& path, qor::XMLElement& list)
 }
 
 /// Saves the list. A failed write is not reported, so the file is read again.
-static bool saveList(const std::string& path, const qor::XMLElement& list)
+static bool writeList(const std::string& path, const qor::XMLElement& list)
 {
-    if (!checkList(path, list) || !keepOriginal(path)) {
-        return false;
-    }
     if (list.save(path, true) < 0) {
         return fail(path, qor::XMLElement::getLastError());
     }
@@ -111,6 +136,24 @@ static bool saveList(const std::string& path, const qor::XMLElement& list)
     expected.parse(list.toString());
     return (saved.load(path) >= 0 && saved.toString() == expected.toString()) ||
            fail(path, "the file differs from the list, for example because the disk is full");
+}
+
+/// Checks and saves the list. While it is written, there is a copy of the file.
+static bool saveList(const std::string& path, const qor::XMLElement& list)
+{
+    TCopy copy;
+    if (!checkList(path, list) || !copyFile(path, copy)) {
+        return false;
+    }
+    const bool isSaved = writeList(path, list);
+    std::error_code error;
+    // After most failures, the file has its old content. Otherwise, only the copy has it.
+    if (copy.isTemporary && (isSaved || isCopy(copy.path, path, readFile(path)))) {
+        fs::remove(copy.path, error);
+    } else if (!isSaved && !copy.path.empty()) {
+        std::cout << path << ": the old content is in " << copy.path << '\n';
+    }
+    return isSaved;
 }
 
 int main()
@@ -123,6 +166,9 @@ int main()
         std::ofstream(path) << "<todo><item>Fill the stove &#8211; soon</item></todo>";
     }
 
+    std::error_code error;
+    fs::create_hard_link("list.xml", "link.xml", error); // save writes both in place
+
     for (const char* const path :
          {"menu.xml", "damaged.xml", "list.xml", "edited.xml", "retry.xml", "new.xml"}) {
         qor::XMLElement list("");
@@ -132,5 +178,8 @@ int main()
                 std::cout << path << ": saved " << list.toString() << '\n';
             }
         }
+    }
+    for (const char* const copy : {"list.xml~", "edited.xml~", "retry.xml~", "retry.xml~~"}) {
+        std::cout << copy << (fs::exists(copy, error) ? ": kept\n" : ": no longer needed\n");
     }
 }
