@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <tuple>
 
 #include "shared/Text.h"
 
@@ -15,6 +17,45 @@ template<std::size_t COUNT>
 std::string getReason(const std::array<const char*, COUNT>& reasons, int result)
 {
     return reasons.at(static_cast<std::size_t>(-result - 1));
+}
+
+using Pixel = std::uint32_t;
+
+/// The columns or rows of a source whose pixels become one pixel.
+using Samples = std::array<std::ptrdiff_t, 4>;
+
+/// Returns the samples of a column or row of the target.
+Samples getSamples(int position, int targetSize, int sourceSize)
+{
+    Samples samples{};
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        // Sizes are below 2^31, so the product of two sizes and 4 is below 2^64.
+        const std::uint64_t number = static_cast<std::uint64_t>(position) * samples.size() + i;
+        const std::uint64_t count = static_cast<std::uint64_t>(targetSize) * samples.size();
+        samples[i] =
+            static_cast<std::ptrdiff_t>(number * static_cast<std::uint64_t>(sourceSize) / count);
+    }
+    return samples;
+}
+
+/// Returns the mean of pixels, weighted by their alpha.
+Pixel getMean(const qor::Image& image, const Samples& columns, const Samples& rows)
+{
+    constexpr unsigned int COUNT =
+        std::tuple_size<Samples>::value * std::tuple_size<Samples>::value;
+    unsigned int alphas = 0, red = 0, green = 0, blue = 0; // colors are multiplied by alpha
+    for (const std::ptrdiff_t row : rows) {
+        for (const std::ptrdiff_t column : columns) {
+            const Pixel pixel = image.getData()[row * image.getWidth() + column];
+            const unsigned int alpha = pixel >> 24;
+            alphas += alpha;
+            red += alpha * (pixel >> 16 & 255);
+            green += alpha * (pixel >> 8 & 255);
+            blue += alpha * (pixel & 255);
+        }
+    }
+    const unsigned int weight = std::max(alphas, 1u);
+    return alphas / COUNT << 24 | red / weight << 16 | green / weight << 8 | blue / weight;
 }
 
 } // namespace
@@ -39,24 +80,14 @@ std::string saveImage(const qor::Image& image, const std::string& filename, unsi
 
 qor::Image resize(const qor::Image& image, int width, int height, bool isMirrored)
 {
-    constexpr int SAMPLES = 4;
     qor::Image resized(static_cast<unsigned long>(width), static_cast<unsigned long>(height));
-    for (int i = 0; i < width * height; ++i) {
-        const int column = isMirrored ? width - 1 - i % width : i % width, row = i / width;
-        unsigned int alphas = 0, red = 0, green = 0, blue = 0; // colors are multiplied by alpha
-        for (int k = 0; k < SAMPLES * SAMPLES; ++k) {
-            const int x = (column * SAMPLES + k % SAMPLES) * image.getWidth() / (width * SAMPLES);
-            const int y = (row * SAMPLES + k / SAMPLES) * image.getHeight() / (height * SAMPLES);
-            const std::uint32_t pixel = image.getData()[std::ptrdiff_t{y} * image.getWidth() + x];
-            const unsigned int alpha = pixel >> 24;
-            alphas += alpha;
-            red += alpha * (pixel >> 16 & 255);
-            green += alpha * (pixel >> 8 & 255);
-            blue += alpha * (pixel & 255);
+    Pixel* pixel = resized.getData();
+    for (int row = 0; row < height; ++row) {
+        const Samples rows = getSamples(row, height, image.getHeight());
+        for (int i = 0; i < width; ++i) {
+            const int column = isMirrored ? width - 1 - i : i;
+            *pixel++ = getMean(image, getSamples(column, width, image.getWidth()), rows);
         }
-        const unsigned int weight = std::max(alphas, 1u);
-        resized.getData()[i] = alphas / (SAMPLES * SAMPLES) << 24 | red / weight << 16 |
-                               green / weight << 8 | blue / weight;
     }
     return resized;
 }
@@ -66,10 +97,10 @@ qor::Image scaleDown(const qor::Image& image, const qor::Rectangle& part, int st
     constexpr int OPAQUE = 255;
     const int columns = (part.getWidth() - 1) / step + 1, rows = (part.getHeight() - 1) / step + 1;
     qor::Image small(static_cast<unsigned long>(columns), static_cast<unsigned long>(rows));
-    std::fill_n(small.getData(), columns * rows, 0);
+    std::fill_n(small.getData(), std::ptrdiff_t{columns} * rows, 0);
     // blitRaw also skips rows of the target, so each row is transferred separately.
     for (int row = 0; row < rows; ++row) {
-        const std::ptrdiff_t y = part.getTop() + row * step;
+        const std::ptrdiff_t y = part.getTop() + std::ptrdiff_t{row} * step;
         qor::Image::blitRaw(image.getData() + y * image.getWidth() + part.getLeft(), columns * step,
                             step, image.getWidth(),
                             small.getData() + static_cast<std::ptrdiff_t>(row) * columns, columns,

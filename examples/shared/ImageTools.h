@@ -14,8 +14,10 @@ std::string loadImage(qor::Image& image, const std::string& filename);
 /// @return an error message; empty on success
 std::string saveImage(const qor::Image& image, const std::string& filename, unsigned char depth);
 
-/// Returns an image at another size. Each pixel is the mean of up to 16 pixels that it covers.
-/// @param image an image with pixels
+/// Returns an image at another size. Each pixel is the mean of at most 16 of the pixels that it
+/// covers, in a regular grid. If it covers more, the others have no effect.
+/// @param image an image with pixels, of any size
+/// @param width, height the new size, at least 1
 /// @param isMirrored whether left and right are exchanged
 qor::Image resize(const qor::Image& image, int width, int height, bool isMirrored);
 

@@ -136,6 +136,11 @@ bool isComment(const qor::XMLElement& element)
     return !name.empty() && name.front() == '!';
 }
 
+bool isLastErrorAboutName()
+{
+    return qor::XMLElement::getLastError().rfind("Unexpected element ", 0) == 0;
+}
+
 } // namespace
 
 TTextPlace findPlace(const std::string& text, std::size_t position)
@@ -176,13 +181,20 @@ TElementNumbers findMismatch(const qor::XMLElement& document, const qor::XMLElem
     constexpr std::size_t MAX_LEVELS = 16; // each level validates its children again
     TElementNumbers numbers;
     const qor::XMLElement *element = &document, *rule = &templateRoot;
+    if (document.validate(rule)) {
+        return numbers;
+    }
     while (rule && numbers.size() < MAX_LEVELS) {
+        // The last validation was that of the element, which checks its value before the names of
+        // its children.
+        const bool isNameWrong = isLastErrorAboutName();
         numbers.push_back(0);
         const qor::XMLElement* wrong = nullptr;
         for (const qor::XMLElement& child : element->getChildren()) {
             ++numbers.back();
             const qor::XMLElement* const childRule = rule->getChild(child.getName());
-            if (isComment(child) || (childRule && child.validate(childRule))) {
+            const bool isMatch = childRule ? child.validate(childRule) : !isNameWrong;
+            if (isComment(child) || isMatch) {
                 continue;
             }
             wrong = &child;

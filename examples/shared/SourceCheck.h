@@ -34,7 +34,9 @@ std::string describeLoadError(const std::string& filename, const std::string& so
 using TElementNumbers = std::vector<std::size_t>;
 
 /// Returns the way to an element that does not match the template, such as the one with a value that
-/// is too long. The document must not match; the last error of qor::XMLElement is about the element.
+/// is too long, and sets the last error of qor::XMLElement to the reason. An element deeper than 16
+/// levels is represented by its ancestor on that level. Names must not repeat in the template.
+/// @return the way; empty for the root, or if the document matches
 TElementNumbers findMismatch(const qor::XMLElement& document, const qor::XMLElement& templateRoot);
 
 /// Returns the position of an element's tag in the text from which the document was parsed; 0 if
