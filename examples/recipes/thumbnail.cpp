@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -32,6 +33,16 @@ static bool loadPicture(const std::string& path, qor::Image& picture)
     // loadTGA requests the memory for the size in the header, even if the file is shorter.
     if (height > 0 && width > MAX_PIXELS / height) {
         std::cout << path << ": too large, " << width << " x " << height << " pixels\n";
+        return false;
+    }
+    // loadTGA refuses compressed types (other than 2 and 3) without requesting memory.
+    const bool isUncompressed = byte(2) == 2 || byte(2) == 3;
+    const std::uintmax_t pixelBytes = std::uintmax_t{byte(16)} / 8 *
+                                      static_cast<std::uintmax_t>(width) *
+                                      static_cast<std::uintmax_t>(height);
+    const std::uintmax_t size = std::filesystem::file_size(path, error); // maximum on failure
+    if (isUncompressed && size < HEADER_SIZE + byte(0) + pixelBytes) { // byte 0: size of a comment
+        std::cout << path << ": ends before its last pixel\n";
         return false;
     }
     const int result = picture.loadTGA(path.c_str());
@@ -109,7 +120,11 @@ int main()
     std::ofstream("hostile.tga", std::ios::binary)
         << std::string("\0\0\2\0\0\0\0\0\0\0\0\0\xFF\xFF\xFF\xFF\x20\0", 18);
 
-    for (const char* const name : {"harbour", "hostile", "missing", "harbour"}) {
+    // One of 8000 x 8000 pixels, for which loadTGA would request 256 MB.
+    std::ofstream("short.tga", std::ios::binary)
+        << std::string("\0\0\2\0\0\0\0\0\0\0\0\0\x40\x1F\x40\x1F\x20\0", 18);
+
+    for (const char* const name : {"harbour", "hostile", "short", "missing", "harbour"}) {
         makeThumbnail(name + std::string(".tga"), name + std::string("-small.tga"), 100);
     }
 }

@@ -205,7 +205,8 @@ public:
     /// @warning The memory requested depends on the header only, not on the length of the file, and
     ///          may reach 16 GiB. Before loading a file of unknown origin, read its 18 header bytes
     ///          and compare the width (bytes 12 and 13) and height (bytes 14 and 15, least
-    ///          significant first) with a limit.
+    ///          significant first) with a limit, and the length of the file with that of header,
+    ///          comment (byte 0 has its size) and pixels (byte 16 has the bits per pixel).
     /// @param filename path of the file
     /// @return width * height modulo 2^32, or a negative result code:
     ///         - -1: The file cannot be opened, or `filename` is null.
@@ -225,6 +226,10 @@ public:
 
     /// Writes an uncompressed TGA file in place, replacing the content of an existing file. Gray is
     /// the mean of red, green and blue, rounded down.
+    ///
+    /// An existing file keeps its permissions. On POSIX systems, everyone may read and write a new
+    /// file as far as the file mode creation mask permits (0666 less the mask). On Windows, a new
+    /// file inherits the permissions of its directory.
     ///
     /// The header has 16 bits each for width and height. If the image is wider or higher than 65535
     /// pixels, the file is invalid, and the function does not report this.
