@@ -42,6 +42,7 @@ public:
     /// Maximum length in bytes of the raw form of every algorithm.
     static const unsigned int MAX_CHECKSUM_LENGTH = 16;
 
+    /// Virtual, so a `std::unique_ptr<Checksum>` may own an object of a derived class.
     virtual ~Checksum();
 
     /// Adds the bytes of a text, including zero bytes.

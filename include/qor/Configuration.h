@@ -67,6 +67,8 @@ public:
     class QORTK_API Listener
     {
     public:
+        /// Virtual, so a `std::unique_ptr<Listener>` may own an object of a derived class. Does not
+        /// remove the listener from a table.
         virtual ~Listener();
 
         /// Called after a value has changed, on the thread and during the call that changed it.

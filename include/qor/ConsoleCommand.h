@@ -47,6 +47,8 @@ public:
     /// @return whether the command succeeded. The console ignores it.
     virtual bool execute(const std::vector<std::string>& tokens) = 0;
 
+    /// Virtual, so a `std::unique_ptr<ConsoleCommand>` may own an object of a derived class. Does
+    /// not remove the command from a console.
     virtual ~ConsoleCommand();
 };
 

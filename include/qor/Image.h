@@ -81,6 +81,7 @@ public:
     /// @return this image
     Image& operator=(Image&& other) noexcept;
 
+    /// Frees the pixels. Virtual, so a class may be derived from this one.
     virtual ~Image();
 
     /// Returns the width of the image.

@@ -51,6 +51,7 @@ public:
     /// @return this rectangle
     Rectangle& operator=(const Rectangle& other) = default;
 
+    /// Virtual, so a class may be derived from this one.
     virtual ~Rectangle() = default;
 
     /// Returns the left edge.

@@ -59,6 +59,8 @@ public:
     /// @throws std::bad_alloc if there is not enough memory; nothing is changed then
     State& operator=(const State& other) = default;
 
+    /// Virtual, so a `std::unique_ptr<State>` may own an object of a derived class. Does not remove
+    /// the state from its parent or its machine.
     virtual ~State();
 
     /// Returns the name.

@@ -36,6 +36,7 @@ public:
     /// @return this task
     Task& operator=(const Task& other);
 
+    /// Virtual, so a `std::unique_ptr<Task>` may own an object of a derived class.
     virtual ~Task();
 
     /// Does the work. The new thread calls it once.
