@@ -254,7 +254,7 @@ public:
 
     /// @}
     /// @name Storing
-    /// Failures are logged.
+    /// Failures are logged. The log gets paths and names of parameters unchanged, see Log.
     /// @{
 
     /// Saves to the file that was loaded last, see save(const std::string&) const.
@@ -263,7 +263,8 @@ public:
     bool save() const;
 
     /// Saves to a file, which contains the parameters and nothing else. The file is replaced as a
-    /// whole and flushed to the disk, see XMLElement::save(). Texts are stored up to their first
+    /// whole and flushed to the disk. XMLElement::save() describes this, the permissions of a new
+    /// file, and the temporary file that a crash may leave. Texts are stored up to their first
     /// zero byte.
     /// @param fileName the path of the file. A path with a zero byte does not name a file.
     /// @return false if the file cannot be opened for writing. A failed write, as on a full disk,

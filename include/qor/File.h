@@ -16,13 +16,15 @@ namespace qor
 /// except deleteFile() and renameFile().
 ///
 /// **Error handling**: an operation that fails returns false, 0 or an empty text and writes an
-/// error with the system's message to the `Log`. Only `std::bad_alloc` is ever thrown.
+/// error with the path and the system's message to the `Log`. Only `std::bad_alloc` is ever thrown.
 ///
 /// **Thread safety**: all operations are static and keep no state. Any thread may call them.
 ///
 /// **Security**: in a directory that other users may write to, such as /tmp, another user can put a
 /// symbolic link in place of a file between two calls. Keep files in a directory that only the user
-/// may write to, such as the one that getUserDataDirectory() creates.
+/// may write to, such as the one that getUserDataDirectory() creates. The log gets paths unchanged:
+/// refuse a path of unknown origin that has line feeds or control characters, or it can forge
+/// records, see `Log`.
 ///
 /// @code
 /// const std::string directory = qor::File::getUserDataDirectory("myhost", true);

@@ -43,7 +43,9 @@ class OutputFile;
 ///
 /// @warning Messages are written unchanged, except that they end at a zero byte. A line feed in a
 /// message starts a new line, which can look like another record, and a control character can
-/// change what a terminal shows. Remove both from text of unknown origin before you log it.
+/// change what a terminal shows. Remove both from text of unknown origin before you log it. The
+/// library's own records contain the paths and names of parameters that `File` and `Configuration`
+/// get, also unchanged. Refuse such paths and names before you call these classes.
 ///
 /// **Thread safety**: any thread may call `error`, `info`, `debug` and `setLevel`; lines do not
 /// mix. Two lines that are written at nearly the same moment may be in the reverse order of their
@@ -74,7 +76,10 @@ public:
 
     Log() = delete;
 
-    /// Opens the log and sets the level to DEBUG. Closes an open log first.
+    /// Opens the log and sets the level to DEBUG. Closes an open log first. An existing file keeps
+    /// its permissions. On POSIX systems, everyone may read and write a new file as far as the file
+    /// mode creation mask permits (0666 less the mask). On Windows, a new file inherits the
+    /// permissions of its directory.
     /// @param path   path of the log file, which is created if it does not exist; null cannot be
     ///               opened
     /// @param append `true` appends to an existing file, `false` truncates it

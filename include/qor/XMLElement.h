@@ -150,9 +150,18 @@ public:
     /// its old content or the new one. For that, the text is written to a temporary file in the
     /// same directory, which is flushed to the disk and renamed. The flush may take milliseconds,
     /// or longer on a busy disk. Permissions and owner are kept, and a symbolic link is followed.
-    /// File descriptors and watchers of the old file do not see the new content. The temporary file
-    /// is removed on failure. A file that is not writable, such as one with mode 0444, is not
-    /// replaced, although its directory would permit it.
+    /// File descriptors and watchers of the old file do not see the new content. A file that is not
+    /// writable, such as one with mode 0444, is not replaced, although its directory would permit
+    /// it.
+    ///
+    /// The temporary file is removed on failure. After a crash or a power cut it may remain, with a
+    /// part of the text or all of it, and later calls do not remove it. Its name is
+    /// `.qortk-PROCESS-NUMBER-NUMBER` on POSIX systems and `TARGET.PROCESS-NUMBER.tmp` on Windows.
+    /// It may be deleted while no program saves in the directory.
+    ///
+    /// On POSIX systems, everyone may read and write a new file as far as the file mode creation
+    /// mask permits (0666 less the mask). On Windows, a new file inherits the permissions of its
+    /// directory.
     ///
     /// The file is written in place where it cannot be replaced as a whole: if it is not a regular
     /// file, has several hard links or attributes that cannot be copied, or if its directory is not
