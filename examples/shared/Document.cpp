@@ -45,6 +45,8 @@ std::string Document::save(const TSaveOptions& options, int& size)
     if (error.empty() || isOwn) {
         // Also after a failure, so that it can be saved again.
         m_WriteTime = getWriteTime(filename);
+        // A file that was written in place may have lost its content.
+        m_IsChanged = m_IsChanged || !error.empty();
     }
     return error;
 }
