@@ -100,7 +100,7 @@ qor::Image scaleDown(const qor::Image& image, const qor::Rectangle& part, int st
     std::fill_n(small.getData(), std::ptrdiff_t{columns} * rows, 0);
     // blitRaw also skips rows of the target, so each row is transferred separately.
     for (int row = 0; row < rows; ++row) {
-        const std::ptrdiff_t y = part.getTop() + std::ptrdiff_t{row} * step;
+        const std::ptrdiff_t y = part.getTop() + static_cast<std::ptrdiff_t>(row) * step;
         qor::Image::blitRaw(image.getData() + y * image.getWidth() + part.getLeft(), columns * step,
                             step, image.getWidth(),
                             small.getData() + static_cast<std::ptrdiff_t>(row) * columns, columns,
