@@ -199,4 +199,15 @@ TEST(ChecksumTest, HashesTreesInDocumentOrder)
     recorder.m_Pieces.clear();
     tree.findChild("a/b")->calculateChecksum(recorder);
     EXPECT_EQ(recorder.m_Pieces, "[b][2][!--c--][]");
+
+    CRC32 expected, actual;
+    expected.add("r0a1b2!--c--cd5ef");
+    tree.calculateChecksum(actual);
+    EXPECT_EQ(actual.getChecksumInteger(), expected.getChecksumInteger());
+    struct TCounter : CRC32 {
+        void add(const std::string& data) override { texts += data.empty() ? 0 : 1; }
+        int texts = 0;
+    } counter;
+    tree.calculateChecksum(counter);
+    EXPECT_EQ(counter.texts, 12);
 }

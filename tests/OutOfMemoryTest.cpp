@@ -253,7 +253,7 @@ TEST_F(OutOfMemoryTest, OperationsCanBeRepeatedAfterFailure)
         on<TTree, BASIC>("missing file", [&](TTree& t) { EXPECT_LT(t.load(missing), 0); }),
         on<TTree>("name", [](TTree& t) { t.setName(LONG); }),
         on<TTree>("value", [](TTree& t) { t.getChild("a")->setValue(LONG + LONG); }),
-        on<TTree>("number", [](TTree& t) { t.findChild("a/b")->setValue(1e30f); }),
+        on<TTree>("number", [](TTree& t) { t.findChild("a/b")->setValue(1e38f); }),
         on<TTree>("child", [](TTree& t) { t.createChild(LONG); }),
         on<TTree, BASIC>("path", [](TTree& t) { t.findChild(LONG + "/b/" + LONG, true); }),
         onFile("saved tree", [&] { EXPECT_GT(tree.save(target, true), 0); }),

@@ -3,8 +3,10 @@
 
 #include <cstddef>
 #include <limits>
+#include <numeric>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "TestData.h"
 
@@ -215,6 +217,51 @@ TEST(XMLTreeTest, AssignsElementsWithinTree)
                 EXPECT_NE(tree.toString().find("<n></n>"), std::string::npos);
             }
         }
+    }
+}
+
+// Short texts are in the element, long ones on the heap.
+TEST(XMLTreeTest, KeepsTextsOfEveryLength)
+{
+    std::vector<std::string> texts;
+    for (const int size : {0, 1, 2, 3, 4, 7, 8, 14, 15, 16, 17, 31, 32, 33, 37, 38, 39, 99}) {
+        texts.emplace_back(static_cast<std::size_t>(size), '\0');
+        std::iota(texts.back().begin(), texts.back().end(), 'A');
+    }
+    XMLElement changed("");
+    for (const std::string& name : texts) {
+        for (const std::string& value : texts) {
+            XMLElement tree("r");
+            changed.setName(name);
+            changed.setValue(value);
+            *tree.createChild("x") = changed;
+            *tree.createChild("y") = XMLElement(XMLElement(changed));
+            for (const XMLElement& child : tree.getChildren()) {
+                ASSERT_EQ(child.getName(), name);
+                ASSERT_EQ(child.getValue(), value);
+            }
+            XMLElement read("");
+            // Other elements divide the first value into two parts.
+            read.parse("<r>" + value + "<" + name + "->" + value + "</" + name + "->" + value +
+                       "</r>");
+            ASSERT_EQ(read.getValue(), value + value);
+            ASSERT_EQ(read.getValue(name + "-", "none"), value);
+        }
+    }
+}
+
+TEST(XMLTreeTest, ComparesAllBytesOfNames)
+{
+    for (std::size_t size = 1; size <= 20; ++size) {
+        const std::string name(size, 'n');
+        XMLElement tree("r");
+        for (std::size_t i = 0; i < size; ++i) {
+            tree.createChild(name)->setName(std::string(name).replace(i, 1, "m"));
+        }
+        tree.createChild(name + 'n');
+        EXPECT_EQ(tree.getChild(name), nullptr) << size;
+        XMLElement* const child = tree.createChild(name);
+        EXPECT_EQ(tree.getChild(name), child) << size;
     }
 }
 

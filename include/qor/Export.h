@@ -20,6 +20,15 @@
 #define QORTK_API
 #endif
 
+/// @def QORTK_HIDDEN
+/// Marks a private class inside an exported class that the shared library does not export.
+
+#if defined(__GNUC__) && !defined(_WIN32)
+#define QORTK_HIDDEN __attribute__((visibility("hidden")))
+#else
+#define QORTK_HIDDEN
+#endif
+
 /// @def QORTK_API_INLINE
 /// Marks an inline member function that the shared library exports for programs that were compiled
 /// when it was not inline. DLLs export all members of exported classes.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -446,6 +447,58 @@ private:
     class Validator;
     class Writer;
 
+    struct TTextBlock;
+
+    /// A text of any bytes. Up to CAPACITY bytes are in the object itself, longer texts in a block
+    /// on the heap: an element with a short value takes one allocation.
+    template<std::size_t CAPACITY>
+    class QORTK_HIDDEN Text
+    {
+    public:
+        Text() noexcept = default;
+        explicit Text(std::string_view text);
+        Text(const Text&) = delete;
+        ~Text() { freeBlock(); }
+
+        Text& operator=(const Text&) = delete;
+        Text& operator=(Text&& other) noexcept;
+
+        /// Returns the text. It is valid until the text changes.
+        operator std::string_view() const noexcept;
+
+        [[nodiscard]] std::size_t size() const noexcept;
+        [[nodiscard]] bool empty() const noexcept;
+
+        /// Replaces the text.
+        /// @param text may be a part of this text
+        void assign(std::string_view text);
+
+        /// Appends to the text, in amortized constant time per byte.
+        /// @param text must not be a part of this text
+        void append(std::string_view text);
+
+        void clear() noexcept;
+
+    private:
+        static constexpr unsigned char IN_BLOCK = 255; ///< m_Size of a text on the heap
+
+        [[nodiscard]] bool hasBlock() const noexcept { return m_Size == IN_BLOCK; }
+        [[nodiscard]] TTextBlock* block() const noexcept;
+        void freeBlock() noexcept;
+        [[nodiscard]] std::size_t capacity() const noexcept;
+        [[nodiscard]] char* bytes() noexcept;
+        void setSize(std::size_t size) noexcept;
+        void moveToBlock(std::size_t capacity, std::size_t size);
+
+        char m_Bytes[CAPACITY]; ///< the text, or the address of its block
+        unsigned char m_Size = 0;
+    };
+
+    // With these capacities, an element has 88 bytes on 64-bit systems, as many as glibc allocates
+    // in a chunk of 96 bytes. Most names and values fit.
+    static constexpr std::size_t NAME_CAPACITY = 15;
+    static constexpr std::size_t VALUE_CAPACITY = 38;
+
     XMLElement(std::string_view name, std::string_view value);
 
     XMLElement* addChild(XMLElement* child) noexcept;
@@ -460,16 +513,16 @@ private:
     static bool rejectRule(const XMLElement& templateElement);
     bool validate(const XMLElement* templateElement, unsigned int minLength,
                   unsigned int maxLength) const;
-    bool parseTemplateRule(const std::string& rule, unsigned int& minCount, unsigned int& maxCount,
+    bool parseTemplateRule(std::string_view rule, unsigned int& minCount, unsigned int& maxCount,
                            unsigned int& minLength, unsigned int& maxLength) const;
 
     static std::string* m_LastError; ///< null before the first failure
 
     XMLElement* m_NextSibling = nullptr;
-    std::string m_Name;
-    std::string m_Value;
     XMLElement* m_FirstChild = nullptr;
     XMLElement* m_LastChild = nullptr;
+    Text<NAME_CAPACITY> m_Name;
+    Text<VALUE_CAPACITY> m_Value;
     bool m_IsChild = false; ///< false proves that the element has no ancestors
 };
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "qor/XMLElement.h"
+#include "xml/ElementText.h"
 #include "xml/Syntax.h"
 
 namespace qor
@@ -62,7 +63,7 @@ XMLElement* ElementFinder::findInGroup(std::string_view name, bool create)
         return findChild(*m_Group, name, create);
     }
     for (XMLElement* const child : m_Passed) {
-        if (child->m_Name == name) {
+        if (equalBytes(child->m_Name, name)) {
             return child;
         }
     }
@@ -72,7 +73,7 @@ XMLElement* ElementFinder::findInGroup(std::string_view name, bool create)
             return create ? m_Last = m_Group->addChild(new XMLElement(name, {})) : nullptr;
         }
         m_Last = child;
-        if (child->m_Name == name) {
+        if (equalBytes(child->m_Name, name)) {
             return child;
         }
         m_Passed.push_back(child);
@@ -95,7 +96,7 @@ XMLElement* ElementFinder::findNamed(XMLElement& parent, std::string_view name)
     if (group == m_LargeGroups.end()) {
         XMLElement* child = parent.m_FirstChild;
         for (int i = 0; child && i < FEW; ++i, child = child->m_NextSibling) {
-            if (child->m_Name == name) {
+            if (equalBytes(child->m_Name, name)) {
                 return child;
             }
         }

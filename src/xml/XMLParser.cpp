@@ -2,9 +2,7 @@
 #include "qor/XMLElement.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -14,6 +12,7 @@
 #include "foundation/Whitespace.h"
 #include "platform/Platform.h"
 #include "xml/ByteSearch.h"
+#include "xml/ElementText.h"
 #include "xml/Entities.h"
 #include "xml/Syntax.h"
 #include "xml/TextFile.h"
@@ -26,38 +25,6 @@ namespace
 
 /// The maximum size of a document: results of load() and parse() are positions of type int.
 constexpr std::size_t MAX_SIZE = std::numeric_limits<int>::max();
-
-/// Returns whether two texts of at least a word's size are the same. The last word overlaps the one
-/// before it.
-template<typename TWord>
-bool isSameInWords(const char* text, const char* other, std::size_t size)
-{
-    const auto word = [](const char* bytes) {
-        TWord value;
-        std::memcpy(&value, bytes, sizeof value);
-        return value;
-    };
-    const std::size_t last = size - sizeof(TWord);
-    for (std::size_t i = 0; i < last; i += sizeof(TWord)) {
-        if (word(text + i) != word(other + i)) {
-            return false;
-        }
-    }
-    return word(text + last) == word(other + last);
-}
-
-/// Compares a text with a name of the same size. For short names, this is faster than a call of
-/// std::memcmp.
-bool equalsName(const char* text, std::string_view name)
-{
-    if (name.size() >= sizeof(std::uint64_t)) {
-        return isSameInWords<std::uint64_t>(text, name.data(), name.size());
-    }
-    if (name.size() >= sizeof(std::uint32_t)) {
-        return isSameInWords<std::uint32_t>(text, name.data(), name.size());
-    }
-    return name.empty() || isSameInWords<char>(text, name.data(), name.size());
-}
 
 } // namespace
 
@@ -153,7 +120,7 @@ private:
         }
         const int result = readTag();
         if (result >= 0) {
-            m_Root.m_Name = m_Tag;
+            m_Root.m_Name.assign(m_Tag);
             m_Open = &m_Root;
             readText();
         }
@@ -184,7 +151,7 @@ private:
     /// Reads the text before the next tag of the innermost open element.
     void readText()
     {
-        std::string& value = m_Open->m_Value;
+        auto& value = m_Open->m_Value;
         if (value.empty()) {
             skipWhitespace();
         }
@@ -193,13 +160,13 @@ private:
         }
         const char* const text = m_Position;
         m_Position = findByte(text, m_End, '<');
-        value.append(text, m_Position);
+        value.append({text, static_cast<std::size_t>(m_Position - text)});
     }
 
     /// Reads the end of the innermost open element.
     int readEnd()
     {
-        finishValue(m_Open->m_Value);
+        finishValue(*m_Open);
         const int result = m_Position == m_End ? 0 : readEndTag(*m_Open);
         if (result < 0) {
             return result;
@@ -213,7 +180,7 @@ private:
 
     int readEndTag(const XMLElement& element)
     {
-        const std::string& name = element.m_Name;
+        const std::string_view name = element.m_Name;
         if (isEndTag(m_Position, name)) {
             m_Position += name.size() + END_TAG_MARKS;
             return 0;
@@ -228,7 +195,7 @@ private:
             return 0;
         }
         return failAtPosition("Mismatching closing tag '" + std::string(other) +
-                              "' while expecting '" + name + "' at ");
+                              "' while expecting '" + element.getName() + "' at ");
     }
 
     /// Reads a child of the innermost open element. A child with children is left open.
@@ -281,7 +248,8 @@ private:
     {
         // A name that was read contains no `>`, so the `>` after the name ends the tag.
         return static_cast<std::size_t>(m_End - tag) >= name.size() + END_TAG_MARKS &&
-               tag[1] == '/' && tag[name.size() + 2] == '>' && equalsName(tag + 2, name);
+               tag[1] == '/' && tag[name.size() + 2] == '>' &&
+               equalBytes({tag + 2, name.size()}, name);
     }
 
     /// Reads the text of a tag, from the position after its `<` to its `>` or the end of the text.
@@ -329,14 +297,9 @@ private:
     }
 
     /// Converts a raw value to the final value.
-    void finishValue(std::string& value)
+    void finishValue(XMLElement& element)
     {
-        const std::string_view finished = m_Unescaper.unescape(trimmed(value));
-        if (finished.data() != value.data()) {
-            value = finished;
-        } else {
-            value.resize(finished.size());
-        }
+        element.m_Value.assign(m_Unescaper.unescape(trimmed(element.m_Value)));
     }
 
     /// Reports an error at the position. The names of the open elements are appended to the

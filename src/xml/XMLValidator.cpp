@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "foundation/NumberParsing.h"
+#include "xml/ElementText.h"
 #include "xml/Syntax.h"
 
 namespace qor
@@ -40,7 +41,7 @@ void readRange(std::string_view part, unsigned int& lower, unsigned int& upper)
 }
 
 /// Orders names by length first, which decides most comparisons.
-bool isBefore(const std::string& a, const std::string& b)
+bool isBefore(std::string_view a, std::string_view b)
 {
     return a.size() != b.size() ? a.size() < b.size() : a < b;
 }
@@ -92,6 +93,7 @@ private:
 
     struct TRule {
         const XMLElement* templateElement;
+        std::string_view name;
         unsigned int minCount;
         unsigned int maxCount;
         unsigned int minLength;
@@ -133,10 +135,10 @@ private:
     bool visit(const XMLElement& element, std::size_t rule)
     {
         if (element.m_Value.size() > m_Rules[rule].maxLength) {
-            return reject("Too long value for element '" + element.m_Name + "'");
+            return reject("Too long value for element '" + element.getName() + "'");
         }
         if (element.m_Value.size() < m_Rules[rule].minLength) {
-            return reject("Too short value for element '" + element.m_Name + "'");
+            return reject("Too short value for element '" + element.getName() + "'");
         }
         if (m_Rules[rule].level == NONE) {
             readLevel(rule);
@@ -174,8 +176,8 @@ private:
                 isOrdered = isOrdered && previous <= rule;
                 previous = rule;
             } else if (!isComment(child->m_Name)) {
-                return reject("Unexpected element '" + child->m_Name + "' as child of '" +
-                              element.m_Name + "'");
+                return reject("Unexpected element '" + child->getName() + "' as child of '" +
+                              element.getName() + "'");
             }
         }
         if (!isOrdered) {
@@ -188,21 +190,21 @@ private:
 
     /// Returns the first rule for a name; NONE if the level does not have it. The rule of the
     /// previous child and the rule after it are tried before the binary search.
-    std::size_t findRule(const std::string& name, const TLevel& level, std::size_t previous) const
+    std::size_t findRule(std::string_view name, const TLevel& level, std::size_t previous) const
     {
         const std::size_t endOfNear = std::min(previous + 2, level.endRule);
         for (std::size_t rule = previous; rule < endOfNear; ++rule) {
-            if (nameOf(rule) == name) {
+            if (equalBytes(nameOf(rule), name)) {
                 return m_Rules[rule].nameRule;
             }
         }
         const std::size_t* const end = m_ByName.data() + level.endRule;
         const std::size_t* const found =
             std::lower_bound(m_ByName.data() + level.firstRule, end, name,
-                             [this](std::size_t rule, const std::string& sought) {
+                             [this](std::size_t rule, std::string_view sought) {
                                  return isBefore(nameOf(rule), sought);
                              });
-        return found != end && nameOf(*found) == name ? *found : NONE;
+        return found != end && equalBytes(nameOf(*found), name) ? *found : NONE;
     }
 
     /// Applies the selected rule of the innermost open element, or selects the next one. Closes the
@@ -273,7 +275,7 @@ private:
             ++open.nextChild;
             ++open.count;
             if (open.count > m_Rules[rule].maxCount) {
-                return reject("Too many '" + child.m_Name + "' elements");
+                return reject("Too many '" + child.getName() + "' elements");
             }
             const std::size_t openElements = m_Open.size();
             if (!visit(child, rule)) {
@@ -284,7 +286,7 @@ private:
             }
         }
         if (open.count < m_Rules[rule].minCount) {
-            return reject("Too few '" + nameOf(rule) + "' elements");
+            return reject("Too few '" + std::string(nameOf(rule)) + "' elements");
         }
         open.rule = NONE;
         open.nextUnvisited = std::max(open.nextUnvisited, open.nextChild);
@@ -318,6 +320,7 @@ private:
         m_ByName.push_back(m_Rules.size());
         TRule& rule = m_Rules.emplace_back();
         rule.templateElement = &templateElement;
+        rule.name = templateElement.m_Name;
         rule.nameRule = m_ByName.back();
         rule.level = level;
         return rule;
@@ -329,19 +332,17 @@ private:
     {
         std::sort(m_ByName.begin() + static_cast<std::ptrdiff_t>(firstRule), m_ByName.end(),
                   [this](std::size_t a, std::size_t b) {
-                      return isBefore(nameOf(a), nameOf(b)) || (a < b && nameOf(a) == nameOf(b));
+                      return isBefore(nameOf(a), nameOf(b)) ||
+                             (a < b && equalBytes(nameOf(a), nameOf(b)));
                   });
         for (std::size_t i = firstRule + 1; i < m_ByName.size(); ++i) {
-            if (nameOf(m_ByName[i]) == nameOf(m_ByName[i - 1])) {
+            if (equalBytes(nameOf(m_ByName[i]), nameOf(m_ByName[i - 1]))) {
                 m_Rules[m_ByName[i]].nameRule = m_Rules[m_ByName[i - 1]].nameRule;
             }
         }
     }
 
-    const std::string& nameOf(std::size_t rule) const
-    {
-        return m_Rules[rule].templateElement->m_Name;
-    }
+    std::string_view nameOf(std::size_t rule) const { return m_Rules[rule].name; }
 
     std::vector<TRule> m_Rules;
     std::vector<std::size_t> m_ByName;          ///< the rules of each level, sorted by name
@@ -369,17 +370,16 @@ bool XMLElement::validate(const XMLElement* templateElement, unsigned int minLen
     return Validator().check(*this, *templateElement, minLength, maxLength);
 }
 
-bool XMLElement::parseTemplateRule(const std::string& rule, unsigned int& minCount,
+bool XMLElement::parseTemplateRule(std::string_view rule, unsigned int& minCount,
                                    unsigned int& maxCount, unsigned int& minLength,
                                    unsigned int& maxLength) const
 {
-    const std::string_view text = rule;
-    const std::size_t colon = text.find(':');
+    const std::size_t colon = rule.find(':');
     if (colon == std::string_view::npos) {
         return false;
     }
-    readRange(text.substr(0, colon), minCount, maxCount);
-    readRange(text.substr(colon + 1), minLength, maxLength);
+    readRange(rule.substr(0, colon), minCount, maxCount);
+    readRange(rule.substr(colon + 1), minLength, maxLength);
     return true;
 }
 
@@ -390,8 +390,8 @@ bool XMLElement::reject(const std::string& message)
 
 bool XMLElement::rejectRule(const XMLElement& templateElement)
 {
-    return reject("Invalid template rule '" + templateElement.m_Value + "' for element '" +
-                  templateElement.m_Name + "'");
+    return reject("Invalid template rule '" + templateElement.getValue() + "' for element '" +
+                  templateElement.getName() + "'");
 }
 
 } // namespace qor

@@ -12,6 +12,7 @@
 
 #include "platform/Platform.h"
 #include "xml/ByteSearch.h"
+#include "xml/ElementText.h"
 #include "xml/Syntax.h"
 
 namespace qor
@@ -38,7 +39,7 @@ public:
             return;
         }
         char* const target = reserve(text.size());
-        std::memcpy(target, text.data(), text.size());
+        copyBytes(target, text.data(), text.size());
         m_End = target + text.size();
     }
 
