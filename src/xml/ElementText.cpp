@@ -79,7 +79,7 @@ void XMLElement::Text<CAPACITY>::moveToBlock(std::size_t capacity, std::size_t s
     auto* const newBlock = ::new (memory) TTextBlock{size, capacity};
     copyBytes(newBlock->bytes(), bytes(), size);
     freeBlock();
-    std::memcpy(m_Bytes, &newBlock, sizeof newBlock);
+    std::memcpy(m_Bytes, &memory, sizeof memory);
     m_Size = IN_BLOCK;
 }
 

@@ -23,7 +23,7 @@ struct XMLElement::TTextBlock {
 template<std::size_t CAPACITY>
 inline XMLElement::Text<CAPACITY>::Text(std::string_view text)
 {
-    static_assert(CAPACITY >= sizeof(TTextBlock*) && CAPACITY < IN_BLOCK);
+    static_assert(CAPACITY >= sizeof(void*) && CAPACITY < IN_BLOCK);
     if (text.size() > CAPACITY) {
         assign(text);
         return;
@@ -62,9 +62,9 @@ inline bool XMLElement::Text<CAPACITY>::empty() const noexcept
 template<std::size_t CAPACITY>
 inline XMLElement::TTextBlock* XMLElement::Text<CAPACITY>::block() const noexcept
 {
-    TTextBlock* block = nullptr;
-    std::memcpy(&block, m_Bytes, sizeof block);
-    return block;
+    void* memory = nullptr;
+    std::memcpy(&memory, m_Bytes, sizeof memory);
+    return static_cast<TTextBlock*>(memory);
 }
 
 } // namespace qor
