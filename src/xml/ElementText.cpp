@@ -76,6 +76,7 @@ template<std::size_t CAPACITY>
 void XMLElement::Text<CAPACITY>::moveToBlock(std::size_t capacity, std::size_t size)
 {
     void* const memory = ::operator new(sizeof(TTextBlock) + capacity);
+    // cppcheck-suppress legacyUninitvar ; placement new initializes the block
     auto* const newBlock = ::new (memory) TTextBlock{size, capacity};
     copyBytes(newBlock->bytes(), bytes(), size);
     freeBlock();
