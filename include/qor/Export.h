@@ -23,7 +23,7 @@
 /// @def QORTK_HIDDEN
 /// Marks a private class inside an exported class that the shared library does not export.
 
-#if defined(__GNUC__) && !defined(_WIN32)
+#if defined(__GNUC__) && !defined(_WIN32) && !defined(QORTK_STATIC)
 #define QORTK_HIDDEN __attribute__((visibility("hidden")))
 #else
 #define QORTK_HIDDEN
