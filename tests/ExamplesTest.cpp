@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 // The parts of the example programs whose limits the programs do not reach.
 #include <algorithm>
+#include <filesystem>
 #include <numeric>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "TemporaryFolder.h"
+#include "shared/FileCopy.h"
 #include "shared/ImageTools.h"
 #include "shared/SourceCheck.h"
 
@@ -35,6 +38,57 @@ TEST(SourceCheck, FindsTheElementOfTheLastError)
             EXPECT_EQ(qor::XMLElement::getLastError(), test.error) << test.source;
         }
     }
+}
+
+using FileCopyTest = TemporaryFolder;
+
+TEST_F(FileCopyTest, RemainsOnlyIfTheFileLostItsContent)
+{
+    struct TCase {
+        const char* content; ///< of the file after saving
+        bool isSaved;
+        const char* copy;
+    };
+    const TCase CASES[] = {{"new", true, ""}, {"old", false, ""}, {"ne", false, "file~"}};
+    for (const TCase& test : CASES) {
+        write("file", "old");
+        FileCopy copy;
+        EXPECT_EQ(copy.create("file"), "");
+        EXPECT_EQ(read("file~"), "old");
+        write("file", test.content);
+        EXPECT_EQ(copy.remove(test.isSaved), test.copy);
+        EXPECT_EQ(std::filesystem::exists("file~"), *test.copy != '\0') << test.content;
+    }
+    FileCopy none;
+    EXPECT_EQ(none.create("missing"), "");
+    EXPECT_EQ(none.remove(false), "");
+}
+
+TEST_F(FileCopyTest, ReplacesNothing)
+{
+    write("file", "old");
+    write("file~", "other");
+    std::filesystem::create_directory("file~~");
+    FileCopy copy;
+    EXPECT_EQ(copy.create("file"), "");
+    EXPECT_EQ(read("file~~~"), "old");
+    EXPECT_EQ(copy.remove(true), "");
+    EXPECT_EQ(read("file~"), "other");
+    EXPECT_TRUE(std::filesystem::is_directory("file~~"));
+    EXPECT_FALSE(std::filesystem::exists("file~~~"));
+
+    // All names are used.
+    for (std::string name = "file~~~"; name.size() <= std::string("file").size() + 9; name += '~') {
+        write(name, "other");
+    }
+    FileCopy elsewhere;
+    EXPECT_EQ(elsewhere.create("file"), "");
+    write("file", "ne");
+    const std::string name = elsewhere.remove(false);
+    EXPECT_TRUE(std::filesystem::equivalent(std::filesystem::path(name).parent_path(),
+                                            std::filesystem::temp_directory_path()));
+    EXPECT_EQ(read(name), "old");
+    std::filesystem::remove(name);
 }
 
 TEST(ImageTools, ResizesLongImages)

@@ -5,8 +5,7 @@
 #include <iterator>
 #include <system_error>
 
-#include <qor/File.h>
-
+#include "shared/FileCopy.h"
 #include "shared/SourceCheck.h"
 #include "shared/Text.h"
 
@@ -26,25 +25,35 @@ std::string loadElement(const std::string& filename, qor::XMLElement& element)
     return result < 0 ? describeLoadError(filename, readText(filename), result) : "";
 }
 
-std::string saveElement(const qor::XMLElement& element, const std::string& filename,
-                        bool isFormatted, int& size)
+/// Saves an element and checks the file.
+/// @return an error message; empty on success
+static std::string writeElement(const qor::XMLElement& element, const std::string& filename,
+                                bool isFormatted, int& size)
 {
     size = element.save(filename, isFormatted);
     if (size < 0) {
-        return "Cannot save " + quote(filename) + ": " + qor::XMLElement::getLastError();
+        return qor::XMLElement::getLastError();
     }
-    // `save` reports only whether the file could be opened. A failed write shows in the file.
-    const unsigned int fileSize = qor::File::fileSize(filename);
-    if (fileSize != static_cast<unsigned int>(size)) {
-        return "Cannot save " + quote(filename) + ": the file has " + std::to_string(fileSize) +
-               " of " + std::to_string(size) + " bytes. Is the disk full?";
+    // `save` reports only whether the file could be opened. A failed write shows in the file, which
+    // may have its old content.
+    return readText(filename) == element.toString(isFormatted)
+               ? ""
+               : "the file does not have the new content. Is the disk full?";
+}
+
+std::string saveElement(const qor::XMLElement& element, const std::string& filename,
+                        bool isFormatted, int& size)
+{
+    FileCopy copy;
+    std::string error = copy.create(filename);
+    if (error.empty()) {
+        error = writeElement(element, filename, isFormatted, size);
     }
-    // A file that could not be replaced has its old content, which may have the same size.
-    if (readText(filename) != element.toString(isFormatted)) {
-        return "Cannot save " + quote(filename) +
-               ": the file still has its old content. Is the disk full?";
+    const std::string copyName = copy.remove(error.empty());
+    if (!copyName.empty()) {
+        error += " Its old content is in " + quote(copyName);
     }
-    return "";
+    return error.empty() ? "" : "Cannot save " + quote(filename) + ": " + error;
 }
 
 std::filesystem::file_time_type getWriteTime(const std::string& filename)

@@ -13,7 +13,8 @@ std::string readText(const std::string& filename);
 /// @return an error message, with line and column of a syntax error; empty on success
 std::string loadElement(const std::string& filename, qor::XMLElement& element);
 
-/// Saves an element and checks that the file contains the whole text.
+/// Saves an element and checks that the file contains the whole text. Keeps a copy of the file if it
+/// loses its old content without having the new one.
 /// @param size receives the number of bytes written
 /// @return an error message; empty on success
 std::string saveElement(const qor::XMLElement& element, const std::string& filename,
