@@ -246,9 +246,11 @@ public:
     [[nodiscard]] int saveTGA(const char* filename, unsigned char depth) const;
 
 private:
+    /// @cond
     struct TPixelDeleter {
         void operator()(std::uint32_t* pixels) const noexcept { std::free(pixels); }
     };
+    /// @endcond
 
     std::size_t countPixels() const noexcept;
 

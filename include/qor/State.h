@@ -73,7 +73,8 @@ public:
     [[nodiscard]] State* getParentState() noexcept { return m_ParentState; }
 
     /// Returns the machine.
-    /// @return the machine given to the constructor, not owned; may be null
+    /// @return the machine given to the constructor, not owned; may be null. A machine, which is a
+    ///         state, too, returns itself; a copy of it returns the original.
     [[nodiscard]] StateMachine* getStateMachine() noexcept { return m_StateMachine; }
 
     /// Returns the child that is entered after this state.

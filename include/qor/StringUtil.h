@@ -46,8 +46,8 @@ public:
     /// Reads a number from the start of a text, as a standard stream does. Leading white space is
     /// skipped, a sign is accepted, and text after the number is ignored.
     /// @param text the number. Words such as "inf", and numbers that have an exponent mark without
-    ///        digits, are not accepted. stringToUInt() negates a number after a minus sign modulo
-    ///        2 to the power of 32: "-1" gives the maximum.
+    ///        digits, are not accepted. After a minus sign, stringToUInt(), and only that function,
+    ///        negates the number modulo 2 to the power of 32: "-1" gives the maximum.
     /// @return the number; 0 if the text does not begin with a number or the number exceeds the
     ///         range of the type
     /// @{

@@ -129,8 +129,10 @@ public:
     /// Replaces this element, its name included, by the document in a text.
     ///
     /// The end of a truncated text closes all open elements. This is a failure only if the text
-    /// ends within or directly after the start tag of an element below the root. validate() can
-    /// detect other truncated documents.
+    /// ends within or directly after the start tag of an element below the root, or within an end
+    /// tag whose name is incomplete. A comment without an end is no failure: it extends to the end
+    /// of the text, including end tags there, and saving does not keep it. validate() can detect
+    /// truncated documents, except for the loss of end tags and comments.
     ///
     /// The position of an error is the number of bytes read, including the faulty byte or tag, so
     /// the index of the last of them is one less. If no tag follows a declaration, it is the index
@@ -239,7 +241,11 @@ public:
     ///         gives 0, not `defaultValue`.
     [[nodiscard]] int getValueAsInteger(const std::string& path, int defaultValue) const;
 
-    /// @copydoc getValueAsInteger(const std::string&, int) const
+    /// Returns the value of the element at a path as a number.
+    /// @param path the path, see the class description
+    /// @param defaultValue the result if the element does not exist
+    /// @return the number, as from getValueAsFloat(). An element whose value is not a number
+    ///         gives 0, not `defaultValue`.
     [[nodiscard]] float getValueAsFloat(const std::string& path, float defaultValue) const;
 
     /// Returns the value of the element at a path as a boolean.
@@ -447,6 +453,7 @@ private:
     class Validator;
     class Writer;
 
+    /// @cond
     struct TTextBlock;
 
     /// A text of any bytes. Up to CAPACITY bytes are in the object itself, longer texts in a block
@@ -493,6 +500,7 @@ private:
         char m_Bytes[CAPACITY]; ///< the text, or the address of its block
         unsigned char m_Size = 0;
     };
+    /// @endcond
 
     // With these capacities, an element has 88 bytes on 64-bit systems, as many as glibc allocates
     // in a chunk of 96 bytes. Most names and values fit.
