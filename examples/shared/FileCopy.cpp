@@ -39,7 +39,7 @@ bool FileCopy::createIn(const std::string& folder)
             m_Copy = copy;
             return true;
         }
-        if (error != std::errc::file_exists) { // not created by another program meanwhile
+        if (error != std::errc::file_exists) { // not created by another program
             fs::remove(copy, error);
             return false;
         }
