@@ -14,7 +14,8 @@ cleanup() {
 harbour=
 trap cleanup EXIT
 exec 3>"$folder/display-number" 4<"$folder/display-number"
-Xvfb -displayfd 3 -screen 0 800x600x24 >/dev/null 2>&1 &
+# A reset after the last client could disconnect a client that connects at that moment.
+Xvfb -displayfd 3 -noreset -screen 0 800x600x24 >/dev/null 2>&1 &
 screen=$!
 
 fail() {
