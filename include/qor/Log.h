@@ -38,8 +38,9 @@ class OutputFile;
 ///
 /// Each line is passed to the system before the call returns, so a crash of the program loses no
 /// record. A line that the system does not accept, for example because the disk is full, is dropped
-/// without a report, and logging continues with the next line. Other programs may read, truncate
-/// and rename the file while the log is open. Child processes do not inherit the file descriptor.
+/// without a report. If the system accepts a part of a line, that part remains in the file. Logging
+/// continues with the next record, on a line of its own. Other programs may read, truncate and
+/// rename the file while the log is open. Child processes do not inherit the file descriptor.
 ///
 /// @warning Messages are written unchanged, except that they end at a zero byte. A line feed in a
 /// message starts a new line, which can look like another record, and a control character can

@@ -17,7 +17,8 @@ struct TLock;
 }
 
 /// A recursive lock. It has a recursion count: a thread that holds the lock may lock it again, and
-/// releases it by calling `unlock` as many times as `lock`.
+/// releases it by calling `unlock` as many times as `lock`. `std::lock_guard<qor::Mutex>` and
+/// `std::unique_lock<qor::Mutex>` unlock it at the end of a block.
 ///
 /// Copies refer to the same lock, which is destroyed with the last of them. An assignment makes the
 /// target refer to the other lock and drops its reference to the former one.

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <mutex>
 
 #include "platform/Platform.h"
 #include "qor/Mutex.h"
@@ -26,18 +27,6 @@ constexpr std::size_t MAX_FRAME_SIZE = TIMESTAMP_SIZE + 16; ///< of a line witho
 /// Whether the last line of the file has no line feed, because a write failed. Guarded by the log's
 /// mutex.
 bool isLastLineIncomplete = false;
-
-class MutexGuard
-{
-public:
-    explicit MutexGuard(Mutex& mutex) : m_Mutex(mutex) { m_Mutex.lock(); }
-    MutexGuard(const MutexGuard&) = delete;
-    MutexGuard& operator=(const MutexGuard&) = delete;
-    ~MutexGuard() { m_Mutex.unlock(); }
-
-private:
-    Mutex& m_Mutex;
-};
 
 /// A line to write. The constructor allocates memory only for long lines. The appended text must
 /// not exceed the size that was passed to it.
@@ -77,7 +66,7 @@ const TTimestampCache& getTimestamp(std::int64_t second, Mutex& logMutex)
     if (cache.second != second) {
         // The C library locks its time zone data. A fork in another thread waits for the log's
         // mutex, so a child process never gets a copy of that lock in the locked state.
-        const MutexGuard guard(logMutex);
+        const std::lock_guard<Mutex> guard(logMutex);
         const platform::TLocalTime time = platform::getLocalTime(second);
         const int size =
             std::snprintf(cache.text.data(), cache.text.size(), "%04d-%02d-%02d %02d:%02d:%02d.",
@@ -212,7 +201,7 @@ void Log::write(char prefix, const char* text)
     line.append(text, length);
     line.append('\n');
 
-    const MutexGuard guard(*m_LogMutex);
+    const std::lock_guard<Mutex> guard(*m_LogMutex);
     const std::size_t skipped = isLastLineIncomplete ? 0 : 1;
     const char* const begin = line.getBegin() + skipped;
     const std::size_t accepted = m_LogStream->write(begin, line.getSize() - skipped);
