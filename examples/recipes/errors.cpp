@@ -9,7 +9,7 @@ int main()
 {
     // Append, since standard error may be a file that holds more than this program's records.
     if (!qor::Log::open("/dev/stderr", true)) {
-        std::cout << "Standard error is closed.\n";
+        std::cout << "Standard error cannot be opened.\n";
     }
     qor::Log::info("Started with %d arguments", 0);
     qor::File::deleteFile("missing.txt"); // the library's own record
